@@ -5,8 +5,8 @@
 
 namespace vantrel {
 
-/// Thrown by an operation that found its stop token requested. An outcome, not an error: it is never
-/// shown as a failure.
+/// Thrown by an operation that found its stop token requested. An outcome, not an error: it is
+/// never shown as a failure.
 class Cancelled final : public std::exception {
  public:
   [[nodiscard]] const char* what() const noexcept override { return "Cancelled"; }

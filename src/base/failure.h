@@ -19,7 +19,8 @@ class Failure final : public std::exception {
   std::string m_message;
 };
 
-/// The one line, in UTF-8 and without a line break, that the user reads for any exception. Any thread.
+/// The one line, in UTF-8 and without a line break, that the user reads for any exception. Any
+/// thread.
 [[nodiscard]] std::string userMessage(const std::exception_ptr& error);
 
 }  // namespace vantrel

@@ -5,10 +5,10 @@
 
 namespace vantrel {
 
-/// The session folder of this process for exports that wait for their review, below "Vantrel-Exports" in
-/// the system's temporary folder. Liveness is an exclusive lock on "session.lock" in it, which the system
-/// releases with the process; what a dead process left is removed by the next one. Main thread, but
-/// `directory` may be read from any.
+/// The session folder of this process for exports that wait for their review, below
+/// "Vantrel-Exports" in the system's temporary folder. Liveness is an exclusive lock on
+/// "session.lock" in it, which the system releases with the process; what a dead process left is
+/// removed by the next one. Main thread, but `directory` may be read from any.
 class ExportTemporaryStorage final : public QObject {
  public:
   /// The instance of the process, made on first use; a QCoreApplication must exist.

@@ -13,8 +13,8 @@
 
 namespace vantrel {
 
-/// One opened still image: a decoded, upright bitmap with the facts that the program shows. A value;
-/// copies share the pixels. Every crop coordinate refers to the grid of `image`.
+/// One opened still image: a decoded, upright bitmap with the facts that the program shows. A
+/// value; copies share the pixels. Every crop coordinate refers to the grid of `image`.
 struct ImageSource {
   Bitmap image;
   /// What the decoder recognised, not what the file is called.
@@ -23,8 +23,8 @@ struct ImageSource {
   int64_t bytes = 0;
   std::optional<QString> colorProfileName;
 
-  /// Decodes the whole file before it returns; blocking, any thread. Throws ImageError, Cancelled, or
-  /// std::system_error when the file's size cannot be read.
+  /// Decodes the whole file before it returns; blocking, any thread. Throws ImageError, Cancelled,
+  /// or std::system_error when the file's size cannot be read.
   [[nodiscard]] static ImageSource load(const std::filesystem::path& path,
                                         const std::stop_token& stop = {});
 

@@ -19,7 +19,8 @@ struct CropEdit {
   friend bool operator==(const CropEdit&, const CropEdit&) = default;
 };
 
-/// The one place where crop and encoding are changed, with their undo. One for each editor; main thread.
+/// The one place where crop and encoding are changed, with their undo. One for each editor; main
+/// thread.
 ///
 /// Outside a transaction each change is an undo step; `begin` and `end` bracket a gesture into one.
 class EditHistory final : public QObject {
@@ -59,8 +60,8 @@ class EditHistory final : public QObject {
   void set(const CropEdit& edit);
   /// Makes a state the new start: no undo, no redo, no transaction.
   void reset(const CropEdit& edit);
-  /// Resizes the crop to a typed size in source pixels. Successive calls resize around one centre, until
-  /// the crop changes in another way.
+  /// Resizes the crop to a typed size in source pixels. Successive calls resize around one centre,
+  /// until the crop changes in another way.
   void resizeCrop(int64_t width, int64_t height, const QSizeF& in);
   void undo();
   void redo();

@@ -30,7 +30,9 @@ void handle(QtMsgType type, const QMessageLogContext&, const QString& message) {
 
 }  // namespace
 
-void failOnWarnings() { qInstallMessageHandler(handle); }
+void failOnWarnings() {
+  qInstallMessageHandler(handle);
+}
 
 ExpectedWarning::ExpectedWarning(QString text) {
   const QMutexLocker lock(&mutex);

@@ -13,8 +13,8 @@
 namespace vantrel {
 
 /// One piece of blocking work on a thread of its own, with its outcome delivered to the thread that
-/// started it. Lives on that thread, which must run an event loop. The destructor cancels, joins, and
-/// drops an outcome that has not been delivered, so that no outcome reaches a dead owner.
+/// started it. Lives on that thread, which must run an event loop. The destructor cancels, joins,
+/// and drops an outcome that has not been delivered, so that no outcome reaches a dead owner.
 template <class Result>
 class BackgroundTask final {
  public:
@@ -37,7 +37,8 @@ class BackgroundTask final {
   using Work = std::function<Result(std::stop_token)>;
   using Delivery = std::function<void(Outcome)>;
 
-  /// Starts `work` at once. `deliver` is called later from the event loop, once; it may destroy the task.
+  /// Starts `work` at once. `deliver` is called later from the event loop, once; it may destroy the
+  /// task.
   BackgroundTask(Work work, Delivery deliver)
       : m_context(std::make_unique<QObject>()),
         m_deliver(std::make_shared<Delivery>(std::move(deliver))),

@@ -5,7 +5,8 @@
 
 namespace vantrel {
 
-/// The kind of a file: a MIME type of the shared database with its parents. A value, compared by name.
+/// The kind of a file: a MIME type of the shared database with its parents. A value, compared by
+/// name.
 class ContentType {
  public:
   /// No type at all.
@@ -14,8 +15,8 @@ class ContentType {
   explicit ContentType(const QString& mimeName);
 
   /// The type of a file on disk, by its name first and by its content where the name says nothing.
-  /// Invalid for a file of no known type. Throws std::system_error when the file cannot be looked at (it
-  /// is missing, not readable, or a directory). Blocking.
+  /// Invalid for a file of no known type. Throws std::system_error when the file cannot be looked
+  /// at (it is missing, not readable, or a directory). Blocking.
   [[nodiscard]] static ContentType ofFile(const std::filesystem::path& path);
 
   [[nodiscard]] static ContentType png();

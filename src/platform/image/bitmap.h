@@ -8,9 +8,9 @@
 
 namespace vantrel {
 
-/// What the channels of a pixel mean, in the order in which they lie in memory. Cmyk counts ink: 0 is
-/// bare paper. Lab is encoded as in ICC version 4 (8 bits: L × 255/100, a + 128, b + 128). Indexed has
-/// one channel, a position in the bitmap's palette.
+/// What the channels of a pixel mean, in the order in which they lie in memory. Cmyk counts ink: 0
+/// is bare paper. Lab is encoded as in ICC version 4 (8 bits: L × 255/100, a + 128, b + 128).
+/// Indexed has one channel, a position in the bitmap's palette.
 enum class ColorModel : uint8_t { Gray, Rgb, Cmyk, Lab, Indexed };
 
 /// Samples are in the machine's byte order. Float32 samples run from 0 to 1 for black to full.
@@ -48,16 +48,17 @@ struct PixelRect {
 
 /// What belongs to the pixels beside their samples; it stays with every crop of them.
 struct BitmapColor {
-  /// The ICC profile that gives the samples their meaning; empty: sRGB, or grey with the sRGB curve, or
-  /// uncalibrated ink.
+  /// The ICC profile that gives the samples their meaning; empty: sRGB, or grey with the sRGB
+  /// curve, or uncalibrated ink.
   std::vector<uint8_t> iccProfile;
-  /// Of an Indexed bitmap: 1 to 256 entries; empty otherwise. A pixel past the end counts as opaque black.
+  /// Of an Indexed bitmap: 1 to 256 entries; empty otherwise. A pixel past the end counts as opaque
+  /// black.
   std::vector<PaletteEntry> palette;
   /// True when the file's palette carries alpha, used or not.
   bool paletteHasAlpha = false;
-  /// Bits a sample had in the file where that is fewer than memory holds (Gray and Indexed: 1, 2, 4;
-  /// 16-bit samples: 10, 12); 0 when the same. Gray samples are scaled up to the full range in memory,
-  /// indices are not.
+  /// Bits a sample had in the file where that is fewer than memory holds (Gray and Indexed: 1, 2,
+  /// 4; 16-bit samples: 10, 12); 0 when the same. Gray samples are scaled up to the full range in
+  /// memory, indices are not.
   int fileBits = 0;
 };
 
@@ -93,7 +94,8 @@ class Bitmap {
     return row(y) + static_cast<size_t>(x) * static_cast<size_t>(m_layout.bytesPerPixel());
   }
   [[nodiscard]] const BitmapColor& color() const { return *m_color; }
-  /// True when the layout has an alpha channel or the palette carries alpha; pixels are not looked at.
+  /// True when the layout has an alpha channel or the palette carries alpha; pixels are not looked
+  /// at.
   [[nodiscard]] bool hasAlpha() const;
 
  private:

@@ -10,9 +10,10 @@
 
 namespace vantrel {
 
-/// The name of the colours of a picture for display: the description in its ICC profile without blanks
-/// at its end; without a profile "sRGB IEC61966-2.1" for Rgb and Indexed, "Generic Gray" for Gray,
-/// "Generic CMYK" for Cmyk, "Generic Lab" for Lab. Absent when the profile cannot be read or has no name.
+/// The name of the colours of a picture for display: the description in its ICC profile without
+/// blanks at its end; without a profile "sRGB IEC61966-2.1" for Rgb and Indexed, "Generic Gray" for
+/// Gray, "Generic CMYK" for Cmyk, "Generic Lab" for Lab. Absent when the profile cannot be read or
+/// has no name.
 [[nodiscard]] std::optional<std::string> colorProfileName(const Bitmap& bitmap);
 
 /// True when the ICC profile can be read and its colour space is the one of `model`.

@@ -8,9 +8,9 @@
 
 namespace vantrel {
 
-/// Turns parts of a bitmap into pixels for the display: 8-bit sRGB with premultiplied alpha, four bytes a
-/// pixel in the order red, green, blue, alpha. Made once for a picture; `render` may be called from
-/// several threads at once.
+/// Turns parts of a bitmap into pixels for the display: 8-bit sRGB with premultiplied alpha, four
+/// bytes a pixel in the order red, green, blue, alpha. Made once for a picture; `render` may be
+/// called from several threads at once.
 class DisplayRenderer {
  public:
   explicit DisplayRenderer(Bitmap bitmap);
@@ -20,12 +20,13 @@ class DisplayRenderer {
 
   [[nodiscard]] const Bitmap& bitmap() const { return m_bitmap; }
 
-  /// The size in pixels of `area` reduced by `reduction` ≥ 1: each output pixel is the mean of a square
-  /// of reduction × reduction source pixels (fewer at the right and lower border), alpha-weighted.
+  /// The size in pixels of `area` reduced by `reduction` ≥ 1: each output pixel is the mean of a
+  /// square of reduction × reduction source pixels (fewer at the right and lower border),
+  /// alpha-weighted.
   [[nodiscard]] static PixelRect reducedSize(const PixelRect& area, int64_t reduction);
 
-  /// Renders `area`, inside the bitmap, reduced by `reduction`, into `output`, whose rows are `stride`
-  /// bytes apart and which holds reducedSize() pixels.
+  /// Renders `area`, inside the bitmap, reduced by `reduction`, into `output`, whose rows are
+  /// `stride` bytes apart and which holds reducedSize() pixels.
   void render(const PixelRect& area, int64_t reduction, uint8_t* output, size_t stride) const;
 
  private:

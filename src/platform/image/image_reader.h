@@ -13,11 +13,13 @@ namespace vantrel {
 /// What a decoder recognised in a file, whatever the file is called.
 enum class ImageType { Png, Jpeg, Heic, Heif, Tiff };
 
-/// The file is of a known type but its picture cannot be decoded: damage, a size over the limit, or a
-/// variant that its codec does not read.
+/// The file is of a known type but its picture cannot be decoded: damage, a size over the limit, or
+/// a variant that its codec does not read.
 class ImageDamaged final : public std::exception {
  public:
-  [[nodiscard]] const char* what() const noexcept override { return "The picture cannot be decoded"; }
+  [[nodiscard]] const char* what() const noexcept override {
+    return "The picture cannot be decoded";
+  }
 };
 
 /// A file opened for decoding. One thread at a time.
@@ -33,8 +35,8 @@ class ImageReader {
 
   [[nodiscard]] virtual ImageType type() const = 0;
 
-  /// Pictures in the file: frames of an animation, pages, top-level images. Reduced copies and masks of
-  /// a page are not pictures. 0 when the file's structure is too damaged to count.
+  /// Pictures in the file: frames of an animation, pages, top-level images. Reduced copies and
+  /// masks of a page are not pictures. 0 when the file's structure is too damaged to count.
   [[nodiscard]] virtual int imageCount() = 0;
 
   /// Decodes the first picture, turned upright. Throws ImageDamaged, Cancelled or std::bad_alloc;
