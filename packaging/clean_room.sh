@@ -15,9 +15,10 @@ if [ ! -d "$base" ]; then
   mv "$base.part" "$base"
 fi
 
+# Lazily: a program that the command left behind may still hold something open.
 cleanup() {
-  umount -R "$room/dev" 2>/dev/null || true
-  for mount in sys proc; do umount "$room/$mount" 2>/dev/null || true; done
+  umount -l -R "$room/dev" 2>/dev/null || true
+  for mount in sys proc; do umount -l "$room/$mount" 2>/dev/null || true; done
   ! mountpoint -q "$room/dev" || exit 1
   rm -rf --one-file-system "$room"
 }
