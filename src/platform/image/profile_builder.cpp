@@ -1,20 +1,17 @@
 #include "platform/image/profile_builder.h"
 
-#include <lcms2.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
 #include <memory>
-#include <span>
 #include <string>
-#include <type_traits>
+
+#include "platform/image/lcms_ptr.h"
 
 namespace vantrel {
 namespace {
 
-using Profile = std::unique_ptr<std::remove_pointer_t<cmsHPROFILE>, decltype(&cmsCloseProfile)>;
 using Curve = std::unique_ptr<cmsToneCurve, decltype(&cmsFreeToneCurve)>;
 using Text = std::unique_ptr<cmsMLU, decltype(&cmsMLUfree)>;
 
@@ -22,12 +19,6 @@ constexpr double kLeastExponent = 0.1;
 constexpr double kMostExponent = 10;
 // Least area of the triangle of primaries that is taken for a space and not for a damaged record.
 constexpr double kLeastArea = 1e-4;
-
-// Place and value of the creation date in the header of a profile (ICC.1:2010, 7.2.8): the first
-// of January 2000, midnight, as six big-endian numbers of 16 bits.
-constexpr size_t kDateOffset = 24;
-constexpr std::array<uint8_t, 12> kDate = {0x07, 0xd0, 0, 1, 0, 1, 0, 0, 0, 0, 0, 0};
-constexpr size_t kHeaderBytes = 128;
 
 bool isUsable(double exponent) {
   return exponent >= kLeastExponent && exponent <= kMostExponent;
@@ -62,24 +53,13 @@ std::string curveName(std::optional<double> exponent) {
   return text.data();
 }
 
-// The bytes of a finished profile with this name, free of the moment at which they are made.
-std::vector<uint8_t> bytesOf(const Profile& profile, const std::string& name) {
+// Empty when lcms2 cannot make the profile.
+std::vector<uint8_t> named(LcmsProfile profile, const std::string& name) {
   if (!profile) return {};
   const Text description(cmsMLUalloc(nullptr, 1), cmsMLUfree);
-  const Text copyright(cmsMLUalloc(nullptr, 1), cmsMLUfree);
-  const bool named = description && copyright &&
-                     cmsMLUsetASCII(description.get(), "en", "US", name.c_str()) &&
-                     cmsMLUsetASCII(copyright.get(), "en", "US", "No copyright, use freely") &&
-                     cmsWriteTag(profile.get(), cmsSigProfileDescriptionTag, description.get()) &&
-                     cmsWriteTag(profile.get(), cmsSigCopyrightTag, copyright.get());
-  cmsUInt32Number size = 0;
-  if (!named || !cmsSaveProfileToMem(profile.get(), nullptr, &size) || size < kHeaderBytes) {
-    return {};
-  }
-  std::vector<uint8_t> bytes(size);
-  if (!cmsSaveProfileToMem(profile.get(), bytes.data(), &size)) return {};
-  std::copy(kDate.begin(), kDate.end(), bytes.begin() + kDateOffset);
-  return bytes;
+  const bool written = description && cmsMLUsetASCII(description.get(), "en", "US", name.c_str()) &&
+                       cmsWriteTag(profile.get(), cmsSigProfileDescriptionTag, description.get());
+  return written ? serializedProfile(profile.get()) : std::vector<uint8_t>();
 }
 
 }  // namespace
@@ -93,16 +73,16 @@ std::vector<uint8_t> rgbProfile(const Chromaticities& c, std::optional<double> e
   if (!curve) return {};
   std::array<cmsToneCurve*, 3> curves;
   curves.fill(curve.get());
-  const Profile profile(cmsCreateRGBProfile(&white, &primaries, curves.data()), cmsCloseProfile);
-  return bytesOf(profile, "Calibrated RGB, " + curveName(exponent));
+  return named(LcmsProfile(cmsCreateRGBProfile(&white, &primaries, curves.data())),
+               "Calibrated RGB, " + curveName(exponent));
 }
 
 std::vector<uint8_t> grayProfile(double exponent) {
   if (!isUsable(exponent)) return {};
   const Curve curve = curveFor(exponent);
   if (!curve) return {};
-  const Profile profile(cmsCreateGrayProfile(cmsD50_xyY(), curve.get()), cmsCloseProfile);
-  return bytesOf(profile, "Calibrated Gray, " + curveName(exponent));
+  return named(LcmsProfile(cmsCreateGrayProfile(cmsD50_xyY(), curve.get())),
+               "Calibrated Gray, " + curveName(exponent));
 }
 
 }  // namespace vantrel
