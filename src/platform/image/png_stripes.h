@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <stop_token>
 #include <vector>
 
@@ -46,6 +47,9 @@ class PngStripeCompressor {
 
  private:
   void filterRows(int64_t first, int64_t last, const std::stop_token& stop);
+  void restart(int level, std::span<const uint8_t> window);
+  [[nodiscard]] std::vector<uint8_t> deflateAll(std::span<const uint8_t> bytes, int ending,
+                                                const std::stop_token& stop);
 
   const PngRows& m_rows;
   PngStripes m_stripes;
