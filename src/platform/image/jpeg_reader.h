@@ -7,7 +7,7 @@
 
 namespace vantrel {
 
-/// A reader of JPEG files (ITU-T T.81) with Huffman coding and 8 bits a sample.
+/// A reader of JPEG files (ITU-T T.81) with 8 bits a sample.
 [[nodiscard]] std::unique_ptr<ImageReader> openJpeg(ReadOnlyFile file);
 
 }  // namespace vantrel
