@@ -1,9 +1,11 @@
 #include "platform/image/tiff_handle.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <limits>
 #include <new>
+#include <span>
 
 namespace vantrel {
 namespace {
@@ -37,6 +39,31 @@ TiffHandle::TiffHandle(const ReadOnlyFile& file) : m_file(file) {
   // Read, and not mapped: a mapped file that someone cuts off ends the process.
   m_tiff.reset(TIFFClientOpenExt("", "rm", this, read, refuseWrite, seek, close, size, nullptr,
                                  nullptr, options.get()));
+}
+
+uint16_t TiffHandle::rawShort(uint16_t tag) const {
+  const bool big = TIFFIsBigTIFF(get());
+  const bool bigEndian = TIFFIsBigEndian(get());
+  const size_t countBytes = big ? 8 : 2;
+  const size_t entryBytes = big ? 20 : 12;
+  const auto shortAt = [bigEndian](const std::byte* from) {
+    const auto high = std::to_integer<uint16_t>(from[bigEndian ? 0 : 1]);
+    const auto low = std::to_integer<uint16_t>(from[bigEndian ? 1 : 0]);
+    return static_cast<uint16_t>(high << 8 | low);
+  };
+  // A directory has at most 65535 entries, so that of a long count only two bytes matter.
+  std::array<std::byte, 20> buffer{};
+  uint64_t position = TIFFCurrentDirOffset(get());
+  if (m_file.read(position, std::span(buffer).first(countBytes)) != countBytes) return 0;
+  uint16_t entries = shortAt(buffer.data() + (big && bigEndian ? 6 : 0));
+  for (position += countBytes; entries > 0; --entries, position += entryBytes) {
+    if (m_file.read(position, std::span(buffer).first(entryBytes)) != entryBytes) return 0;
+    if (shortAt(buffer.data()) == tag && shortAt(buffer.data() + 2) == TIFF_SHORT) {
+      return shortAt(buffer.data() + (big ? 12 : 8));
+    }
+    if (shortAt(buffer.data()) > tag) return 0;  // entries stand in order
+  }
+  return 0;
 }
 
 tmsize_t TiffHandle::read(thandle_t self, void* to, tmsize_t size) {

@@ -32,6 +32,9 @@ class TiffHandle {
     Value value{};
     return TIFFGetFieldDefaulted(get(), tag, &value) ? value : absent;
   }
+  /// The value of a tag of type SHORT in the current directory, read without libtiff; 0 when it is
+  /// not there.
+  [[nodiscard]] uint16_t rawShort(uint16_t tag) const;
 
  private:
   struct Close {

@@ -47,9 +47,8 @@ bool isPicture(const TiffHandle& handle) {
   if (TIFFGetField(handle.get(), TIFFTAG_SUBFILETYPE, &kind)) {
     return (kind & (FILETYPE_REDUCEDIMAGE | FILETYPE_MASK)) == 0;
   }
-  uint16_t oldKind = 0;
-  return !TIFFGetField(handle.get(), TIFFTAG_OSUBFILETYPE, &oldKind) ||
-         oldKind != OFILETYPE_REDUCEDIMAGE;
+  // libtiff leaves the older tag out.
+  return handle.rawShort(TIFFTAG_OSUBFILETYPE) != OFILETYPE_REDUCEDIMAGE;
 }
 
 void check(bool succeeded, const TiffHandle& handle) {
