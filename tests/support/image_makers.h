@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-namespace vantrel::test {
+namespace vantrel::testing {
 
 using Bytes = std::vector<uint8_t>;
 
@@ -56,6 +56,9 @@ struct JpegSpec {
   bool transformed = true;
   bool adobeMarker = false;
   bool progressive = false;
+  /// From 0 up: a progressive grey picture with a scan for every coefficient and one more for each
+  /// of so many refinements, 10 at most.
+  int refinements = -1;
   bool arithmetic = false;
   /// Columns and rows of pixels that share a chroma sample.
   int chroma = 1;
@@ -71,4 +74,4 @@ struct JpegSpec {
 /// The content of an APP2 with part `number` of `count` of a profile.
 [[nodiscard]] Bytes iccSegment(const Bytes& part, uint8_t number, uint8_t count);
 
-}  // namespace vantrel::test
+}  // namespace vantrel::testing
