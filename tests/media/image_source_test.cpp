@@ -6,15 +6,16 @@
 #include "support/icc_maker.h"
 #include "support/image_makers.h"
 #include "support/temporary_folder.h"
+#include "support/tiff_maker.h"
 
 namespace vantrel {
 namespace {
 
-using test::Bytes;
-using test::JpegSpec;
-using test::pngChunk;
-using test::PngSpec;
-using test::saveBytes;
+using testing::Bytes;
+using testing::JpegSpec;
+using testing::pngChunk;
+using testing::PngSpec;
+using testing::saveBytes;
 
 PngSpec png(int colorType = 2) {
   PngSpec spec;
@@ -58,7 +59,7 @@ class ImageSourceTest : public ::testing::Test {
 };
 
 TEST_F(ImageSourceTest, HoldsThePictureAndItsFacts) {
-  const Bytes file = test::makePng(png());
+  const Bytes file = testing::makePng(png());
   const ImageSource source = load(file);
   EXPECT_EQ(source.image.bounds(), (PixelRect{0, 0, 4, 3}));
   EXPECT_EQ(source.type, ContentType::png());
@@ -70,8 +71,8 @@ TEST_F(ImageSourceTest, HoldsThePictureAndItsFacts) {
 
 TEST_F(ImageSourceTest, StandsUpright) {
   JpegSpec spec = jpeg(4000, 3000);
-  spec.segments = {{1, test::exifSegment(6)}};
-  const Bytes file = test::makeJpeg(spec);
+  spec.segments = {{1, testing::exifSegment(6)}};
+  const Bytes file = testing::makeJpeg(spec);
   const ImageSource source = load(file);
   EXPECT_EQ(source.image.bounds(), (PixelRect{0, 0, 3000, 4000}));
   EXPECT_EQ(source.type, ContentType::jpeg());
@@ -79,7 +80,7 @@ TEST_F(ImageSourceTest, StandsUpright) {
 }
 
 TEST_F(ImageSourceTest, HasTheTypeOfItsContentAndNotOfItsName) {
-  const ImageSource source = load(test::makeJpeg(jpeg()), "photo.png");
+  const ImageSource source = load(testing::makeJpeg(jpeg()), "photo.png");
   EXPECT_EQ(source.type, ContentType::jpeg());
   EXPECT_EQ(source.formatName(), QStringLiteral("JPEG"));
 }
@@ -100,18 +101,29 @@ TEST_F(ImageSourceTest, RefusesWhatIsNoFile) {
 TEST_F(ImageSourceTest, RefusesAnimations) {
   PngSpec spec = png();
   spec.before = {pngChunk("acTL", {0, 0, 0, 2, 0, 0, 0, 0})};
-  expectError(test::makePng(spec), ImageError::multipleImages);
+  expectError(testing::makePng(spec), ImageError::multipleImages);
+}
+
+TEST_F(ImageSourceTest, RefusesPages) {
+  test::TiffSpec page;
+  page.sample = [](uint32_t x, uint32_t y, int) { return x + y; };
+  test::saveTiff(m_folder / "one.png", {page});
+  const ImageSource source = ImageSource::load(m_folder / "one.png");
+  EXPECT_EQ(source.type, ContentType::tiff());
+  EXPECT_EQ(source.formatName(), QStringLiteral("TIFF"));
+  test::saveTiff(m_folder / "two.tif", {page, page});
+  expectError(testing::loadBytes(m_folder / "two.tif"), ImageError::multipleImages);
 }
 
 TEST_F(ImageSourceTest, CountsBeforeItDecodes) {
   PngSpec spec = png();
   spec.before = {pngChunk("acTL", {0, 0, 0, 2, 0, 0, 0, 0})};
-  expectError(test::makePngAround(spec, {1, 2, 3}), ImageError::multipleImages);
+  expectError(testing::makePngAround(spec, {1, 2, 3}), ImageError::multipleImages);
 }
 
 TEST_F(ImageSourceTest, RefusesDamage) {
-  expectError(test::makePngAround(png(), {1, 2, 3}), ImageError::unreadable);
-  Bytes photo = test::makeJpeg(jpeg());
+  expectError(testing::makePngAround(png(), {1, 2, 3}), ImageError::unreadable);
+  Bytes photo = testing::makeJpeg(jpeg());
   photo.resize(photo.size() / 2);
   expectError(photo, ImageError::unreadable);
 }
@@ -119,45 +131,46 @@ TEST_F(ImageSourceTest, RefusesDamage) {
 TEST_F(ImageSourceTest, RefusesPicturesThatTakeTooMuchMemory) {
   PngSpec spec = png(6);
   spec.depth = 16;
-  const Bytes data = test::deflated(test::pngRows(spec));
+  const Bytes data = testing::deflated(testing::pngRows(spec));
   spec.width = spec.height = 30000;
-  expectError(test::makePngAround(spec, data), ImageError::unreadable);
+  expectError(testing::makePngAround(spec, data), ImageError::unreadable);
 }
 
 TEST_F(ImageSourceTest, StopsWhenAskedTo) {
-  saveBytes(m_folder / "image", test::makePng(png()));
+  saveBytes(m_folder / "image", testing::makePng(png()));
   std::stop_source stop;
   stop.request_stop();
   EXPECT_THROW((void)ImageSource::load(m_folder / "image", stop.get_token()), Cancelled);
 }
 
 TEST_F(ImageSourceTest, NamesItsColors) {
-  EXPECT_EQ(load(test::makePng(png(0))).colorProfileName, QStringLiteral("Generic Gray"));
-  EXPECT_EQ(load(test::makeJpeg(jpeg(8, 8, 4))).colorProfileName, QStringLiteral("Generic CMYK"));
+  EXPECT_EQ(load(testing::makePng(png(0))).colorProfileName, QStringLiteral("Generic Gray"));
+  EXPECT_EQ(load(testing::makeJpeg(jpeg(8, 8, 4))).colorProfileName,
+            QStringLiteral("Generic CMYK"));
   PngSpec wide = png();
-  wide.before = {test::iccpChunk(test::wideRgbProfile(L"Breit \u00e9"))};
-  EXPECT_EQ(load(test::makePng(wide)).colorProfileName, QString::fromUtf8("Breit \u00e9"));
+  wide.before = {testing::iccpChunk(test::wideRgbProfile(L"Breit \u00e9"))};
+  EXPECT_EQ(load(testing::makePng(wide)).colorProfileName, QString::fromUtf8("Breit \u00e9"));
 }
 
 TEST_F(ImageSourceTest, LoadsWithoutANameOfItsColors) {
   PngSpec nameless = png();
-  nameless.before = {test::iccpChunk(test::wideRgbProfile(L"  "))};
-  const ImageSource source = load(test::makePng(nameless));
+  nameless.before = {testing::iccpChunk(test::wideRgbProfile(L"  "))};
+  const ImageSource source = load(testing::makePng(nameless));
   EXPECT_EQ(source.colorProfileName, std::nullopt);
   EXPECT_FALSE(source.image.color().iccProfile.empty());
 }
 
 TEST_F(ImageSourceTest, IsTransparentByItsLayoutAlone) {
-  EXPECT_TRUE(load(test::makePng(png(6))).hasTransparency());
-  EXPECT_TRUE(load(test::makePng(png(4))).hasTransparency());
-  EXPECT_FALSE(load(test::makePng(png(3))).hasTransparency());
+  EXPECT_TRUE(load(testing::makePng(png(6))).hasTransparency());
+  EXPECT_TRUE(load(testing::makePng(png(4))).hasTransparency());
+  EXPECT_FALSE(load(testing::makePng(png(3))).hasTransparency());
   PngSpec palette = png(3);
   palette.before.push_back(pngChunk("tRNS", {255}));
-  EXPECT_TRUE(load(test::makePng(palette)).hasTransparency());
+  EXPECT_TRUE(load(testing::makePng(palette)).hasTransparency());
 }
 
 TEST_F(ImageSourceTest, SharesItsPixelsWithCopies) {
-  const ImageSource source = load(test::makePng(png()));
+  const ImageSource source = load(testing::makePng(png()));
   const ImageSource copy = source;
   EXPECT_EQ(copy.image.row(0), source.image.row(0));
 }

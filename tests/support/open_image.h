@@ -9,7 +9,7 @@
 #include "support/image_makers.h"
 #include "support/temporary_folder.h"
 
-namespace vantrel::test {
+namespace vantrel::testing {
 
 /// An image file in a folder of its own, and a reader on it.
 class OpenImage {
@@ -24,7 +24,7 @@ class OpenImage {
   [[nodiscard]] ImageReader& reader() { return *m_reader; }
 
  private:
-  testing::TemporaryFolder m_folder;
+  TemporaryFolder m_folder;
   std::unique_ptr<ImageReader> m_reader;
 };
 
@@ -41,4 +41,4 @@ class OpenImage {
   return value;
 }
 
-}  // namespace vantrel::test
+}  // namespace vantrel::testing

@@ -9,8 +9,8 @@
 namespace vantrel {
 namespace {
 
-using test::Bytes;
-using test::exifBlock;
+using testing::Bytes;
+using testing::exifBlock;
 
 Orientation orientationOf(const Bytes& block) {
   return exifOrientation(std::as_bytes(std::span(block)));
@@ -24,7 +24,7 @@ TEST(ExifOrientation, IsReadInEitherByteOrder) {
 }
 
 TEST(ExifOrientation, IsReadBehindTheNameOfTheSegment) {
-  EXPECT_EQ(orientationOf(test::exifSegment(6)), Orientation::RightTop);
+  EXPECT_EQ(orientationOf(testing::exifSegment(6)), Orientation::RightTop);
 }
 
 TEST(ExifOrientation, IsUprightForValuesThatAreNone) {

@@ -14,10 +14,10 @@
 namespace vantrel {
 namespace {
 
-using test::Bytes;
-using test::exifSegment;
-using test::JpegSpec;
-using test::PngSpec;
+using testing::Bytes;
+using testing::exifSegment;
+using testing::JpegSpec;
+using testing::PngSpec;
 
 enum class Outcome { NotRecognised, Refused, Decoded };
 
@@ -45,10 +45,10 @@ PngSpec png(int colorType, int depth, bool interlaced) {
                                  ((1u << depth) - 1));
   };
   if (colorType == 3) {
-    spec.before = {test::pngChunk("PLTE", Bytes(48, 77)), test::pngChunk("tRNS", {0, 9})};
+    spec.before = {testing::pngChunk("PLTE", Bytes(48, 77)), testing::pngChunk("tRNS", {0, 9})};
   } else {
-    spec.before = {test::pngChunk("gAMA", {0, 0, 0x80, 0}),
-                   test::pngChunk("eXIf", test::exifBlock(6))};
+    spec.before = {testing::pngChunk("gAMA", {0, 0, 0x80, 0}),
+                   testing::pngChunk("eXIf", testing::exifBlock(6))};
   }
   return spec;
 }
@@ -67,7 +67,7 @@ JpegSpec jpeg(int channels, bool progressive) {
     return static_cast<uint8_t>(x * 6 + y * y + channel * 40);
   };
   const Bytes profile = channels == 4 ? test::inkProfile() : test::wideRgbProfile();
-  if (channels == 3) spec.segments = {{2, test::iccSegment(profile, 1, 1)}};
+  if (channels == 3) spec.segments = {{2, testing::iccSegment(profile, 1, 1)}};
   spec.segments.emplace_back(1, exifSegment(6));
   return spec;
 }
@@ -80,25 +80,25 @@ struct Seed {
 };
 
 const Seed kSeeds[] = {
-    {"png, palette", [] { return test::makePng(png(3, 4, false)); }},
-    {"png, 16 bits, interlaced", [] { return test::makePng(png(6, 16, true)); }},
-    {"png, grey", [] { return test::makePng(png(0, 2, true)); }},
+    {"png, palette", [] { return testing::makePng(png(3, 4, false)); }},
+    {"png, 16 bits, interlaced", [] { return testing::makePng(png(6, 16, true)); }},
+    {"png, grey", [] { return testing::makePng(png(0, 2, true)); }},
     {"png, profile",
      [] {
        PngSpec spec = png(2, 8, false);
-       spec.before = {test::iccpChunk(test::wideRgbProfile())};
-       return test::makePng(spec);
+       spec.before = {testing::iccpChunk(test::wideRgbProfile())};
+       return testing::makePng(spec);
      }},
-    {"jpeg, baseline", [] { return test::makeJpeg(jpeg(3, false)); }},
-    {"jpeg, progressive", [] { return test::makeJpeg(jpeg(3, true)); }},
-    {"jpeg, grey", [] { return test::makeJpeg(jpeg(1, false)); }},
-    {"jpeg, ink", [] { return test::makeJpeg(jpeg(4, true)); }},
+    {"jpeg, baseline", [] { return testing::makeJpeg(jpeg(3, false)); }},
+    {"jpeg, progressive", [] { return testing::makeJpeg(jpeg(3, true)); }},
+    {"jpeg, grey", [] { return testing::makeJpeg(jpeg(1, false)); }},
+    {"jpeg, ink", [] { return testing::makeJpeg(jpeg(4, true)); }},
 };
 
 class ImageDamage : public ::testing::TestWithParam<Seed> {
  protected:
   Outcome outcomeFor(const Bytes& bytes) {
-    test::saveBytes(m_path, bytes);
+    testing::saveBytes(m_path, bytes);
     return outcomeOf(m_path);
   }
 
@@ -168,7 +168,7 @@ TEST_P(ImageDamage, ThatMovesPartsIsSurvived) {
 INSTANTIATE_TEST_SUITE_P(Seeds, ImageDamage, ::testing::ValuesIn(kSeeds));
 
 TEST(PngDamage, OfTheImageDataIsAlwaysFound) {
-  const Bytes whole = test::makePng(png(2, 8, false));
+  const Bytes whole = testing::makePng(png(2, 8, false));
   const std::string_view text(reinterpret_cast<const char*>(whole.data()), whole.size());
   const size_t data = text.find("IDAT");
   const size_t end = text.find("IEND") - 4;
@@ -177,7 +177,7 @@ TEST(PngDamage, OfTheImageDataIsAlwaysFound) {
     for (int bit = 0; bit < 8; ++bit) {
       Bytes bytes = whole;
       bytes[at] ^= static_cast<uint8_t>(1 << bit);
-      test::saveBytes(folder / "image", bytes);
+      testing::saveBytes(folder / "image", bytes);
       ASSERT_EQ(outcomeOf(folder / "image"), Outcome::Refused) << "byte " << at << " bit " << bit;
     }
   }
@@ -199,18 +199,18 @@ TEST(HeaderLies, TakeNoMemory) {
   std::mt19937 random(4);
   for (int round = 0; round < 200; ++round) {
     PngSpec spec = png(6, 16, round % 2 == 0);
-    const Bytes data = test::deflated(test::pngRows(spec));
+    const Bytes data = testing::deflated(testing::pngRows(spec));
     spec.width = 1 + random() % (1u << (1 + random() % 31));
     spec.height = 20000 + random() % (1u << (1 + random() % 31));
-    test::saveBytes(folder / "image", test::makePngAround(spec, data));
+    testing::saveBytes(folder / "image", testing::makePngAround(spec, data));
     EXPECT_EQ(outcomeOf(folder / "image"), Outcome::Refused);
 
-    Bytes photo = test::makeJpeg(jpeg(3, round % 2 == 0));
+    Bytes photo = testing::makeJpeg(jpeg(3, round % 2 == 0));
     const std::string_view text(reinterpret_cast<const char*>(photo.data()), photo.size());
     const size_t frame = text.find(round % 2 == 0 ? "\xff\xc2" : std::string_view("\xff\xc0"));
     for (size_t i = 5; i < 9; ++i)
       photo[frame + i] = static_cast<uint8_t>(random());
-    test::saveBytes(folder / "image", photo);
+    testing::saveBytes(folder / "image", photo);
     EXPECT_EQ(outcomeOf(folder / "image"), Outcome::Refused);
   }
   EXPECT_LT(peakMemory() - before, 64 * 1024);

@@ -16,8 +16,8 @@
 namespace vantrel {
 namespace {
 
-using test::Bytes;
-using test::saveBytes;
+using testing::Bytes;
+using testing::saveBytes;
 using testing::TemporaryFolder;
 
 const Bytes kPngStart = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n'};

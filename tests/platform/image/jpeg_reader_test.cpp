@@ -12,14 +12,14 @@
 namespace vantrel {
 namespace {
 
-using test::Bytes;
-using test::decodeBytes;
-using test::exifSegment;
-using test::iccSegment;
-using test::JpegSpec;
-using test::makeJpeg;
-using test::OpenImage;
-using test::sampleAt;
+using testing::Bytes;
+using testing::decodeBytes;
+using testing::exifSegment;
+using testing::iccSegment;
+using testing::JpegSpec;
+using testing::makeJpeg;
+using testing::OpenImage;
+using testing::sampleAt;
 
 // Samples of a smooth picture come back within this after compression at full quality.
 constexpr int kTolerance = 4;

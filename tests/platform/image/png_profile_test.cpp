@@ -8,12 +8,12 @@
 namespace vantrel {
 namespace {
 
-using test::Bytes;
-using test::decodeBytes;
-using test::iccpChunk;
-using test::makePng;
-using test::pngChunk;
-using test::PngSpec;
+using testing::Bytes;
+using testing::decodeBytes;
+using testing::iccpChunk;
+using testing::makePng;
+using testing::pngChunk;
+using testing::PngSpec;
 
 Bytes numbers(const std::vector<uint32_t>& values) {
   Bytes data;

@@ -10,15 +10,15 @@
 namespace vantrel {
 namespace {
 
-using test::Bytes;
-using test::decodeBytes;
-using test::exifBlock;
-using test::makePng;
-using test::makePngAround;
-using test::OpenImage;
-using test::pngChunk;
-using test::PngSpec;
-using test::sampleAt;
+using testing::Bytes;
+using testing::decodeBytes;
+using testing::exifBlock;
+using testing::makePng;
+using testing::makePngAround;
+using testing::OpenImage;
+using testing::pngChunk;
+using testing::PngSpec;
+using testing::sampleAt;
 
 // Differs between neighbours and between channels, and uses all bits of a sample.
 uint16_t pattern(const PngSpec& spec, uint32_t x, uint32_t y, int channel) {
@@ -276,38 +276,38 @@ void expectDamaged(const Bytes& bytes) {
 
 TEST(PngReader, RefusesAWrongChecksumOfTheDeflateStream) {
   const PngSpec made = spec(2, 8, 40, 40);
-  Bytes compressed = test::deflated(test::pngRows(made));
+  Bytes compressed = testing::deflated(testing::pngRows(made));
   compressed.back() ^= 1;
   expectDamaged(makePngAround(made, compressed));
 }
 
 TEST(PngReader, RefusesADeflateStreamWithoutItsChecksum) {
   const PngSpec made = spec(2, 8, 40, 40);
-  Bytes compressed = test::deflated(test::pngRows(made));
+  Bytes compressed = testing::deflated(testing::pngRows(made));
   compressed.resize(compressed.size() - 4);
   expectDamaged(makePngAround(made, compressed));
 }
 
 TEST(PngReader, RefusesTooFewRows) {
   const PngSpec made = spec(2, 8, 40, 40);
-  Bytes rows = test::pngRows(made);
+  Bytes rows = testing::pngRows(made);
   rows.resize(rows.size() - 1);
-  expectDamaged(makePngAround(made, test::deflated(rows)));
+  expectDamaged(makePngAround(made, testing::deflated(rows)));
 }
 
 TEST(PngReader, ReadsAPictureWithDataAfterItsLastRow) {
   const PngSpec made = spec(2, 8, 40, 40);
-  Bytes rows = test::pngRows(made);
+  Bytes rows = testing::pngRows(made);
   rows.resize(rows.size() + 1000);
-  const Bitmap bitmap = decodeBytes(makePngAround(made, test::deflated(rows)));
+  const Bitmap bitmap = decodeBytes(makePngAround(made, testing::deflated(rows)));
   EXPECT_EQ(sampleAt(bitmap, 39, 39, 0), made.sample(39, 39, 0));
 }
 
 TEST(PngReader, RefusesAnUnknownFilter) {
   const PngSpec made = spec(2, 8);
-  Bytes rows = test::pngRows(made);
+  Bytes rows = testing::pngRows(made);
   rows[0] = 5;
-  expectDamaged(makePngAround(made, test::deflated(rows)));
+  expectDamaged(makePngAround(made, testing::deflated(rows)));
 }
 
 TEST(PngReader, RefusesAFileWithoutItsEnd) {
@@ -340,7 +340,7 @@ TEST(PngReader, RefusesSizesThatTheDataCannotFill) {
       {60000, 23000}, {1, 0x7fffffff}, {0x7fffffff, 1}};
   for (const auto& [width, height] : sizes) {
     PngSpec lie = spec(2, 8);
-    const Bytes compressed = test::deflated(test::pngRows(lie));
+    const Bytes compressed = testing::deflated(testing::pngRows(lie));
     lie.width = width;
     lie.height = height;
     expectDamaged(makePngAround(lie, compressed));

@@ -423,7 +423,7 @@ TEST_F(TiffReader, UncompressedLuminanceAndChromaBecomeRgb) {
   // Subsampled 2 × 2, as is the default: four luminances, then Cb and Cr. A white picture whose
   // first row is grey.
   spec.samples = 3;
-  test::Bytes data;
+  testing::Bytes data;
   for (int block = 0; block < 8; ++block) {
     const uint8_t top = block < 4 ? 128 : 255;
     data.insert(data.end(), {top, top, 255, 255, 128, 128});
@@ -526,18 +526,18 @@ TEST_F(TiffReader, PictureThatCallsItselfReducedIsOneAllTheSame) {
   expectPattern<uint8_t>(decode(), reduced);
 }
 
-uint32_t numberAt(const test::Bytes& file, size_t position) {
+uint32_t numberAt(const testing::Bytes& file, size_t position) {
   return file[position] | file[position + 1] << 8 | file[position + 2] << 16;
 }
 
 /// Position of the field that holds the offset of the directory after the first one.
-size_t nextDirectoryField(const test::Bytes& file) {
+size_t nextDirectoryField(const testing::Bytes& file) {
   const size_t directory = numberAt(file, 4);
   return directory + 2 + (numberAt(file, directory) & 0xFFFF) * 12;
 }
 
 /// Replaces an entry of the first directory of a little-endian file.
-void patchEntry(test::Bytes& file, int tag, int newTag, int type, uint32_t value) {
+void patchEntry(testing::Bytes& file, int tag, int newTag, int type, uint32_t value) {
   for (size_t entry = numberAt(file, 4) + 2; entry < nextDirectoryField(file); entry += 12) {
     if (static_cast<int>(numberAt(file, entry) & 0xFFFF) != tag) continue;
     file[entry] = static_cast<uint8_t>(newTag);
@@ -556,28 +556,28 @@ TEST_F(TiffReader, OlderTagOfReducedCopiesIsKnown) {
   reduced.width = 2;
   reduced.subfileType = FILETYPE_REDUCEDIMAGE;
   test::saveTiff(path(), {reduced, patterned(8, 3, PHOTOMETRIC_RGB)});
-  test::Bytes file = test::loadBytes(path());
+  testing::Bytes file = testing::loadBytes(path());
   patchEntry(file, TIFFTAG_SUBFILETYPE, TIFFTAG_OSUBFILETYPE, TIFF_SHORT, OFILETYPE_REDUCEDIMAGE);
-  test::saveBytes(path(), file);
+  testing::saveBytes(path(), file);
   EXPECT_EQ(open()->imageCount(), 1);
   EXPECT_EQ(decode().width(), 5);
 }
 
 TEST_F(TiffReader, LoopOfDirectoriesEnds) {
   test::saveTiff(path(), {patterned(8, 3, PHOTOMETRIC_RGB)});
-  test::Bytes file = test::loadBytes(path());
+  testing::Bytes file = testing::loadBytes(path());
   const size_t next = nextDirectoryField(file);
   std::copy_n(file.begin() + 4, 4, file.begin() + static_cast<std::ptrdiff_t>(next));
-  test::saveBytes(path(), file);
+  testing::saveBytes(path(), file);
   EXPECT_EQ(open()->imageCount(), 1);
   EXPECT_EQ(decode().width(), 5);
 }
 
 TEST_F(TiffReader, DirectoryThatCannotBeReadCountsAsNone) {
   test::saveTiff(path(), {patterned(8, 3, PHOTOMETRIC_RGB)});
-  test::Bytes file = test::loadBytes(path());
+  testing::Bytes file = testing::loadBytes(path());
   file[5] = 0xFF;
-  test::saveBytes(path(), file);
+  testing::saveBytes(path(), file);
   EXPECT_EQ(open()->imageCount(), 0);
   EXPECT_THROW(decode(), ImageDamaged);
 }
@@ -589,21 +589,21 @@ TEST_F(TiffReader, CutDataIsDamage) {
     spec.width = spec.height = 64;
     spec.compression = compression;
     test::saveTiff(path(), {spec});
-    test::Bytes file = test::loadBytes(path());
+    testing::Bytes file = testing::loadBytes(path());
     // libtiff writes directories last: instead of the file's end, that of the strip is cut off.
     patchEntry(file, TIFFTAG_STRIPOFFSETS, TIFFTAG_STRIPOFFSETS, TIFF_LONG,
                static_cast<uint32_t>(file.size()) - 200);
-    test::saveBytes(path(), file);
+    testing::saveBytes(path(), file);
     EXPECT_THROW(decode(), ImageDamaged) << compression;
   }
 }
 
 TEST_F(TiffReader, SizeOverTheLimitIsRefusedBeforeMemoryIsTaken) {
   test::saveTiff(path(), {patterned(8, 3, PHOTOMETRIC_RGB)});
-  test::Bytes file = test::loadBytes(path());
+  testing::Bytes file = testing::loadBytes(path());
   patchEntry(file, TIFFTAG_IMAGEWIDTH, TIFFTAG_IMAGEWIDTH, TIFF_LONG, 65536);
   patchEntry(file, TIFFTAG_IMAGELENGTH, TIFFTAG_IMAGELENGTH, TIFF_LONG, 65536);
-  test::saveBytes(path(), file);
+  testing::saveBytes(path(), file);
   EXPECT_THROW(decode(), ImageDamaged);
 }
 
@@ -611,10 +611,10 @@ TEST_F(TiffReader, TileFarLargerThanThePictureIsRefused) {
   TiffSpec spec = patterned(8, 3, PHOTOMETRIC_RGB);
   spec.tileSide = 16;
   test::saveTiff(path(), {spec});
-  test::Bytes file = test::loadBytes(path());
+  testing::Bytes file = testing::loadBytes(path());
   patchEntry(file, TIFFTAG_TILEWIDTH, TIFFTAG_TILEWIDTH, TIFF_LONG, 32768);
   patchEntry(file, TIFFTAG_TILELENGTH, TIFFTAG_TILELENGTH, TIFF_LONG, 32768);
-  test::saveBytes(path(), file);
+  testing::saveBytes(path(), file);
   EXPECT_THROW(decode(), ImageDamaged);
 }
 
@@ -676,13 +676,13 @@ TEST_F(TiffReader, FlippedBitsDoNoHarm) {
   std::mt19937 random(20261120);
   for (const TiffSpec& spec : hostileSeeds()) {
     test::saveTiff(path(), {spec});
-    const test::Bytes whole = test::loadBytes(path());
+    const testing::Bytes whole = testing::loadBytes(path());
     for (int round = 0; round < 400; ++round) {
-      test::Bytes bytes = whole;
+      testing::Bytes bytes = whole;
       for (uint32_t flips = random() % 4 + 1; flips > 0; --flips) {
         bytes[random() % bytes.size()] ^= static_cast<uint8_t>(1U << random() % 8);
       }
-      test::saveBytes(path(), bytes);
+      testing::saveBytes(path(), bytes);
       readWhatMayBeDamaged(path());
     }
   }
