@@ -6,6 +6,7 @@
 #include "support/icc_maker.h"
 #include "support/image_makers.h"
 #include "support/temporary_folder.h"
+#include "support/tiff_maker.h"
 
 namespace vantrel {
 namespace {
@@ -101,6 +102,17 @@ TEST_F(ImageSourceTest, RefusesAnimations) {
   PngSpec spec = png();
   spec.before = {pngChunk("acTL", {0, 0, 0, 2, 0, 0, 0, 0})};
   expectError(testing::makePng(spec), ImageError::multipleImages);
+}
+
+TEST_F(ImageSourceTest, RefusesPages) {
+  test::TiffSpec page;
+  page.sample = [](uint32_t x, uint32_t y, int) { return x + y; };
+  test::saveTiff(m_folder / "one.png", {page});
+  const ImageSource source = ImageSource::load(m_folder / "one.png");
+  EXPECT_EQ(source.type, ContentType::tiff());
+  EXPECT_EQ(source.formatName(), QStringLiteral("TIFF"));
+  test::saveTiff(m_folder / "two.tif", {page, page});
+  expectError(testing::loadBytes(m_folder / "two.tif"), ImageError::multipleImages);
 }
 
 TEST_F(ImageSourceTest, CountsBeforeItDecodes) {
