@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <unistd.h>
 
 #include <QEventLoop>
 #include <QFileSystemWatcher>
@@ -19,10 +20,10 @@ using testing::TemporaryFolder;
 using testing::writeFile;
 using Names = std::vector<std::string>;
 
-/// A picture that takes seconds to write, in a small file: grey, all black.
+/// A picture that takes long to write, in a small file: grey, all black.
 void saveLargePng(const std::filesystem::path& path) {
   testing::PngSpec spec;
-  spec.width = spec.height = 12'000;
+  spec.width = spec.height = 9'000;
   spec.colorType = 0;
   const testing::Bytes rows(size_t{spec.height} * (spec.width + 1));
   testing::saveBytes(path, testing::makePngAround(spec, testing::deflated(rows)));
@@ -42,7 +43,7 @@ class CropOnceCancel : public ::testing::TestWithParam<int> {
     writeFile(target / "out.png", "old");
   }
   void TearDown() override {
-    EXPECT_EQ(readFile(target / "out.png"), "old");
+    EXPECT_TRUE(readFile(target / "out.png") == "old");
     EXPECT_EQ(namesIn(target.path()), Names{"out.png"});
     EXPECT_EQ(namesIn(source.path()), Names{"in.png"});
   }
@@ -70,7 +71,7 @@ TEST_P(CropOnceCancel, FromTheStartWritesNothing) {
     sigemptyset(&signals);
     sigaddset(&signals, signal);
     ::sigprocmask(SIG_BLOCK, &signals, nullptr);
-    ::raise(signal);
+    ::kill(::getpid(), signal);
   };
   process.start({source / "in.png", target / "out.png"});
   expectCancelled(process.finish());

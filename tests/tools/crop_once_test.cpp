@@ -2,6 +2,7 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <cstring>
 
 #include "media/image_source.h"
 #include "support/image_makers.h"
@@ -184,7 +185,7 @@ TEST(CropOnce, TakesNamesThatAreNoText) {
   savePng(folder / "caf\xe9.png");
   CropOnceProcess process;
   process.program = "/bin/sh";
-  process.start({"-c", R"(exec "$0" "$1/caf$(printf '\351').png" "$1/$(printf '\377')")",
+  process.start({"-c", R"sh(exec "$0" "$1/caf$(printf '\351').png" "$1/$(printf '\377')")sh",
                  VANTREL_BIN_DIR "/crop-once", folder.path()});
   reportOf(process.finish());
   EXPECT_EQ(namesIn(folder.path()), (Names{"caf\xe9.png", "\xff"}));
