@@ -9,6 +9,7 @@
 #include "platform/image/jpeg_reader.h"
 #include "platform/image/png_reader.h"
 #include "platform/image/read_only_file.h"
+#include "platform/image/tiff_reader.h"
 
 namespace vantrel {
 namespace {
@@ -22,6 +23,7 @@ struct Format {
 constexpr std::array kFormats = {
     Format{isPng, openPng},
     Format{isJpeg, openJpeg},
+    Format{isTiff, openTiff},
 };
 
 }  // namespace
