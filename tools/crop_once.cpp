@@ -107,5 +107,8 @@ int main(int argc, char** argv) {
   } catch (const vantrel::WrongUsage& error) {
     std::fprintf(stderr, "crop-once: %s\n%s", error.what(), vantrel::CropOnceOptions::usage());
     return vantrel::kWrongUsage;
+  } catch (...) {
+    std::fprintf(stderr, "%s\n", vantrel::userMessage(std::current_exception()).c_str());
+    return vantrel::kFailed;
   }
 }
