@@ -3,12 +3,15 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <span>
 #include <stop_token>
+#include <system_error>
 
 #include "base/cancelled.h"
 #include "base/failure.h"
