@@ -16,9 +16,9 @@
 namespace vantrel {
 namespace {
 
-using testing::TiffSpec;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using testing::TiffSpec;
 
 /// A value that differs from pixel to pixel and from sample to sample.
 uint64_t pattern(uint32_t x, uint32_t y, int sample, int bits) {
