@@ -86,11 +86,11 @@ TEST(CodedProfile, CurvesGiveLight) {
 
 TEST(CodedProfile, DiffuseWhiteOfHighDynamicRangeIsWhite) {
   // BT.2408: 203 cd/m² is 58 % of a PQ signal and 75 % of HLG.
-  EXPECT_NEAR(shownValue(kBt2020, kPq, 0.58069), 255, 3);
-  EXPECT_NEAR(shownValue(kBt2020, kHlg, 0.75), 255, 3);
+  EXPECT_NEAR(shownValue(kBt2020, kPq, 0.58069), 255, 1);
+  EXPECT_NEAR(shownValue(kBt2020, kHlg, 0.75), 255, 1);
   EXPECT_EQ(shownValue(kBt2020, kPq, 1), 255);
   // 20.3 cd/m² is a tenth of it: 89 in sRGB.
-  EXPECT_NEAR(shownValue(kBt2020, kPq, 0.35830), 89, 2);
+  EXPECT_NEAR(shownValue(kBt2020, kPq, 0.35830), 89, 1);
 }
 
 }  // namespace
