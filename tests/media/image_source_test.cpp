@@ -105,13 +105,13 @@ TEST_F(ImageSourceTest, RefusesAnimations) {
 }
 
 TEST_F(ImageSourceTest, RefusesPages) {
-  test::TiffSpec page;
+  testing::TiffSpec page;
   page.sample = [](uint32_t x, uint32_t y, int) { return x + y; };
-  test::saveTiff(m_folder / "one.png", {page});
+  testing::saveTiff(m_folder / "one.png", {page});
   const ImageSource source = ImageSource::load(m_folder / "one.png");
   EXPECT_EQ(source.type, ContentType::tiff());
   EXPECT_EQ(source.formatName(), QStringLiteral("TIFF"));
-  test::saveTiff(m_folder / "two.tif", {page, page});
+  testing::saveTiff(m_folder / "two.tif", {page, page});
   expectError(testing::loadBytes(m_folder / "two.tif"), ImageError::multipleImages);
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -226,9 +227,22 @@ Bitmap decodeByLibrary(const TiffHandle& handle, TiffPicture& picture,
   return bitmap.finish(std::move(picture.color));
 }
 
+/// Whether the header (TIFF 6.0, section 2; BigTIFF) names a first directory.
+bool namesDirectory(const ReadOnlyFile& file) {
+  std::array<std::byte, 16> header{};
+  const size_t size = file.read(0, header);
+  const bool big = (header[2] | header[3]) == std::byte{43};
+  const auto offset = std::span(header).subspan(big ? 8 : 4, big ? 8 : 4);
+  return size < header.size() || std::any_of(offset.begin(), offset.end(),
+                                             [](std::byte byte) { return byte != std::byte{0}; });
+}
+
 TiffReader::Pages TiffReader::countPages() {
   Pages pages;
-  if (!m_handle.get() || !TIFFSetDirectory(m_handle.get(), 0)) return pages;
+  if (!m_handle.get() || !TIFFSetDirectory(m_handle.get(), 0)) {
+    pages.count = namesDirectory(m_file) ? 1 : 0;
+    return pages;
+  }
   for (tdir_t directory = 0; pages.count < kMostPages; ++directory) {
     if (isPicture(m_handle)) {
       if (pages.count == 0) pages.first = directory;
