@@ -140,7 +140,6 @@ PixelLayout layoutOf(const heif_image_handle* handle, bool monochrome) {
 }
 
 heif_chroma chromaOf(const PixelLayout& layout) {
-  if (layout.model == ColorModel::Gray) return heif_chroma_monochrome;
   if (layout.sample == SampleFormat::UInt8) {
     return layout.alpha ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB;
   }
@@ -151,14 +150,14 @@ heif_chroma chromaOf(const PixelLayout& layout) {
   }
 }
 
+/// Decodes to red, green and blue whatever the model is: libheif cannot turn or crop luminance
+/// alone and keep it so.
 HeifImage decodeImage(const heif_image_handle* handle, const PixelLayout& layout) {
   const HeifOptions options(heif_decoding_options_alloc());
   if (!options) throw std::bad_alloc();
   options->strict_decoding = 1;
   heif_image* image = nullptr;
-  const heif_colorspace space =
-      layout.model == ColorModel::Gray ? heif_colorspace_monochrome : heif_colorspace_RGB;
-  check(heif_decode_image(handle, &image, space, chromaOf(layout), options.get()));
+  check(heif_decode_image(handle, &image, heif_colorspace_RGB, chromaOf(layout), options.get()));
   HeifImage owner(image, heif_image_release);
   heif_error warning;
   if (heif_image_get_decoding_warnings(image, 0, &warning, 1) > 0) throw ImageDamaged();
@@ -173,7 +172,8 @@ struct Plane {
   int bits;
 };
 
-Plane planeOf(heif_image* image, heif_channel channel, int channels) {
+Plane planeOf(heif_image* image, int channels) {
+  constexpr heif_channel channel = heif_channel_interleaved;
   int stride = 0;
   uint8_t* bytes = heif_image_get_plane(image, channel, &stride);
   const Plane plane{bytes, static_cast<size_t>(stride), heif_image_get_width(image, channel),
@@ -187,20 +187,14 @@ Plane planeOf(heif_image* image, heif_channel channel, int channels) {
   return plane;
 }
 
-/// `bits` spread over the whole range of Sample.
-template <typename Sample>
-Sample spread(uint32_t value, int bits) {
-  constexpr uint32_t kFull = std::numeric_limits<Sample>::max();
-  const uint32_t most = (1U << bits) - 1;
-  return static_cast<Sample>((std::min(value, most) * kFull + most / 2) / most);
-}
-
 void spreadOverSixteenBits(const Plane& plane, int channels) {
   if (plane.bits == 16) return;
+  const uint32_t most = (1U << plane.bits) - 1;
   for (int64_t y = 0; y < plane.height; ++y) {
-    auto* sample = reinterpret_cast<uint16_t*>(plane.bytes + static_cast<size_t>(y) * plane.stride);
-    std::for_each_n(sample, plane.width * channels,
-                    [&plane](uint16_t& s) { s = spread<uint16_t>(s, plane.bits); });
+    auto* row = reinterpret_cast<uint16_t*>(plane.bytes + static_cast<size_t>(y) * plane.stride);
+    std::transform(row, row + plane.width * channels, row, [most](uint16_t sample) {
+      return static_cast<uint16_t>((std::min<uint32_t>(sample, most) * 65535 + most / 2) / most);
+    });
   }
 }
 
@@ -220,59 +214,45 @@ void divideByAlpha(const Plane& plane, int colors) {
   }
 }
 
-template <typename Sample>
-void interleave(const Plane& from, Sample* to, int64_t step) {
-  for (int64_t y = 0; y < from.height; ++y) {
-    const uint8_t* row = from.bytes + static_cast<size_t>(y) * from.stride;
-    for (int64_t x = 0; x < from.width; ++x, to += step) {
-      const uint32_t value = from.bits > 8 ? reinterpret_cast<const uint16_t*>(row)[x] : row[x];
-      *to = spread<Sample>(value, from.bits);
-    }
-  }
-}
-
 /// The pixels of a decoded image as one interleaved plane, and what keeps them alive.
 struct Pixels {
   Plane plane;
   std::shared_ptr<const std::byte> owner;
 };
 
-Pixels colorPixels(const HeifImage& image, const PixelLayout& layout) {
-  const Plane plane = planeOf(image.get(), heif_channel_interleaved, layout.channels());
-  if ((plane.bits > 8) != (layout.sample == SampleFormat::UInt16)) throw ImageDamaged();
-  if (plane.bits > 8) spreadOverSixteenBits(plane, layout.channels());
-  // The bitmap is the decoder's own memory: no copy is made.
-  return {plane, {image, reinterpret_cast<const std::byte*>(plane.bytes)}};
+/// Keeps one of three equal colour channels, and alpha.
+template <typename Sample>
+Pixels grayPixels(const Plane& from, bool alpha) {
+  const int64_t channels = alpha ? 2 : 1;
+  const auto rowSamples = static_cast<size_t>(from.width * channels);
+  const std::shared_ptr<Sample> samples(new Sample[rowSamples * static_cast<size_t>(from.height)],
+                                        std::default_delete<Sample[]>());
+  Sample* to = samples.get();
+  for (int64_t y = 0; y < from.height; ++y) {
+    const auto* pixel =
+        reinterpret_cast<const Sample*>(from.bytes + static_cast<size_t>(y) * from.stride);
+    for (int64_t x = 0; x < from.width; ++x, pixel += 2 + channels) {
+      *to++ = pixel[0];
+      if (alpha) *to++ = pixel[3];
+    }
+  }
+  Plane plane = from;
+  plane.bytes = reinterpret_cast<uint8_t*>(samples.get());
+  plane.stride = rowSamples * sizeof(Sample);
+  return {plane, {samples, reinterpret_cast<const std::byte*>(samples.get())}};
 }
 
-Pixels grayPixels(const HeifImage& image, const PixelLayout& layout) {
-  Plane gray = planeOf(image.get(), heif_channel_Y, 1);
-  if ((gray.bits > 8) != (layout.sample == SampleFormat::UInt16)) throw ImageDamaged();
-  if (!layout.alpha) {
-    if (gray.bits > 8) spreadOverSixteenBits(gray, 1);
-    return {gray, {image, reinterpret_cast<const std::byte*>(gray.bytes)}};
+Pixels pixelsOf(const HeifImage& image, const PixelLayout& layout) {
+  const int decodedChannels = layout.alpha ? 4 : 3;
+  const Plane plane = planeOf(image.get(), decodedChannels);
+  if ((plane.bits > 8) != (layout.sample == SampleFormat::UInt16)) throw ImageDamaged();
+  if (plane.bits > 8) spreadOverSixteenBits(plane, decodedChannels);
+  if (layout.model == ColorModel::Gray) {
+    return plane.bits > 8 ? grayPixels<uint16_t>(plane, layout.alpha)
+                          : grayPixels<uint8_t>(plane, layout.alpha);
   }
-  const Plane alpha = planeOf(image.get(), heif_channel_Alpha, 1);
-  if (alpha.width != gray.width || alpha.height != gray.height) throw ImageDamaged();
-  if (!Bitmap::fits(static_cast<uint64_t>(gray.width), static_cast<uint64_t>(gray.height),
-                    layout.bytesPerPixel())) {
-    throw ImageDamaged();
-  }
-  const size_t stride =
-      static_cast<size_t>(gray.width) * static_cast<size_t>(layout.bytesPerPixel());
-  const std::shared_ptr<uint8_t> pixels(new uint8_t[stride * static_cast<size_t>(gray.height)],
-                                        std::default_delete<uint8_t[]>());
-  if (gray.bits > 8) {
-    auto* samples = reinterpret_cast<uint16_t*>(pixels.get());
-    interleave(gray, samples, 2);
-    interleave(alpha, samples + 1, 2);
-  } else {
-    interleave(gray, pixels.get(), 2);
-    interleave(alpha, pixels.get() + 1, 2);
-  }
-  gray.bytes = pixels.get();
-  gray.stride = stride;
-  return {gray, {pixels, reinterpret_cast<const std::byte*>(pixels.get())}};
+  // The bitmap is the decoder's own memory: no copy is made.
+  return {plane, {image, reinterpret_cast<const std::byte*>(plane.bytes)}};
 }
 
 std::vector<uint8_t> embeddedProfile(const heif_image_handle* handle, ColorModel model) {
@@ -307,8 +287,7 @@ Bitmap HeifReader::decode(const std::stop_token& stop) {
 
   const HeifImage image = decodeImage(primary, layout);
   throwIfCancelled(stop);
-  const Pixels pixels =
-      layout.model == ColorModel::Gray ? grayPixels(image, layout) : colorPixels(image, layout);
+  const Pixels pixels = pixelsOf(image, layout);
   if (layout.alpha && heif_image_handle_is_premultiplied_alpha(primary)) {
     if (layout.sample == SampleFormat::UInt8) {
       divideByAlpha<uint8_t>(pixels.plane, layout.colorChannels());
