@@ -2,6 +2,7 @@
 
 #include <lcms2.h>
 
+#include <cmath>
 #include <cstdint>
 #include <string>
 #include <vector>
