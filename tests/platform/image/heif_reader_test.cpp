@@ -140,6 +140,15 @@ TEST_F(HeifReader, PremultipliedAlphaIsDividedOut) {
   }
 }
 
+/// Where the pixel (x, y) of a stored picture stands when it is upright.
+std::pair<int, int> uprightPlace(const HeifSpec& spec, int orientation, int x, int y) {
+  const int right = spec.width - 1 - x;
+  const int below = spec.height - 1 - y;
+  const std::pair<int, int> places[] = {{x, y}, {right, y}, {right, below}, {x, below},
+                                        {y, x}, {below, x}, {below, right}, {y, right}};
+  return places[orientation - 1];
+}
+
 TEST_F(HeifReader, RotationOfTheFormatIsAppliedAndThatOfExifIsNot) {
   for (int orientation = 1; orientation <= 8; ++orientation) {
     HeifSpec spec = patterned();
@@ -151,13 +160,35 @@ TEST_F(HeifReader, RotationOfTheFormatIsAppliedAndThatOfExifIsNot) {
     ASSERT_EQ(bitmap.height(), swapped ? spec.width : spec.height) << orientation;
     for (int y = 0; y < spec.height; ++y) {
       for (int x = 0; x < spec.width; ++x) {
-        const int right = spec.width - 1 - x;
-        const int below = spec.height - 1 - y;
-        const std::pair<int, int> places[] = {{x, y}, {right, y}, {right, below}, {x, below},
-                                              {y, x}, {below, x}, {below, right}, {y, right}};
-        const auto [toX, toY] = places[orientation - 1];
+        const auto [toX, toY] = uprightPlace(spec, orientation, x, y);
         ASSERT_EQ(sampleAt(bitmap, toX, toY, 1), spec.sample(x, y, 1))
             << orientation << ' ' << x << ' ' << y;
+      }
+    }
+  }
+}
+
+TEST_F(HeifReader, PictureOfOddSidesIsTurnedWhole) {
+  for (const auto& [width, height] : {std::pair(21, 13), {21, 12}, {20, 13}}) {
+    HeifSpec spec = patterned();
+    spec.width = width;
+    spec.height = height;
+    spec.alpha = true;
+    const Bitmap upright = decoded(spec);
+    for (int orientation = 2; orientation <= 8; ++orientation) {
+      spec.orientation = orientation;
+      const Bitmap bitmap = decoded(spec);
+      const bool swapped = orientation > 4;
+      ASSERT_EQ(bitmap.width(), swapped ? height : width) << orientation;
+      ASSERT_EQ(bitmap.height(), swapped ? width : height) << orientation;
+      for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+          const auto [toX, toY] = uprightPlace(spec, orientation, x, y);
+          for (int c = 0; c < 4; ++c) {
+            ASSERT_EQ(sampleAt(bitmap, toX, toY, c), sampleAt(upright, x, y, c))
+                << orientation << ' ' << x << ' ' << y << ' ' << c;
+          }
+        }
       }
     }
   }
