@@ -5,7 +5,7 @@
 #include <memory>
 #include <stdexcept>
 
-namespace vantrel::test {
+namespace vantrel::testing {
 namespace {
 
 struct Close {
@@ -119,4 +119,4 @@ void saveTiff(const std::filesystem::path& path, const std::vector<TiffSpec>& pa
   if (!written) throw std::runtime_error("cannot write " + path.string());
 }
 
-}  // namespace vantrel::test
+}  // namespace vantrel::testing

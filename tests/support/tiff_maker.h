@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace vantrel::test {
+namespace vantrel::testing {
 
 /// A directory of a TIFF file, written by libtiff.
 struct TiffSpec {
@@ -45,4 +45,4 @@ struct TiffSpec {
 void saveTiff(const std::filesystem::path& path, const std::vector<TiffSpec>& pages,
               const char* mode = "wl");
 
-}  // namespace vantrel::test
+}  // namespace vantrel::testing

@@ -5,6 +5,7 @@
 #include <span>
 #include <utility>
 
+#include "platform/image/heif_reader.h"
 #include "platform/image/image_signature.h"
 #include "platform/image/jpeg_reader.h"
 #include "platform/image/png_reader.h"
@@ -13,6 +14,10 @@
 
 namespace vantrel {
 namespace {
+
+bool isHeif(std::span<const std::byte> head) {
+  return heifType(head).has_value();
+}
 
 /// One kind of file: how its first bytes are recognised, and how it is opened.
 struct Format {
@@ -24,6 +29,7 @@ constexpr std::array kFormats = {
     Format{isPng, openPng},
     Format{isJpeg, openJpeg},
     Format{isTiff, openTiff},
+    Format{isHeif, openHeif},
 };
 
 }  // namespace

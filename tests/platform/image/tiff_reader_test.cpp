@@ -16,9 +16,9 @@
 namespace vantrel {
 namespace {
 
-using test::TiffSpec;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using testing::TiffSpec;
 
 /// A value that differs from pixel to pixel and from sample to sample.
 uint64_t pattern(uint32_t x, uint32_t y, int sample, int bits) {
@@ -48,7 +48,7 @@ class TiffReader : public ::testing::Test {
   }
 
   [[nodiscard]] Bitmap decoded(const TiffSpec& spec, const char* mode = "wl") const {
-    test::saveTiff(path(), {spec}, mode);
+    testing::saveTiff(path(), {spec}, mode);
     return decode();
   }
 
@@ -131,7 +131,7 @@ TEST_F(TiffReader, EveryStorageOfRgbGivesTheSamePixels) {
 }
 
 TEST_F(TiffReader, TypeIsTiffAndOnePictureIsOne) {
-  test::saveTiff(path(), {patterned(8, 3, PHOTOMETRIC_RGB)});
+  testing::saveTiff(path(), {patterned(8, 3, PHOTOMETRIC_RGB)});
   const auto reader = open();
   ASSERT_TRUE(reader);
   EXPECT_EQ(reader->type(), ImageType::Tiff);
@@ -423,7 +423,7 @@ TEST_F(TiffReader, UncompressedLuminanceAndChromaBecomeRgb) {
   // Subsampled 2 × 2, as is the default: four luminances, then Cb and Cr. A white picture whose
   // first row is grey.
   spec.samples = 3;
-  test::Bytes data;
+  testing::Bytes data;
   for (int block = 0; block < 8; ++block) {
     const uint8_t top = block < 4 ? 128 : 255;
     data.insert(data.end(), {top, top, 255, 255, 128, 128});
@@ -495,7 +495,7 @@ TEST_F(TiffReader, ProfileIsKeptWhereItFits) {
 
 TEST_F(TiffReader, PagesAreCounted) {
   const TiffSpec page = patterned(8, 3, PHOTOMETRIC_RGB);
-  test::saveTiff(path(), {page, page, page});
+  testing::saveTiff(path(), {page, page, page});
   EXPECT_EQ(open()->imageCount(), 3);
 }
 
@@ -509,35 +509,35 @@ TEST_F(TiffReader, ReducedCopiesAndMasksAreNoPictures) {
   TiffSpec pageOfMany = page;
   pageOfMany.subfileType = FILETYPE_PAGE;
 
-  test::saveTiff(path(), {pageOfMany, reduced, mask});
+  testing::saveTiff(path(), {pageOfMany, reduced, mask});
   EXPECT_EQ(open()->imageCount(), 1);
-  test::saveTiff(path(), {reduced, page, reduced});
+  testing::saveTiff(path(), {reduced, page, reduced});
   EXPECT_EQ(open()->imageCount(), 1);
   EXPECT_EQ(decode().width(), 5);
-  test::saveTiff(path(), {pageOfMany, reduced, pageOfMany});
+  testing::saveTiff(path(), {pageOfMany, reduced, pageOfMany});
   EXPECT_EQ(open()->imageCount(), 2);
 }
 
 TEST_F(TiffReader, PictureThatCallsItselfReducedIsOneAllTheSame) {
   TiffSpec reduced = patterned(8, 3, PHOTOMETRIC_RGB);
   reduced.subfileType = FILETYPE_REDUCEDIMAGE;
-  test::saveTiff(path(), {reduced});
+  testing::saveTiff(path(), {reduced});
   EXPECT_EQ(open()->imageCount(), 1);
   expectPattern<uint8_t>(decode(), reduced);
 }
 
-uint32_t numberAt(const test::Bytes& file, size_t position) {
+uint32_t numberAt(const testing::Bytes& file, size_t position) {
   return file[position] | file[position + 1] << 8 | file[position + 2] << 16;
 }
 
 /// Position of the field that holds the offset of the directory after the first one.
-size_t nextDirectoryField(const test::Bytes& file) {
+size_t nextDirectoryField(const testing::Bytes& file) {
   const size_t directory = numberAt(file, 4);
   return directory + 2 + (numberAt(file, directory) & 0xFFFF) * 12;
 }
 
 /// Replaces an entry of the first directory of a little-endian file.
-void patchEntry(test::Bytes& file, int tag, int newTag, int type, uint32_t value) {
+void patchEntry(testing::Bytes& file, int tag, int newTag, int type, uint32_t value) {
   for (size_t entry = numberAt(file, 4) + 2; entry < nextDirectoryField(file); entry += 12) {
     if (static_cast<int>(numberAt(file, entry) & 0xFFFF) != tag) continue;
     file[entry] = static_cast<uint8_t>(newTag);
@@ -555,31 +555,43 @@ TEST_F(TiffReader, OlderTagOfReducedCopiesIsKnown) {
   TiffSpec reduced = patterned(8, 3, PHOTOMETRIC_RGB);
   reduced.width = 2;
   reduced.subfileType = FILETYPE_REDUCEDIMAGE;
-  test::saveTiff(path(), {reduced, patterned(8, 3, PHOTOMETRIC_RGB)});
-  test::Bytes file = test::loadBytes(path());
+  testing::saveTiff(path(), {reduced, patterned(8, 3, PHOTOMETRIC_RGB)});
+  testing::Bytes file = testing::loadBytes(path());
   patchEntry(file, TIFFTAG_SUBFILETYPE, TIFFTAG_OSUBFILETYPE, TIFF_SHORT, OFILETYPE_REDUCEDIMAGE);
-  test::saveBytes(path(), file);
+  testing::saveBytes(path(), file);
   EXPECT_EQ(open()->imageCount(), 1);
   EXPECT_EQ(decode().width(), 5);
 }
 
 TEST_F(TiffReader, LoopOfDirectoriesEnds) {
-  test::saveTiff(path(), {patterned(8, 3, PHOTOMETRIC_RGB)});
-  test::Bytes file = test::loadBytes(path());
+  testing::saveTiff(path(), {patterned(8, 3, PHOTOMETRIC_RGB)});
+  testing::Bytes file = testing::loadBytes(path());
   const size_t next = nextDirectoryField(file);
   std::copy_n(file.begin() + 4, 4, file.begin() + static_cast<std::ptrdiff_t>(next));
-  test::saveBytes(path(), file);
+  testing::saveBytes(path(), file);
   EXPECT_EQ(open()->imageCount(), 1);
   EXPECT_EQ(decode().width(), 5);
 }
 
-TEST_F(TiffReader, DirectoryThatCannotBeReadCountsAsNone) {
-  test::saveTiff(path(), {patterned(8, 3, PHOTOMETRIC_RGB)});
-  test::Bytes file = test::loadBytes(path());
-  file[5] = 0xFF;
-  test::saveBytes(path(), file);
-  EXPECT_EQ(open()->imageCount(), 0);
-  EXPECT_THROW(decode(), ImageDamaged);
+TEST_F(TiffReader, DirectoryThatCannotBeReadIsADamagedPicture) {
+  for (const char* mode : {"wl", "wb", "w8l", "w8b"}) {
+    testing::saveTiff(path(), {patterned(8, 3, PHOTOMETRIC_RGB)}, mode);
+    std::filesystem::resize_file(path(), std::filesystem::file_size(path()) - 100);
+    EXPECT_EQ(open()->imageCount(), 1);
+    EXPECT_THROW(decode(), ImageDamaged);
+  }
+}
+
+TEST_F(TiffReader, FileWithoutDirectoriesHasNoPicture) {
+  for (const bool big : {false, true}) {
+    testing::Bytes file(100);
+    const uint8_t start[] = {'I', 'I', static_cast<uint8_t>(big ? 43 : 42), 0,
+                             static_cast<uint8_t>(big ? 8 : 0)};
+    std::copy(std::begin(start), std::end(start), file.begin());
+    testing::saveBytes(path(), file);
+    EXPECT_EQ(open()->imageCount(), 0);
+    EXPECT_THROW(decode(), ImageDamaged);
+  }
 }
 
 TEST_F(TiffReader, CutDataIsDamage) {
@@ -588,38 +600,38 @@ TEST_F(TiffReader, CutDataIsDamage) {
     TiffSpec spec = patterned(8, 3, PHOTOMETRIC_RGB);
     spec.width = spec.height = 64;
     spec.compression = compression;
-    test::saveTiff(path(), {spec});
-    test::Bytes file = test::loadBytes(path());
+    testing::saveTiff(path(), {spec});
+    testing::Bytes file = testing::loadBytes(path());
     // libtiff writes directories last: instead of the file's end, that of the strip is cut off.
     patchEntry(file, TIFFTAG_STRIPOFFSETS, TIFFTAG_STRIPOFFSETS, TIFF_LONG,
                static_cast<uint32_t>(file.size()) - 200);
-    test::saveBytes(path(), file);
+    testing::saveBytes(path(), file);
     EXPECT_THROW(decode(), ImageDamaged) << compression;
   }
 }
 
 TEST_F(TiffReader, SizeOverTheLimitIsRefusedBeforeMemoryIsTaken) {
-  test::saveTiff(path(), {patterned(8, 3, PHOTOMETRIC_RGB)});
-  test::Bytes file = test::loadBytes(path());
+  testing::saveTiff(path(), {patterned(8, 3, PHOTOMETRIC_RGB)});
+  testing::Bytes file = testing::loadBytes(path());
   patchEntry(file, TIFFTAG_IMAGEWIDTH, TIFFTAG_IMAGEWIDTH, TIFF_LONG, 65536);
   patchEntry(file, TIFFTAG_IMAGELENGTH, TIFFTAG_IMAGELENGTH, TIFF_LONG, 65536);
-  test::saveBytes(path(), file);
+  testing::saveBytes(path(), file);
   EXPECT_THROW(decode(), ImageDamaged);
 }
 
 TEST_F(TiffReader, TileFarLargerThanThePictureIsRefused) {
   TiffSpec spec = patterned(8, 3, PHOTOMETRIC_RGB);
   spec.tileSide = 16;
-  test::saveTiff(path(), {spec});
-  test::Bytes file = test::loadBytes(path());
+  testing::saveTiff(path(), {spec});
+  testing::Bytes file = testing::loadBytes(path());
   patchEntry(file, TIFFTAG_TILEWIDTH, TIFFTAG_TILEWIDTH, TIFF_LONG, 32768);
   patchEntry(file, TIFFTAG_TILELENGTH, TIFFTAG_TILELENGTH, TIFF_LONG, 32768);
-  test::saveBytes(path(), file);
+  testing::saveBytes(path(), file);
   EXPECT_THROW(decode(), ImageDamaged);
 }
 
 TEST_F(TiffReader, StopIsHeeded) {
-  test::saveTiff(path(), {patterned(8, 3, PHOTOMETRIC_RGB)});
+  testing::saveTiff(path(), {patterned(8, 3, PHOTOMETRIC_RGB)});
   std::stop_source source;
   source.request_stop();
   EXPECT_THROW(open()->decode(source.get_token()), Cancelled);
@@ -664,7 +676,7 @@ void readWhatMayBeDamaged(const std::filesystem::path& path) {
 
 TEST_F(TiffReader, TruncatedFilesDoNoHarm) {
   for (const TiffSpec& spec : hostileSeeds()) {
-    test::saveTiff(path(), {spec});
+    testing::saveTiff(path(), {spec});
     for (uintmax_t size = std::filesystem::file_size(path()) - 1; size > 0; --size) {
       std::filesystem::resize_file(path(), size);
       readWhatMayBeDamaged(path());
@@ -675,14 +687,14 @@ TEST_F(TiffReader, TruncatedFilesDoNoHarm) {
 TEST_F(TiffReader, FlippedBitsDoNoHarm) {
   std::mt19937 random(20261120);
   for (const TiffSpec& spec : hostileSeeds()) {
-    test::saveTiff(path(), {spec});
-    const test::Bytes whole = test::loadBytes(path());
+    testing::saveTiff(path(), {spec});
+    const testing::Bytes whole = testing::loadBytes(path());
     for (int round = 0; round < 400; ++round) {
-      test::Bytes bytes = whole;
+      testing::Bytes bytes = whole;
       for (uint32_t flips = random() % 4 + 1; flips > 0; --flips) {
         bytes[random() % bytes.size()] ^= static_cast<uint8_t>(1U << random() % 8);
       }
-      test::saveBytes(path(), bytes);
+      testing::saveBytes(path(), bytes);
       readWhatMayBeDamaged(path());
     }
   }
