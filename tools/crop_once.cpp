@@ -3,12 +3,15 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <span>
 #include <stop_token>
+#include <system_error>
 
 #include "base/cancelled.h"
 #include "base/failure.h"
@@ -56,10 +59,12 @@ QJsonObject cropImage(const CropOnceOptions& options, const std::stop_token& sto
   const QRectF crop = cropOf(options, source.image);
   AtomicFile file(options.destination);
   ImageExporter::write(source, file.temporaryPath(), crop, settingsOf(options, source.type), stop);
+  const auto bytes = static_cast<qint64>(std::filesystem::file_size(file.temporaryPath()));
   file.commit();
   return {{QStringLiteral("kind"), QStringLiteral("image")},
           {QStringLiteral("width"), static_cast<qint64>(crop.width())},
-          {QStringLiteral("height"), static_cast<qint64>(crop.height())}};
+          {QStringLiteral("height"), static_cast<qint64>(crop.height())},
+          {QStringLiteral("bytes"), bytes}};
 }
 
 /// Crops whatever the source is; returns what is to be reported.
@@ -69,8 +74,6 @@ QJsonObject cropFile(const CropOnceOptions& options, const std::stop_token& stop
   if (!type.isImage()) throw ImageError(ImageError::unsupported);
   QJsonObject report = cropImage(options, stop);
   const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
-  report.insert(QStringLiteral("bytes"),
-                static_cast<qint64>(std::filesystem::file_size(options.destination)));
   report.insert(QStringLiteral("seconds"), elapsed.count());
   return report;
 }

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdint>
+#include <limits>
 #include <string>
 #include <vector>
 

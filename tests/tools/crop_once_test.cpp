@@ -84,7 +84,7 @@ TEST(CropOnce, ReportsInOneLine) {
   EXPECT_EQ(report.keys(),
             (QStringList{QStringLiteral("bytes"), QStringLiteral("height"), QStringLiteral("kind"),
                          QStringLiteral("seconds"), QStringLiteral("width")}));
-  EXPECT_EQ(report[u"kind"], u"image"_qs);
+  EXPECT_EQ(report[u"kind"], QStringLiteral("image"));
   EXPECT_EQ(report[u"width"].toInteger(), 20);
   EXPECT_EQ(report[u"height"].toInteger(), 10);
   EXPECT_EQ(static_cast<uintmax_t>(report[u"bytes"].toInteger()),
