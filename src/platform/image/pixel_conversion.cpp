@@ -54,9 +54,9 @@ std::shared_ptr<const SrgbTransform> SrgbTransform::from(const PixelLayout& from
     return nullptr;
   }
   const LcmsProfile srgb = openLcmsProfile(result->m_context, srgbProfile());
-  result->m_transform.reset(
-      cmsCreateTransformTHR(result->m_context.get(), source.get(), formatOf(from), srgb.get(),
-                            formatOf(to), kRenderingIntent, kTransformFlags | cmsFLAGS_COPY_ALPHA));
+  result->m_transform.reset(cmsCreateTransformTHR(
+      result->m_context.get(), source.get(), formatOf(from), srgb.get(), formatOf(to),
+      kRenderingIntent, kTransformFlags | cmsFLAGS_COPY_ALPHA | cmsFLAGS_NOOPTIMIZE));
   if (!result->m_transform) throw std::bad_alloc();
   return result;
 }
