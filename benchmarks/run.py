@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs the benchmarks and writes RESULTS.md beside this file.
 
-    benchmarks/run.py --bin build/release/bin [--runs N] [--output FILE]
+    benchmarks/run.py --bin build/release/bin [--runs N] [--out FILE]
 
 What is compared runs in turn, in the same minutes on the same machine, and medians are compared, so
 that a busy machine slows both sides. Needs ImageMagick (convert, identify) and heif-enc.
@@ -249,14 +249,14 @@ def main():
     parser = argparse.ArgumentParser(description="Runs the benchmarks and writes their results.")
     parser.add_argument("--bin", type=pathlib.Path, required=True, help="folder of the programs")
     parser.add_argument("--runs", type=int, default=5, help="measured runs of each (default: 5)")
-    parser.add_argument("--output", type=pathlib.Path, default=here / "RESULTS.md")
+    parser.add_argument("--out", type=pathlib.Path, default=here / "RESULTS.md")
     arguments = parser.parse_args()
     with tempfile.TemporaryDirectory(prefix="vantrel-bench-") as folder:
         benchmarks = Benchmarks(arguments.bin.resolve(), arguments.runs, pathlib.Path(folder))
         before = os.getloadavg()[0]
         benchmarks.run()
         benchmarks.load = f"{before:.1f}, {os.getloadavg()[0]:.1f}"
-        write_results(benchmarks, arguments.output)
+        write_results(benchmarks, arguments.out)
     for row in benchmarks.rows:
         print(f"{row.name}: {row.value} ({row.bar})")
 

@@ -13,7 +13,8 @@
 namespace vantrel {
 namespace {
 
-/// A colour transform to sRGB. It holds no state, so that threads can share it.
+/// A colour transform to sRGB. It holds no state, so that threads can share it. lcms2's usual
+/// shortcut, a table of colours, is five times as fast but off by up to 40 of 255.
 class SrgbTransform {
  public:
   /// Null when the pixels have no profile that gives them a meaning.
@@ -53,9 +54,9 @@ std::shared_ptr<const SrgbTransform> SrgbTransform::from(const PixelLayout& from
     return nullptr;
   }
   const LcmsProfile srgb = openLcmsProfile(result->m_context, srgbProfile());
-  result->m_transform.reset(
-      cmsCreateTransformTHR(result->m_context.get(), source.get(), formatOf(from), srgb.get(),
-                            formatOf(to), kRenderingIntent, kTransformFlags | cmsFLAGS_COPY_ALPHA));
+  result->m_transform.reset(cmsCreateTransformTHR(
+      result->m_context.get(), source.get(), formatOf(from), srgb.get(), formatOf(to),
+      kRenderingIntent, kTransformFlags | cmsFLAGS_COPY_ALPHA | cmsFLAGS_NOOPTIMIZE));
   if (!result->m_transform) throw std::bad_alloc();
   return result;
 }

@@ -15,13 +15,19 @@ constexpr size_t kWindowBytes = size_t{32} << 10;
 /// Between two looks at the stop token.
 constexpr size_t kBytesBetweenChecks = size_t{256} << 10;
 
-/// Photographs gain a hundredth of their size from more effort than this, for several times the
-/// work.
-constexpr int kPhotoLevel = 4;
-/// Drawn pictures (screens, text) gain more from more effort, and it costs little on them.
-constexpr int kDrawnLevel = 6;
+// Drawn pictures (screens, text) gain from more effort, and it costs little on them. Photographs
+// would gain little for several times the work. What the processing of a camera has smoothed still
+// repeats in short pieces; in pure noise these are accidents that cost more than they save, which
+// is what Z_FILTERED leaves out.
+constexpr DeflateEffort kDrawn{6, Z_FILTERED, false};
+constexpr DeflateEffort kPhoto{4, Z_DEFAULT_STRATEGY, true};
+constexpr DeflateEffort kNoise{4, Z_FILTERED, false};
+constexpr DeflateEffort kUnfiltered{6, Z_DEFAULT_STRATEGY, false};
+
 /// Share of zeros among the filtered bytes from which a stripe counts as drawn.
 constexpr double kDrawnZeros = 0.8;
+/// Bytes from the middle of a stripe that are tried with both efforts for photographs.
+constexpr size_t kSampleBytes = size_t{8} << 10;
 constexpr int kMemoryLevel = 9;
 /// Without the header and checksum of zlib, which belong to the joined stream.
 constexpr int kRawDeflate = -15;
@@ -35,16 +41,9 @@ bool filtersHelp(const PngRows& rows) {
   return rows.bitDepth() >= 8 && rows.colorType() != 3;
 }
 
-int strategyFor(const PngRows& rows) {
-  return filtersHelp(rows) ? Z_FILTERED : Z_DEFAULT_STRATEGY;
-}
-
-/// Seen from the stripe alone, so that the result does not depend on what was compressed before.
-int levelFor(const PngRows& rows, std::span<const uint8_t> filtered) {
-  if (!filtersHelp(rows)) return kDrawnLevel;
+bool isDrawn(std::span<const uint8_t> filtered) {
   const auto zeros = std::count(filtered.begin(), filtered.end(), uint8_t{0});
-  const auto share = static_cast<double>(zeros) / static_cast<double>(filtered.size());
-  return share >= kDrawnZeros ? kDrawnLevel : kPhotoLevel;
+  return static_cast<double>(zeros) >= kDrawnZeros * static_cast<double>(filtered.size());
 }
 
 }  // namespace
@@ -61,8 +60,8 @@ PngStripeCompressor::PngStripeCompressor(const PngRows& rows)
       m_filter(rows.rowBytes(), rows.pixelBytes(), filtersHelp(rows)),
       m_row(rows.rowBytes()),
       m_above(rows.rowBytes()) {
-  if (deflateInit2(&m_deflate, kPhotoLevel, Z_DEFLATED, kRawDeflate, kMemoryLevel,
-                   strategyFor(rows)) != Z_OK) {
+  if (deflateInit2(&m_deflate, kPhoto.level, Z_DEFLATED, kRawDeflate, kMemoryLevel,
+                   kPhoto.strategy) != Z_OK) {
     throw std::bad_alloc();
   }
 }
@@ -86,14 +85,31 @@ CompressedStripe PngStripeCompressor::compress(int64_t stripe, const std::stop_t
   CompressedStripe result;
   result.bytes = own.size();
   result.checksum = static_cast<uint32_t>(adler32_z(1, own.data(), own.size()));
-  restart(levelFor(m_rows, own), filtered.subspan(before - window, window));
+  restart(effortFor(own), filtered.subspan(before - window, window));
   result.deflated = deflateAll(own, last == m_rows.height() ? Z_FINISH : Z_SYNC_FLUSH, stop);
   return result;
 }
 
-void PngStripeCompressor::restart(int level, std::span<const uint8_t> window) {
+// Seen from the stripe alone, so that the result does not depend on what was compressed before.
+DeflateEffort PngStripeCompressor::effortFor(std::span<const uint8_t> filtered) {
+  if (!filtersHelp(m_rows)) return kUnfiltered;
+  if (isDrawn(filtered)) return kDrawn;
+  const size_t size = std::min(filtered.size(), kSampleBytes);
+  const auto sample = filtered.subspan((filtered.size() - size) / 2, size);
+  const auto sizeWith = [&](const DeflateEffort& effort) {
+    restart(effort, {});
+    return deflateAll(sample, Z_FINISH, {}).size();
+  };
+  return sizeWith(kPhoto) < sizeWith(kNoise) ? kPhoto : kNoise;
+}
+
+void PngStripeCompressor::restart(const DeflateEffort& effort, std::span<const uint8_t> window) {
+  // Shortest repetition that ends the search for a good one, that ends the look one byte ahead,
+  // that ends all search; and candidates that are looked at.
+  constexpr int good = 4, lazy = 6, nice = 24, chain = 24;
   deflateReset(&m_deflate);
-  deflateParams(&m_deflate, level, strategyFor(m_rows));
+  deflateParams(&m_deflate, effort.level, effort.strategy);
+  if (effort.patient) deflateTune(&m_deflate, good, lazy, nice, chain);
   if (window.empty()) return;
   deflateSetDictionary(&m_deflate, window.data(), static_cast<uInt>(window.size()));
 }

@@ -33,6 +33,15 @@ struct CompressedStripe {
   uint64_t bytes = 0;
 };
 
+/// How deflate looks for repetitions.
+struct DeflateEffort {
+  /// From 0 to 9, and one of zlib's strategies.
+  int level;
+  int strategy;
+  /// Follows longer chains of candidates than the level alone would.
+  bool patient;
+};
+
 /// Filters and compresses stripes, in any order. One thread; several compressors can share `rows`.
 class PngStripeCompressor {
  public:
@@ -47,7 +56,8 @@ class PngStripeCompressor {
 
  private:
   void filterRows(int64_t first, int64_t last, const std::stop_token& stop);
-  void restart(int level, std::span<const uint8_t> window);
+  [[nodiscard]] DeflateEffort effortFor(std::span<const uint8_t> filtered);
+  void restart(const DeflateEffort& effort, std::span<const uint8_t> window);
   [[nodiscard]] std::vector<uint8_t> deflateAll(std::span<const uint8_t> bytes, int ending,
                                                 const std::stop_token& stop);
 

@@ -158,7 +158,7 @@ TEST(PixelConversion, TurnsLabIntoSrgb) {
   // The CIELAB values, under D50, of the sRGB colours (255, 0, 0) and (119, 119, 119).
   const Bitmap red = onePixel<uint8_t>(ColorModel::Lab, false, {138, 209, 198});
   const auto redPixel = convertRow<uint8_t>(PixelConversion::forPng(red), red);
-  EXPECT_NEAR(redPixel[0], 255, 5);
+  EXPECT_NEAR(redPixel[0], 255, 3);
   EXPECT_NEAR(redPixel[1], 0, 12);
   EXPECT_NEAR(redPixel[2], 0, 12);
 
@@ -175,6 +175,30 @@ TEST(PixelConversion, TurnsLabIntoSrgb) {
   const auto floatPixel = convertRow<uint8_t>(PixelConversion::forJpeg(opaque, kRed), opaque);
   for (const uint8_t channel : floatPixel)
     EXPECT_NEAR(channel, 118.9, 1.5);
+}
+
+TEST(PixelConversion, IsExactAtTheEdgeOfSrgb) {
+  // Saturated colours, turned into Lab by lcms2 in floating point, must come back.
+  const std::vector<std::array<double, 3>> colors{{1, 0, 0}, {0, 1, 0}, {0, 0, 1},   {1, 1, 0},
+                                                  {0, 1, 1}, {1, 0, 1}, {1, 0.5, 0}, {0.1, 0, 0.9}};
+  cmsHPROFILE srgb = cmsCreate_sRGBProfile();
+  cmsHPROFILE lab = cmsCreateLab4Profile(nullptr);
+  cmsHTRANSFORM toLab = cmsCreateTransform(srgb, TYPE_RGB_DBL, lab, TYPE_Lab_DBL,
+                                           INTENT_RELATIVE_COLORIMETRIC, cmsFLAGS_NOOPTIMIZE);
+  for (const std::array<double, 3>& color : colors) {
+    cmsCIELab value{};
+    cmsDoTransform(toLab, color.data(), &value, 1);
+    const auto word = [](double part) { return static_cast<uint16_t>(std::lround(part)); };
+    const Bitmap bitmap = onePixel<uint16_t>(
+        ColorModel::Lab, false,
+        {word(value.L * 655.35), word((value.a + 128) * 257), word((value.b + 128) * 257)});
+    const auto pixel = convertRow<uint16_t>(PixelConversion::forPng(bitmap), bitmap);
+    for (size_t c = 0; c < 3; ++c)
+      EXPECT_NEAR(pixel[c], color[c] * 65535, 200);
+  }
+  cmsDeleteTransform(toLab);
+  cmsCloseProfile(lab);
+  cmsCloseProfile(srgb);
 }
 
 TEST(PixelConversion, TurnsGreyWithAlphaIntoSrgbForJpeg) {
