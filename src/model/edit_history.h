@@ -23,6 +23,7 @@ struct CropEdit {
 /// thread.
 ///
 /// Outside a transaction each change is an undo step; `begin` and `end` bracket a gesture into one.
+/// Signals come once an edit is complete, undo step included, and only for what changed.
 class EditHistory final : public QObject {
   Q_OBJECT
 
@@ -75,9 +76,13 @@ class EditHistory final : public QObject {
 
  private:
   class Step;
-  void apply(const CropEdit& edit);
-  void registerStep(const CropEdit& before, const CropEdit& after);
-  void raiseRevision();
+  /// Runs a complete operation, then tells what it has changed.
+  template <typename Operation>
+  void announcing(Operation&& operation);
+  void change(const CropEdit& edit);
+  void closeTransaction();
+  void push(const CropEdit& before, const CropEdit& after);
+  void write(const CropEdit& edit);
 
   CropEdit m_current;
   std::optional<QPointF> m_resizeCenter;

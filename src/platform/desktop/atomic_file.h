@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -10,11 +12,14 @@ namespace vantrel {
 /// A file that appears under its name only when it is whole: it is written beside its destination
 /// under a temporary name, flushed to disk and renamed over it. Until `commit` returns, the old
 /// file stands untouched; without `commit` the destructor removes the temporary file.
+///
+/// A destination that is a symbolic link stays one, and the file it points to is replaced. A
+/// replaced file keeps its permissions, a new one gets those that the process gives to new files.
 class AtomicFile {
  public:
-  /// Creates the temporary file, empty. Throws std::system_error when the folder does not allow it
-  /// or the destination is a folder.
-  explicit AtomicFile(std::filesystem::path destination);
+  /// Creates the temporary file, empty. Throws std::system_error when the folder or the old file
+  /// does not allow it, or when the destination exists and is no regular file.
+  explicit AtomicFile(const std::filesystem::path& destination);
   ~AtomicFile();
   AtomicFile(const AtomicFile&) = delete;
   AtomicFile& operator=(const AtomicFile&) = delete;
@@ -26,14 +31,16 @@ class AtomicFile {
   void commit();
 
  private:
-  std::filesystem::path m_destination;
+  /// As named by the caller; with its links followed.
+  std::filesystem::path m_name, m_destination;
   std::filesystem::path m_temporary;
+  /// Permissions of the finished file.
+  mode_t m_mode = 0;
   bool m_committed = false;
 };
 
-/// Copies the bytes of `source` to `destination` as AtomicFile does, which may be the source of
-/// anything but itself. `progress` is told the bytes copied so far, on this thread. Throws
-/// std::system_error or Cancelled. Blocking, any thread.
+/// Copies the bytes of `source` to `destination` as AtomicFile does. `progress` is told the bytes
+/// copied so far, on this thread. Throws std::system_error or Cancelled. Blocking, any thread.
 void atomicCopy(const std::filesystem::path& source, const std::filesystem::path& destination,
                 const std::stop_token& stop = {},
                 const std::function<void(int64_t copied)>& progress = {});

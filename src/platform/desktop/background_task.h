@@ -21,7 +21,7 @@ class BackgroundTask final {
   /// What became of the work: a value, or the exception that it threw.
   class Outcome {
    public:
-    /// The value, or throws the work's exception.
+    /// The value, or throws the work's exception. To be called once: the value moves out.
     Result get() {
       if (m_error) std::rethrow_exception(m_error);
       if constexpr (!std::is_void_v<Result>) return std::move(*m_value);
@@ -34,34 +34,33 @@ class BackgroundTask final {
     std::exception_ptr m_error;
   };
 
+  /// May throw anything. What it has captured is gone before its outcome is delivered.
   using Work = std::function<Result(std::stop_token)>;
+  /// Must not throw.
   using Delivery = std::function<void(Outcome)>;
 
   /// Starts `work` at once. `deliver` is called later from the event loop, once; it may destroy the
-  /// task.
+  /// task. Throws std::system_error when there is no thread to be had.
   BackgroundTask(Work work, Delivery deliver)
-      : m_context(std::make_unique<QObject>()),
-        m_deliver(std::make_shared<Delivery>(std::move(deliver))),
-        m_thread([work = std::move(work), context = m_context.get(),
-                  deliver = m_deliver](const std::stop_token& stop) {
-          auto outcome = std::make_shared<Outcome>();
-          try {
-            if constexpr (std::is_void_v<Result>) {
-              work(stop);
-            } else {
-              outcome->m_value.emplace(work(stop));
-            }
-          } catch (...) {
-            outcome->m_error = std::current_exception();
-          }
+      : m_receiver(std::make_unique<QObject>()),
+        m_mailbox(std::make_shared<Mailbox>()),
+        m_thread([work = std::move(work), receiver = m_receiver.get(),
+                  mailbox = m_mailbox](std::stop_token stop) mutable {
+          run(std::exchange(work, nullptr), std::move(stop), mailbox->outcome);
           QMetaObject::invokeMethod(
-              context,
-              [deliver, outcome] {
-                const Delivery once = std::exchange(*deliver, nullptr);
-                if (once) once(std::move(*outcome));
-              },
-              Qt::QueuedConnection);
-        }) {}
+              receiver, [mailbox = std::move(mailbox)] { mailbox->open(); }, Qt::QueuedConnection);
+        }) {
+    m_mailbox->deliver = std::move(deliver);
+  }
+
+  ~BackgroundTask() {
+    m_thread.request_stop();
+    m_thread.join();
+    m_mailbox->deliver = nullptr;
+    // An outcome that waits in the event queue dies with its receiver. Within the delivery the
+    // receiver is still handling its event, and must outlive it.
+    if (m_mailbox->isOpening) m_receiver.release()->deleteLater();
+  }
 
   BackgroundTask(const BackgroundTask&) = delete;
   BackgroundTask& operator=(const BackgroundTask&) = delete;
@@ -71,10 +70,37 @@ class BackgroundTask final {
   [[nodiscard]] bool isCancelled() const { return m_thread.get_stop_token().stop_requested(); }
 
  private:
-  // Destroyed last to first: the thread is cancelled and joined while the context still stands; an
-  // outcome that waits in the event queue dies with the context.
-  std::unique_ptr<QObject> m_context;
-  std::shared_ptr<Delivery> m_deliver;
+  /// Where the work leaves its outcome.
+  struct Mailbox {
+    // Of the work's thread until it posts the event, then of the owner's.
+    Outcome outcome;
+    // Of the owner's thread.
+    Delivery deliver;
+    bool isOpening = false;
+
+    void open() {
+      const Delivery once = std::exchange(deliver, nullptr);
+      if (!once) return;
+      isOpening = true;
+      once(std::exchange(outcome, {}));
+      isOpening = false;
+    }
+  };
+
+  static void run(Work work, std::stop_token stop, Outcome& outcome) {
+    try {
+      if constexpr (std::is_void_v<Result>) {
+        work(std::move(stop));
+      } else {
+        outcome.m_value.emplace(work(std::move(stop)));
+      }
+    } catch (...) {
+      outcome.m_error = std::current_exception();
+    }
+  }
+
+  std::unique_ptr<QObject> m_receiver;
+  std::shared_ptr<Mailbox> m_mailbox;
   std::jthread m_thread;
 };
 

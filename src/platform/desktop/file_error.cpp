@@ -1,0 +1,58 @@
+#include "platform/desktop/file_error.h"
+
+#include <cerrno>
+#include <string>
+
+namespace vantrel {
+namespace {
+
+class FileFaultCategory final : public std::error_category {
+ public:
+  [[nodiscard]] const char* name() const noexcept override { return "file"; }
+  [[nodiscard]] std::string message(int fault) const override {
+    switch (static_cast<FileFault>(fault)) {
+      case FileFault::NotAFile:
+        return "Not a regular file";
+    }
+    return "Unknown fault";
+  }
+};
+
+const char* wordsFor(FileAction action) {
+  switch (action) {
+    case FileAction::Open:
+      return "could not be opened";
+    case FileAction::Read:
+      return "could not be read";
+    case FileAction::Save:
+      return "could not be saved";
+  }
+  return "failed";
+}
+
+}  // namespace
+
+std::error_code make_error_code(FileFault fault) {
+  static const FileFaultCategory category;
+  return {static_cast<int>(fault), category};
+}
+
+QString displayName(const std::filesystem::path& path) {
+  const std::string bytes = (path.has_filename() ? path.filename() : path).native();
+  QString name = QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+  for (QChar& character : name) {
+    if (!character.isPrint() && !character.isSurrogate()) character = QChar::ReplacementCharacter;
+  }
+  return name;
+}
+
+std::system_error fileError(const std::filesystem::path& path, FileAction action,
+                            std::error_code code) {
+  return {code, "“" + displayName(path).toStdString() + "” " + wordsFor(action)};
+}
+
+std::system_error fileError(const std::filesystem::path& path, FileAction action) {
+  return fileError(path, action, {errno, std::generic_category()});
+}
+
+}  // namespace vantrel

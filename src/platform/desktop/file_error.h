@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+#include <filesystem>
+#include <system_error>
+
+namespace vantrel {
+
+/// What was being done to a file when it failed.
+enum class FileAction { Open, Read, Save };
+
+/// What is wrong with a file beyond what the system has a number for.
+enum class FileFault {
+  /// A pipe, a socket or a device.
+  NotAFile = 1
+};
+
+[[nodiscard]] std::error_code make_error_code(FileFault fault);
+
+/// The last part of `path` for people to read, whatever bytes it has: what is no UTF-8 and no
+/// printable character becomes U+FFFD. All of `path` if it ends in a slash.
+[[nodiscard]] QString displayName(const std::filesystem::path& path);
+
+/// An error whose what() is the line that the user reads, in UTF-8, for example "“photo.jpg” could
+/// not be opened: No such file or directory".
+[[nodiscard]] std::system_error fileError(const std::filesystem::path& path, FileAction action,
+                                          std::error_code code);
+/// The same for the present value of errno.
+[[nodiscard]] std::system_error fileError(const std::filesystem::path& path, FileAction action);
+
+}  // namespace vantrel
+
+template <>
+struct std::is_error_code_enum<vantrel::FileFault> : std::true_type {};

@@ -1,0 +1,35 @@
+#include "platform/desktop/file_lock.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+
+namespace vantrel {
+namespace {
+
+bool apply(int descriptor, int operation) {
+  int result = 0;
+  do {
+    result = ::flock(descriptor, operation);
+  } while (result != 0 && errno == EINTR);
+  return result == 0;
+}
+
+}  // namespace
+
+FileLock::FileLock(const std::filesystem::path& path, IfMissing ifMissing)
+    : m_file(::open(path.c_str(),
+                    O_RDWR | O_CLOEXEC | (ifMissing == IfMissing::Create ? O_CREAT : 0),
+                    S_IRUSR | S_IWUSR)) {}
+
+bool FileLock::lock() {
+  return apply(m_file.get(), LOCK_EX);
+}
+
+bool FileLock::tryLock() {
+  return apply(m_file.get(), LOCK_EX | LOCK_NB);
+}
+
+}  // namespace vantrel

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QKeySequence>
+#include <QString>
+
+namespace vantrel {
+
+/// A shortcut as the running system writes it, for example "Ctrl+O" or "⌘O".
+[[nodiscard]] QString keyText(const QKeySequence& keys);
+
+}  // namespace vantrel
