@@ -25,11 +25,4 @@ struct SourceFile {
   double duration = 0;
 };
 
-/// The file name in the way in which it is shown.
-[[nodiscard]] QString displayName(const std::filesystem::path& path);
-
-/// What a finished export of the file is called: the file's name without its last extension, and
-/// "-framed".
-[[nodiscard]] QString exportTitle(const std::filesystem::path& path);
-
 }  // namespace vantrel

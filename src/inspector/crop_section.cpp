@@ -135,7 +135,7 @@ int64_t CropSection::outputHeight() const {
   return static_cast<int64_t>(m_sourceSize.height()) - crop.top - crop.bottom;
 }
 
-void CropSection::show(const InspectorSource& source) {
+void CropSection::setSource(const InspectorSource& source) {
   m_sourceSize = source.sourceSize;
   setEnabled(source.loaded && !source.busy);
   m_outputSize->setText(source.loaded ? PanelText::pixelSize(outputWidth(), outputHeight()) +

@@ -25,7 +25,7 @@ class CropSection final : public QWidget {
   [[nodiscard]] CropNumberField* marginField(CropMargins::Edge edge) const;
 
   /// Takes the source; the crop is read from the history.
-  void show(const InspectorSource& source);
+  void setSource(const InspectorSource& source);
 
  private:
   [[nodiscard]] QWidget* makeMargin(CropMargins::Edge edge, const QString& title);

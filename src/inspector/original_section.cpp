@@ -39,7 +39,7 @@ OriginalSection::Row OriginalSection::addRow(const QString& title) {
   return {row, value};
 }
 
-void OriginalSection::show(const InspectorSource& source) {
+void OriginalSection::setSource(const InspectorSource& source) {
   if (!source.imageSource) return;
   const ImageSource& image = *source.imageSource;
   m_format.value->setText(image.formatName());

@@ -15,7 +15,7 @@ class OriginalSection final : public QWidget {
  public:
   explicit OriginalSection(QWidget* parent = nullptr);
 
-  void show(const InspectorSource& source);
+  void setSource(const InspectorSource& source);
 
  private:
   struct Row {

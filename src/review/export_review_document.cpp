@@ -7,38 +7,28 @@
 
 namespace vantrel {
 
-ExportReviewDocument::ExportReviewDocument(TemporaryExport file, QString title,
-                                           ExportSummary summary, ContentType contentType,
-                                           QObject* parent)
-    : QObject(parent),
-      m_file(std::move(file)),
-      m_displayName(std::move(title)),
-      m_summary(std::move(summary)),
-      m_contentType(std::move(contentType)) {}
+ExportReviewDocument::ExportReviewDocument(FinishedExport finished, QObject* parent)
+    : QObject(parent), m_export(std::move(finished)) {}
 
 ExportReviewDocument::~ExportReviewDocument() {
   close();
 }
 
-std::filesystem::path ExportReviewDocument::temporaryExportPath() const {
-  return m_file ? m_file->path() : std::filesystem::path();
-}
-
 QString ExportReviewDocument::filenameExtension() const {
-  if (m_contentType == ContentType::jpeg()) return QStringLiteral("jpg");
-  const QString extension = m_contentType.preferredFilenameExtension();
+  if (contentType() == ContentType::jpeg()) return QStringLiteral("jpg");
+  const QString extension = contentType().preferredFilenameExtension();
   return extension.isEmpty() ? QStringLiteral("mov") : extension;
 }
 
 QString ExportReviewDocument::suggestedFileName() const {
   const QString ending = u'.' + filenameExtension();
-  return m_displayName.endsWith(ending) ? m_displayName : m_displayName + ending;
+  return displayName().endsWith(ending) ? displayName() : displayName() + ending;
 }
 
 void ExportReviewDocument::save(const std::filesystem::path& destination) {
   if (isSaving() || isClosed()) return;
   m_save = std::make_unique<BackgroundTask<void>>(
-      [source = m_file->path(), destination](const std::stop_token& stop) {
+      [source = temporaryExportPath(), destination](const std::stop_token& stop) {
         atomicCopy(source, destination, stop);
       },
       [this](BackgroundTask<void>::Outcome outcome) { finishSave(std::move(outcome)); });
@@ -57,9 +47,9 @@ void ExportReviewDocument::finishSave(BackgroundTask<void>::Outcome outcome) {
 }
 
 void ExportReviewDocument::close() {
-  if (isClosed()) return;
+  if (std::exchange(m_closed, true)) return;
   m_save.reset();
-  m_file.reset();
+  m_export.file.remove();
   Q_EMIT closed();
 }
 

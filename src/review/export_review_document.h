@@ -4,12 +4,9 @@
 #include <QString>
 #include <filesystem>
 #include <memory>
-#include <optional>
 
-#include "export/export_summary.h"
-#include "export/temporary_export.h"
+#include "export/finished_export.h"
 #include "platform/desktop/background_task.h"
-#include "platform/desktop/content_type.h"
 
 namespace vantrel {
 
@@ -20,19 +17,20 @@ class ExportReviewDocument final : public QObject {
   Q_OBJECT
 
  public:
-  ExportReviewDocument(TemporaryExport file, QString title, ExportSummary summary,
-                       ContentType contentType, QObject* parent = nullptr);
+  explicit ExportReviewDocument(FinishedExport finished, QObject* parent = nullptr);
   /// Closes.
   ~ExportReviewDocument() override;
 
-  [[nodiscard]] const QString& displayName() const { return m_displayName; }
-  [[nodiscard]] const ExportSummary& summary() const { return m_summary; }
-  [[nodiscard]] const ContentType& contentType() const { return m_contentType; }
+  [[nodiscard]] const QString& displayName() const { return m_export.title; }
+  [[nodiscard]] const ExportSummary& summary() const { return m_export.summary; }
+  [[nodiscard]] const ContentType& contentType() const { return m_export.contentType; }
   /// The finished file; empty once the document is closed.
-  [[nodiscard]] std::filesystem::path temporaryExportPath() const;
+  [[nodiscard]] const std::filesystem::path& temporaryExportPath() const {
+    return m_export.file.path();
+  }
   [[nodiscard]] bool isUnsaved() const { return m_unsaved; }
   [[nodiscard]] bool isSaving() const { return m_save != nullptr; }
-  [[nodiscard]] bool isClosed() const { return !m_file.has_value(); }
+  [[nodiscard]] bool isClosed() const { return m_closed; }
 
   /// Without a point: "jpg" for a JPEG, otherwise the type's own, "mov" if it has none.
   [[nodiscard]] QString filenameExtension() const;
@@ -54,11 +52,9 @@ class ExportReviewDocument final : public QObject {
  private:
   void finishSave(BackgroundTask<void>::Outcome outcome);
 
-  std::optional<TemporaryExport> m_file;
-  QString m_displayName;
-  ExportSummary m_summary;
-  ContentType m_contentType;
+  FinishedExport m_export;
   bool m_unsaved = true;
+  bool m_closed = false;
   std::unique_ptr<BackgroundTask<void>> m_save;
 };
 

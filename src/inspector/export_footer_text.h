@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <optional>
+
+/// What the export footer says.
+namespace vantrel::ExportFooterText {
+
+/// What is being done: `progress` is a fraction, whose percentage is cut off, not rounded.
+[[nodiscard]] QString phase(double progress, bool indeterminate);
+
+/// The status line: the last outcome, or else the output of the open file, or else "Ready".
+[[nodiscard]] QString status(const std::optional<QString>& message, bool loaded,
+                             int64_t outputWidth, int64_t outputHeight,
+                             const QString& encodingName);
+
+}  // namespace vantrel::ExportFooterText
