@@ -10,6 +10,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "base/cancelled.h"
+
 namespace vantrel {
 
 /// One piece of blocking work on a thread of its own, with its outcome delivered to the thread that
@@ -51,6 +53,7 @@ class BackgroundTask final {
               receiver, [mailbox = std::move(mailbox)] { mailbox->open(); }, Qt::QueuedConnection);
         }) {
     m_mailbox->deliver = std::move(deliver);
+    m_mailbox->stop = m_thread.get_stop_token();
   }
 
   ~BackgroundTask() {
@@ -65,7 +68,8 @@ class BackgroundTask final {
   BackgroundTask(const BackgroundTask&) = delete;
   BackgroundTask& operator=(const BackgroundTask&) = delete;
 
-  /// Asks the work to stop; its outcome is still delivered.
+  /// Asks the work to stop. Whatever becomes of it, Cancelled is delivered, also when it had ended
+  /// already and its outcome was on the way.
   void cancel() { m_thread.request_stop(); }
   [[nodiscard]] bool isCancelled() const { return m_thread.get_stop_token().stop_requested(); }
 
@@ -76,12 +80,17 @@ class BackgroundTask final {
     Outcome outcome;
     // Of the owner's thread.
     Delivery deliver;
+    std::stop_token stop;
     bool isOpening = false;
 
     void open() {
       const Delivery once = std::exchange(deliver, nullptr);
       if (!once) return;
       isOpening = true;
+      if (stop.stop_requested()) {
+        outcome = {};
+        outcome.m_error = std::make_exception_ptr(Cancelled());
+      }
       once(std::exchange(outcome, {}));
       isOpening = false;
     }

@@ -106,25 +106,70 @@ TEST(BackgroundTask, CarriesAResultThatOnlyMoves) {
   EXPECT_EQ(*value, 7);
 }
 
-TEST(BackgroundTask, DeliversTheOutcomeOfCancelledWorkToo) {
+/// Whether the outcome is that of cancelled work.
+template <class Outcome>
+bool isCancelled(Outcome& outcome) {
+  try {
+    outcome.get();
+  } catch (const Cancelled&) {
+    return true;
+  } catch (...) {
+  }
+  return false;
+}
+
+TEST(BackgroundTask, DeliversCancelledAfterARequest) {
   QEventLoop loop;
-  bool cancelled = false;
-  BackgroundTask<int> task(
+  int cancelled = 0;
+  int delivered = 0;
+  const auto count = [&](auto outcome) {
+    if (isCancelled(outcome)) ++cancelled;
+    if (++delivered == 3) loop.quit();
+  };
+  BackgroundTask<int> obeys(
       [](const std::stop_token& stop) -> int {
         waitForStop(stop);
         throw Cancelled();
       },
+      count);
+  BackgroundTask<int> ignores(
+      [](const std::stop_token& stop) {
+        waitForStop(stop);
+        return 1;
+      },
+      count);
+  BackgroundTask<int> fails(
+      [](const std::stop_token& stop) -> int {
+        waitForStop(stop);
+        throw std::runtime_error("no luck");
+      },
+      count);
+  EXPECT_FALSE(obeys.isCancelled());
+  obeys.cancel();
+  EXPECT_TRUE(obeys.isCancelled());
+  ignores.cancel();
+  fails.cancel();
+  loop.exec();
+  EXPECT_EQ(cancelled, 3);
+}
+
+TEST(BackgroundTask, DropsAValueThatWasOnTheWayWhenTheRequestCame) {
+  QEventLoop loop;
+  const auto value = std::make_shared<int>(1);
+  bool cancelled = false;
+  std::promise<void> worked;
+  BackgroundTask<std::shared_ptr<int>> task(
+      [&](const std::stop_token&) {
+        worked.set_value();
+        return value;
+      },
       [&](auto outcome) {
-        try {
-          outcome.get();
-        } catch (const Cancelled&) {
-          cancelled = true;
-        }
+        EXPECT_EQ(value.use_count(), 1);
+        cancelled = isCancelled(outcome);
         loop.quit();
       });
-  EXPECT_FALSE(task.isCancelled());
+  worked.get_future().wait();
   task.cancel();
-  EXPECT_TRUE(task.isCancelled());
   loop.exec();
   EXPECT_TRUE(cancelled);
 }

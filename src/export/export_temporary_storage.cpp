@@ -1,0 +1,104 @@
+#include "export/export_temporary_storage.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QUuid>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace vantrel {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kRootName = "Vantrel-Exports";
+constexpr const char* kRecoveryLockName = "recovery.lock";
+constexpr const char* kSessionLockName = "session.lock";
+
+std::string newUuid() {
+  return QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper().toStdString();
+}
+
+/// Makes a folder that only the user may enter, with the folders above it. Exports are private, and
+/// the system's temporary folder is everybody's.
+void createPrivateFolder(const fs::path& folder) {
+  std::error_code ignored;
+  fs::create_directories(folder.parent_path(), ignored);
+  ::mkdir(folder.c_str(), S_IRWXU);
+}
+
+/// Whether `folder` is a real folder of this user.
+bool isOwn(const fs::path& folder) {
+  struct stat status {};
+  return ::lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
+         status.st_uid == ::geteuid();
+}
+
+std::vector<fs::path> entriesOf(const fs::path& folder) {
+  std::vector<fs::path> entries;
+  std::error_code error;
+  fs::directory_iterator entry(folder, error);
+  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+    entries.push_back(entry->path());
+  }
+  return entries;
+}
+
+/// Removes the sessions whose owner is dead. What has no lock file is not known to be ours, and
+/// stays.
+void removeDeadSessions(const fs::path& root) {
+  for (const fs::path& entry : entriesOf(root)) {
+    FileLock lock(entry / kSessionLockName, FileLock::IfMissing::Fail);
+    if (!lock.isOpen() || !lock.tryLock()) continue;
+    std::error_code ignored;
+    fs::remove_all(entry, ignored);
+  }
+}
+
+}  // namespace
+
+ExportTemporaryStorage& ExportTemporaryStorage::shared() {
+  // Never destroyed: the lock goes with the process, after everything that could still write.
+  static auto* const instance = new ExportTemporaryStorage(userTemporaryDirectory());
+  return *instance;
+}
+
+std::filesystem::path ExportTemporaryStorage::userTemporaryDirectory() {
+  std::error_code error;
+  fs::path common = fs::temp_directory_path(error);
+  if (error) common = "/tmp";
+  // Made before it is looked at, so that nobody can put theirs in between.
+  createPrivateFolder(common / kRootName);
+  return isOwn(common / kRootName) ? common : common / ("vantrel-" + std::to_string(::geteuid()));
+}
+
+ExportTemporaryStorage::ExportTemporaryStorage(const fs::path& temporaryDirectory) {
+  const fs::path root = temporaryDirectory / kRootName;
+  createPrivateFolder(root);
+  // Held to the end of this function: another process that starts now could see the new session
+  // between its making and its locking, and take it for a dead one.
+  FileLock recoveryLock(root / kRecoveryLockName, FileLock::IfMissing::Create);
+  recoveryLock.lock();
+  removeDeadSessions(root);
+
+  m_directory = root / newUuid();
+  createPrivateFolder(m_directory);
+  m_sessionLock = FileLock(m_directory / kSessionLockName, FileLock::IfMissing::Create);
+  m_sessionLock.tryLock();
+
+  if (const auto* application = QCoreApplication::instance()) {
+    connect(application, &QCoreApplication::aboutToQuit, this, [folder = m_directory] {
+      std::error_code ignored;
+      fs::remove_all(folder, ignored);
+    });
+  }
+}
+
+std::filesystem::path ExportTemporaryStorage::newExportPath(const QString& extension) const {
+  return m_directory / ("Vantrel-" + newUuid() + "." + extension.toStdString());
+}
+
+}  // namespace vantrel
