@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QEvent>
 #include <QKeySequence>
+#include <QMenu>
 #include <QMenuBar>
 #include <QToolBar>
 #include <utility>

@@ -23,9 +23,9 @@ QString phase(double progress, bool indeterminate) {
          u'%';
 }
 
-QString status(const std::optional<QString>& message, bool loaded, int64_t outputWidth,
+QString status(std::optional<CropExportState::Message> message, bool loaded, int64_t outputWidth,
                int64_t outputHeight, const QString& encodingName) {
-  if (message) return *message;
+  if (message) return CropExportState::text(*message);
   if (!loaded) return tr("Ready");
   return PanelText::pixelSize(outputWidth, outputHeight) + QStringLiteral(" px · ") + encodingName;
 }

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <optional>
 
+#include "export/crop_export_state.h"
+
 /// What the export footer says.
 namespace vantrel::ExportFooterText {
 
@@ -11,7 +13,7 @@ namespace vantrel::ExportFooterText {
 [[nodiscard]] QString phase(double progress, bool indeterminate);
 
 /// The status line: the last outcome, or else the output of the open file, or else "Ready".
-[[nodiscard]] QString status(const std::optional<QString>& message, bool loaded,
+[[nodiscard]] QString status(std::optional<CropExportState::Message> message, bool loaded,
                              int64_t outputWidth, int64_t outputHeight,
                              const QString& encodingName);
 

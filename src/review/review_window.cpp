@@ -1,9 +1,11 @@
 #include "review/review_window.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QCloseEvent>
 #include <QFile>
 #include <QFileDialog>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 
