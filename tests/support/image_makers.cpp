@@ -11,7 +11,7 @@
 #include <iterator>
 #include <string_view>
 
-namespace vantrel::test {
+namespace vantrel::testing {
 namespace {
 
 void append(Bytes& to, const Bytes& more) {
@@ -217,4 +217,4 @@ Bytes iccSegment(const Bytes& part, uint8_t number, uint8_t count) {
   return segment;
 }
 
-}  // namespace vantrel::test
+}  // namespace vantrel::testing

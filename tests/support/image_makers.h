@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-namespace vantrel::test {
+namespace vantrel::testing {
 
 using Bytes = std::vector<uint8_t>;
 
@@ -71,4 +71,4 @@ struct JpegSpec {
 /// The content of an APP2 with part `number` of `count` of a profile.
 [[nodiscard]] Bytes iccSegment(const Bytes& part, uint8_t number, uint8_t count);
 
-}  // namespace vantrel::test
+}  // namespace vantrel::testing
