@@ -1,0 +1,234 @@
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QImage>
+#include <QShortcut>
+#include <QSignalSpy>
+
+#include "controls/field_window.h"
+
+namespace vantrel {
+namespace {
+
+TEST(CropNumberFields, AreDescribed) {
+  FieldWindow fields(2);
+  EXPECT_EQ(fields.left.accessibleName(), QStringLiteral("Left crop margin in pixels"));
+  EXPECT_EQ(fields.width.accessibleName(), QStringLiteral("Crop width in pixels"));
+  for (const QLineEdit* const field :
+       {static_cast<QLineEdit*>(&fields.left), static_cast<QLineEdit*>(&fields.width)}) {
+    EXPECT_EQ(field->toolTip(), QStringLiteral("Pixels"));
+    EXPECT_EQ(field->placeholderText(), QStringLiteral("—"));
+  }
+}
+
+TEST(CropNumberFields, ShowThePlaceholderWithoutAFile) {
+  FieldWindow fields(2);
+  EXPECT_EQ(fields.left.text(), QStringLiteral("0"));
+  fields.left.setShowsPlaceholder(true);
+  fields.left.setValue(3);
+  EXPECT_EQ(fields.left.text(), QString());
+  fields.left.setShowsPlaceholder(false);
+  EXPECT_EQ(fields.left.text(), QStringLiteral("3"));
+}
+
+TEST(CropNumberFields, FirstClickSelectsAllAndTheSecondPlacesTheCaret) {
+  FieldWindow fields(2);
+  ASSERT_TRUE(fields.isReady());
+  fields.left.setValue(120);
+  QTest::mouseClick(&fields.left, Qt::LeftButton, {}, QPoint(8, fields.left.height() / 2));
+  EXPECT_TRUE(fields.left.hasFocus());
+  EXPECT_EQ(fields.left.selectedText(), QStringLiteral("120"));
+  QTest::mouseClick(&fields.left, Qt::LeftButton, {}, QPoint(8, fields.left.height() / 2));
+  EXPECT_FALSE(fields.left.hasSelectedText());
+}
+
+TEST(CropNumberFields, FirstClickThatMovesStillSelectsAll) {
+  FieldWindow fields(2);
+  ASSERT_TRUE(fields.isReady());
+  fields.left.setValue(120);
+  const QPoint start(8, fields.left.height() / 2);
+  QTest::mousePress(&fields.left, Qt::LeftButton, {}, start);
+  QMouseEvent move(QEvent::MouseMove, QPointF(start + QPoint(2, 0)),
+                   fields.left.mapToGlobal(QPointF(start)), Qt::NoButton, Qt::LeftButton, {});
+  QApplication::sendEvent(&fields.left, &move);
+  EXPECT_EQ(fields.left.selectedText(), QStringLiteral("120"));
+  QTest::mouseRelease(&fields.left, Qt::LeftButton, {}, start);
+  EXPECT_EQ(fields.left.selectedText(), QStringLiteral("120"));
+}
+
+TEST(CropNumberFields, ClickAfterTabPlacesTheCaret) {
+  FieldWindow fields(2);
+  ASSERT_TRUE(fields.isReady());
+  fields.left.setValue(120);
+  fields.left.setFocus(Qt::TabFocusReason);
+  EXPECT_EQ(fields.left.selectedText(), QStringLiteral("120"));
+  QTest::mouseClick(&fields.left, Qt::LeftButton, {}, QPoint(8, fields.left.height() / 2));
+  EXPECT_FALSE(fields.left.hasSelectedText());
+}
+
+TEST(CropNumberField, TypingMovesTheCropAndUndoesInOneStep) {
+  FieldWindow fields(1);
+  ASSERT_TRUE(fields.isReady());
+  QSignalSpy moves(&fields.history, &EditHistory::cropChanged);
+  fields.left.setFocus(Qt::TabFocusReason);
+  QTest::keyClick(&fields.left, '1');
+  EXPECT_EQ(fields.history.crop().left, 1);
+  QTest::keyClick(&fields.left, '2');
+  EXPECT_EQ(fields.history.crop().left, 12);
+  EXPECT_EQ(moves.count(), 2);
+  fields.leave();
+  EXPECT_EQ(fields.steps(), 1);
+  fields.history.undo();
+  EXPECT_EQ(fields.history.crop().left, 0);
+  EXPECT_EQ(fields.left.text(), QStringLiteral("0"));
+}
+
+TEST(CropNumberField, ClampedNumberShowsWhenEditingEnds) {
+  FieldWindow fields(2);
+  ASSERT_TRUE(fields.isReady());
+  fields.left.setFocus(Qt::TabFocusReason);
+  QTest::keyClicks(&fields.left, QStringLiteral("5000"));
+  EXPECT_EQ(fields.left.text(), QStringLiteral("5000"));
+  EXPECT_EQ(fields.history.crop().left, 1918);
+  fields.leave();
+  EXPECT_EQ(fields.left.text(), QStringLiteral("1918"));
+}
+
+TEST(CropNumberField, ClearingAndLeavingRestoresTheNumber) {
+  FieldWindow fields(1);
+  ASSERT_TRUE(fields.isReady());
+  fields.left.setValue(7);
+  fields.left.setFocus(Qt::TabFocusReason);
+  QTest::keyClick(&fields.left, Qt::Key_Delete);
+  EXPECT_EQ(fields.left.text(), QString());
+  fields.leave();
+  EXPECT_EQ(fields.left.text(), QStringLiteral("7"));
+  EXPECT_EQ(fields.steps(), 0);
+}
+
+TEST(CropNumberField, ArrowsStepAndSelectTheNumber) {
+  FieldWindow fields(2);
+  ASSERT_TRUE(fields.isReady());
+  fields.left.setFocus();
+  QTest::keyClick(&fields.left, Qt::Key_Up);
+  EXPECT_EQ(fields.history.crop().left, 2);
+  QTest::keyClick(&fields.left, Qt::Key_Up, Qt::ShiftModifier);
+  EXPECT_EQ(fields.left.selectedText(), fields.left.text());
+  EXPECT_EQ(fields.left.text(), QStringLiteral("12"));
+  EXPECT_EQ(fields.history.crop().left, 12);
+  fields.leave();
+  EXPECT_EQ(fields.steps(), 1);
+}
+
+TEST(CropNumberField, EditedTextSurvivesAChangeFromElsewhere) {
+  FieldWindow fields(1);
+  ASSERT_TRUE(fields.isReady());
+  fields.left.setFocus();
+  fields.history.setCrop({33, 0, 0, 0});
+  EXPECT_EQ(fields.left.text(), QStringLiteral("0"));
+  fields.leave();
+  EXPECT_EQ(fields.left.text(), QStringLiteral("33"));
+  EXPECT_EQ(fields.history.crop().left, 33);
+}
+
+TEST(CropNumberField, DisablingEndsEditing) {
+  FieldWindow fields(1);
+  ASSERT_TRUE(fields.isReady());
+  fields.left.setFocus();
+  QTest::keyClick(&fields.left, '4');
+  fields.window.setEnabled(false);
+  EXPECT_FALSE(fields.left.isEditing());
+  EXPECT_EQ(fields.steps(), 1);
+}
+
+TEST(CropNumberField, HidingEndsEditing) {
+  FieldWindow fields(1);
+  ASSERT_TRUE(fields.isReady());
+  fields.left.setFocus();
+  QTest::keyClick(&fields.left, '4');
+  fields.window.hide();
+  EXPECT_FALSE(fields.left.isEditing());
+  EXPECT_EQ(fields.steps(), 1);
+}
+
+TEST(CropNumberField, TakesANumberFromAnAssistiveTool) {
+  FieldWindow fields(1);
+  QAccessibleInterface* const tool = QAccessible::queryAccessibleInterface(&fields.left);
+  tool->setText(QAccessible::Value, QStringLiteral("40"));
+  EXPECT_EQ(fields.history.crop().left, 40);
+  tool->setText(QAccessible::Value, QStringLiteral("5000"));
+  EXPECT_EQ(fields.left.text(), QStringLiteral("1920"));
+  EXPECT_EQ(fields.steps(), 2);
+}
+
+TEST(CropNumberField, MenuThatTakesTheFocusDoesNotEndEditing) {
+  FieldWindow fields(1);
+  ASSERT_TRUE(fields.isReady());
+  fields.left.setFocus();
+  for (const auto reason : {Qt::PopupFocusReason, Qt::ActiveWindowFocusReason}) {
+    QFocusEvent out(QEvent::FocusOut, reason);
+    QApplication::sendEvent(&fields.left, &out);
+    EXPECT_TRUE(fields.left.isEditing());
+  }
+  QFocusEvent out(QEvent::FocusOut, Qt::OtherFocusReason);
+  QApplication::sendEvent(&fields.left, &out);
+  EXPECT_FALSE(fields.left.isEditing());
+}
+
+TEST(CropNumberField, UndoKeyWithNothingTypedBelongsToTheWindow) {
+  FieldWindow fields(1);
+  ASSERT_TRUE(fields.isReady());
+  QShortcut undo(QKeySequence::Undo, &fields.window);
+  QSignalSpy activated(&undo, &QShortcut::activated);
+  fields.left.setFocus();
+  QTest::keyClick(fields.window.windowHandle(), Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(activated.count(), 1);
+  QTest::keyClick(fields.window.windowHandle(), Qt::Key_5);
+  QTest::keyClick(fields.window.windowHandle(), Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(activated.count(), 1) << "typing is undone in the field";
+}
+
+TEST(CropDimensionField, ReturnCommitsKeepsTheFocusAndSelects) {
+  FieldWindow fields(2);
+  ASSERT_TRUE(fields.isReady());
+  fields.width.setFocus(Qt::TabFocusReason);
+  QTest::keyClicks(&fields.width, QStringLiteral("801"));
+  EXPECT_EQ(fields.size().width(), 1920);
+  QTest::keyClick(&fields.width, Qt::Key_Return);
+  EXPECT_EQ(fields.size().width(), 800);
+  EXPECT_TRUE(fields.width.hasFocus());
+  EXPECT_EQ(fields.width.selectedText(), QStringLiteral("800"));
+  EXPECT_EQ(fields.steps(), 1);
+  EXPECT_EQ(fields.width.flashOpacity(), 0);
+  EXPECT_FALSE(fields.width.isUndoAvailable()) << "the entry is undone in the history now";
+}
+
+TEST(CropDimensionField, RejectedEntryFlashesRed) {
+  FieldWindow fields(2);
+  ASSERT_TRUE(fields.isReady());
+  const QImage calm = fields.width.grab().toImage();
+  fields.width.setFocus(Qt::TabFocusReason);
+  QTest::keyClicks(&fields.width, QStringLiteral("1"));
+  QTest::keyClick(&fields.width, Qt::Key_Return);
+  EXPECT_EQ(fields.width.text(), QStringLiteral("2"));
+  EXPECT_GT(fields.width.flashOpacity(), 0);
+  const QColor border = fields.width.grab().toImage().pixelColor(fields.width.width() / 2, 0);
+  const QColor before = calm.pixelColor(fields.width.width() / 2, 0);
+  EXPECT_GT(border.red() - border.blue(), before.red() - before.blue() + 50);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return fields.width.flashOpacity() <= 0; }));
+}
+
+TEST(CropDimensionField, UnreadableEntryFlashesAndChangesNothing) {
+  FieldWindow fields(2);
+  ASSERT_TRUE(fields.isReady());
+  fields.width.setFocus(Qt::TabFocusReason);
+  QTest::keyClicks(&fields.width, QStringLiteral("abc"));
+  QTest::keyClick(&fields.width, Qt::Key_Return);
+  EXPECT_EQ(fields.width.text(), QStringLiteral("1920"));
+  EXPECT_GT(fields.width.flashOpacity(), 0);
+  fields.leave();
+  EXPECT_EQ(fields.steps(), 0);
+}
+
+}  // namespace
+}  // namespace vantrel
