@@ -72,8 +72,9 @@ void ReviewWindow::finishSave() {
 void ReviewWindow::showSaveFailure(const QString& message) {
   updateTitle();
   refuseClose();
-  auto* alert = new QMessageBox(QMessageBox::Warning, tr("Could Not Save File"), message,
-                                QMessageBox::Ok, this);
+  auto* alert = new QMessageBox(QMessageBox::Warning, tr("Could Not Save File"),
+                                tr("Could Not Save File"), QMessageBox::Ok, this);
+  alert->setInformativeText(message);
   alert->setAttribute(Qt::WA_DeleteOnClose);
   alert->open();
 }

@@ -71,7 +71,8 @@ TEST(PicturePreview, CancelsWhatIsOutOfDateWithoutWaitingForIt) {
   preview.setPicture([=](const QSize& size, const std::stop_token& stop) {
     if (size.width() > 10) return plain(size, Qt::green);
     started->count_down();
-    while (!stop.stop_requested()) std::this_thread::yield();
+    while (!stop.stop_requested())
+      std::this_thread::yield();
     ++*cancelled;
     throw Cancelled();
   });
@@ -87,9 +88,8 @@ TEST(PicturePreview, CancelsWhatIsOutOfDateWithoutWaitingForIt) {
 TEST(PicturePreview, ShowsNothingWhenRenderingFails) {
   PicturePreview preview;
   QSignalSpy changed(&preview, &PicturePreview::imageChanged);
-  preview.setPicture([](const QSize&, const std::stop_token&) -> QImage {
-    throw std::runtime_error("broken");
-  });
+  preview.setPicture(
+      [](const QSize&, const std::stop_token&) -> QImage { throw std::runtime_error("broken"); });
   preview.setSize({5, 5});
   ASSERT_TRUE(changed.wait());
   EXPECT_TRUE(preview.image().isNull());
@@ -102,7 +102,8 @@ TEST(PicturePreview, CancelsAndJoinsWhenItGoes) {
   auto preview = std::make_unique<PicturePreview>();
   preview->setPicture([=](const QSize&, const std::stop_token& stop) -> QImage {
     started->count_down();
-    while (!stop.stop_requested()) std::this_thread::yield();
+    while (!stop.stop_requested())
+      std::this_thread::yield();
     *ended = true;
     throw Cancelled();
   });

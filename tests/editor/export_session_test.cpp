@@ -31,7 +31,7 @@ class ExportSessionTest : public ::testing::Test {
     return QTest::qWaitFor([this] { return !state.busy(); });
   }
   void open(const char* name, uint32_t width = 40, uint32_t height = 30) {
-    test::savePng(folder / name, width, height);
+    testing::savePng(folder / name, width, height);
     loader.loadMedia(folder / name);
     ASSERT_TRUE(waitIdle());
     ASSERT_TRUE(state.isImage());

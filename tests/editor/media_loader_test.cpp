@@ -44,7 +44,7 @@ class MediaLoaderTest : public ::testing::Test {
 
 TEST_F(MediaLoaderTest, OpensAnImageWithItsFacts) {
   const auto path = folder / "photo.png";
-  test::savePng(path, 40, 30);
+  testing::savePng(path, 40, 30);
   load(path);
   ASSERT_TRUE(state.isImage());
   EXPECT_EQ(state.file()->path, path);
@@ -58,21 +58,21 @@ TEST_F(MediaLoaderTest, OpensAnImageWithItsFacts) {
 }
 
 TEST_F(MediaLoaderTest, KeepsAJpegAJpegWithTheDefaultQuality) {
-  test::saveJpeg(folder / "photo.jpg", 16, 16);
+  testing::saveJpeg(folder / "photo.jpg", 16, 16);
   load(folder / "photo.jpg");
   EXPECT_EQ(state.history().imageEncoding().format, ImageEncodingSettings::Format::jpeg);
   EXPECT_DOUBLE_EQ(state.history().imageEncoding().quality, 0.9);
 }
 
 TEST_F(MediaLoaderTest, DecidesTheFormatByTheContentNotTheName) {
-  test::saveJpeg(folder / "photo.png", 16, 16);
+  testing::saveJpeg(folder / "photo.png", 16, 16);
   load(folder / "photo.png");
   EXPECT_EQ(state.history().imageEncoding().format, ImageEncodingSettings::Format::jpeg);
 }
 
 TEST_F(MediaLoaderTest, ReplacesTheFileInOneMoment) {
-  test::savePng(folder / "a.png", 40, 30);
-  test::savePng(folder / "b.png", 20, 10);
+  testing::savePng(folder / "a.png", 40, 30);
+  testing::savePng(folder / "b.png", 20, 10);
   load(folder / "a.png");
   state.history().setCrop({1, 1, 1, 1});
   QSignalSpy changed(&state, &EditorState::fileChanged);
@@ -87,7 +87,7 @@ TEST_F(MediaLoaderTest, ReplacesTheFileInOneMoment) {
 }
 
 TEST_F(MediaLoaderTest, LeavesEverythingWhenALoadFails) {
-  test::savePng(folder / "a.png", 40, 30);
+  testing::savePng(folder / "a.png", 40, 30);
   load(folder / "a.png");
   state.history().setCrop({1, 2, 3, 4});
   state.setPreviewOnly(true);
@@ -125,8 +125,8 @@ TEST_F(MediaLoaderTest, RefusesWhatIsNoImage) {
 }
 
 TEST_F(MediaLoaderTest, LoadsTheFirstLocalFileOfADrop) {
-  test::savePng(folder / "a.png", 40, 30);
-  test::savePng(folder / "b.png", 20, 10);
+  testing::savePng(folder / "a.png", 40, 30);
+  testing::savePng(folder / "b.png", 20, 10);
   EXPECT_TRUE(drop({QUrl(QStringLiteral("https://example.org/c.png")), urlOf(folder / "a.png"),
                     urlOf(folder / "b.png")}));
   ASSERT_TRUE(waitIdle());
@@ -134,7 +134,7 @@ TEST_F(MediaLoaderTest, LoadsTheFirstLocalFileOfADrop) {
 }
 
 TEST_F(MediaLoaderTest, AcceptsADropBeforeItLoads) {
-  test::savePng(folder / "a.png", 40, 30);
+  testing::savePng(folder / "a.png", 40, 30);
   QMimeData data;
   data.setUrls({urlOf(folder / "a.png")});
   EXPECT_TRUE(loader->receiveMedia(data));
@@ -158,7 +158,7 @@ TEST_F(MediaLoaderTest, RefusesADropWithoutFiles) {
 }
 
 TEST_F(MediaLoaderTest, RefusesADropWhileBusy) {
-  test::savePng(folder / "a.png", 40, 30);
+  testing::savePng(folder / "a.png", 40, 30);
   state.setBusy(true);
   EXPECT_FALSE(drop({urlOf(folder / "a.png")}));
   state.setBusy(false);
@@ -167,7 +167,7 @@ TEST_F(MediaLoaderTest, RefusesADropWhileBusy) {
 }
 
 TEST_F(MediaLoaderTest, ForgetsADropWhenWorkHasBegunSinceThen) {
-  test::savePng(folder / "a.png", 40, 30);
+  testing::savePng(folder / "a.png", 40, 30);
   QMimeData data;
   data.setUrls({urlOf(folder / "a.png")});
   ASSERT_TRUE(loader->receiveMedia(data));
@@ -180,7 +180,7 @@ TEST_F(MediaLoaderTest, ForgetsADropWhenWorkHasBegunSinceThen) {
 }
 
 TEST_F(MediaLoaderTest, KeepsTheLaterToFinishOfTwoLoads) {
-  test::savePng(folder / "a.png", 40, 30);
+  testing::savePng(folder / "a.png", 40, 30);
   QSignalSpy changed(&state, &EditorState::fileChanged);
   loader->loadMedia(folder / "a.png");
   loader->loadMedia(folder / "missing.png");
@@ -190,7 +190,7 @@ TEST_F(MediaLoaderTest, KeepsTheLaterToFinishOfTwoLoads) {
 }
 
 TEST_F(MediaLoaderTest, ClosesTheFileUnlessBusy) {
-  test::savePng(folder / "a.png", 40, 30);
+  testing::savePng(folder / "a.png", 40, 30);
   load(folder / "a.png");
   state.setBusy(true);
   loader->closeMedia();
@@ -202,7 +202,7 @@ TEST_F(MediaLoaderTest, ClosesTheFileUnlessBusy) {
 }
 
 TEST_F(MediaLoaderTest, DropsALoadWhenItGoes) {
-  test::savePng(folder / "a.png", 40, 30);
+  testing::savePng(folder / "a.png", 40, 30);
   loader->loadMedia(folder / "a.png");
   loader.reset();
   QCoreApplication::processEvents();

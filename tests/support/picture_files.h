@@ -4,7 +4,7 @@
 
 #include "support/image_makers.h"
 
-namespace vantrel::test {
+namespace vantrel::testing {
 
 /// A sample of the pictures below: each pixel differs from its neighbours.
 inline uint8_t patternSample(int64_t x, int64_t y, int channel) {
@@ -32,4 +32,4 @@ inline void saveJpeg(const std::filesystem::path& path, int width, int height) {
   saveBytes(path, makeJpeg(spec));
 }
 
-}  // namespace vantrel::test
+}  // namespace vantrel::testing
