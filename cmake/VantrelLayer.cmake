@@ -2,7 +2,7 @@ include_guard(GLOBAL)
 
 add_library(vantrel_flags INTERFACE)
 target_compile_options(vantrel_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
-  -Woverloaded-virtual -Wcast-qual -Werror)
+  -Woverloaded-virtual -Wcast-qual -Wdeprecated-copy-dtor -Werror)
 target_compile_definitions(vantrel_flags INTERFACE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII
   QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 if(VANTREL_SANITIZE)

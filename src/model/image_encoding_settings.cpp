@@ -20,7 +20,7 @@ quint16 toChannel(double value) {
 
 ImageBackground::ImageBackground(const QColor& color) {
   if (!color.isValid()) return;
-  const QRgba64 channels = color.toRgb().rgba64();
+  const QRgba64 channels = color.rgba64();
   red = channels.red() / kChannelMaximum;
   green = channels.green() / kChannelMaximum;
   blue = channels.blue() / kChannelMaximum;

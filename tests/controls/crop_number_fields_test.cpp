@@ -46,9 +46,9 @@ TEST(CropNumberFields, FirstClickThatMovesStillSelectsAll) {
   FieldWindow fields(2);
   ASSERT_TRUE(fields.isReady());
   fields.left.setValue(120);
-  const QPoint start(8, fields.left.height() / 2);
+  const QPoint start(8, 4);
   QTest::mousePress(&fields.left, Qt::LeftButton, {}, start);
-  QMouseEvent move(QEvent::MouseMove, QPointF(start + QPoint(2, 0)),
+  QMouseEvent move(QEvent::MouseMove, QPointF(start + QPoint(4, 0)),
                    fields.left.mapToGlobal(QPointF(start)), Qt::NoButton, Qt::LeftButton, {});
   QApplication::sendEvent(&fields.left, &move);
   EXPECT_EQ(fields.left.selectedText(), QStringLiteral("120"));
@@ -137,6 +137,21 @@ TEST(CropNumberField, DisablingEndsEditing) {
   fields.left.setFocus();
   QTest::keyClick(&fields.left, '4');
   fields.window.setEnabled(false);
+  EXPECT_FALSE(fields.left.isEditing());
+  EXPECT_EQ(fields.steps(), 1);
+}
+
+TEST(CropNumberField, DisablingEndsEditingBehindAnotherWindow) {
+  FieldWindow fields(1);
+  ASSERT_TRUE(fields.isReady());
+  fields.left.setFocus();
+  QTest::keyClick(&fields.left, '4');
+  QWidget other;
+  other.show();
+  other.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+  EXPECT_TRUE(fields.left.isEditing());
+  fields.left.setEnabled(false);
   EXPECT_FALSE(fields.left.isEditing());
   EXPECT_EQ(fields.steps(), 1);
 }

@@ -204,7 +204,7 @@ def size_of(path):
 def pixels(path, channels, crop=None):
     cut = ["-crop", crop, "+repage"] if crop else []
     data = array.array("H")
-    data.frombytes(convert(path, "-auto-orient", *cut, "-depth", 16, "-endian", "LSB", f"{channels}:-"))
+    data.frombytes(convert(path, "-auto-orient", "+repage", *cut, "-depth", 16, "-endian", "LSB", f"{channels}:-"))
     return data
 
 

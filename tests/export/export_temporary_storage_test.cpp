@@ -6,8 +6,11 @@
 
 #include <QProcess>
 #include <QUuid>
+#include <algorithm>
 #include <array>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "support/ordinary_user.h"
 #include "support/temporary_folder.h"

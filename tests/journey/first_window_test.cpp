@@ -53,6 +53,12 @@ bool waitUntilGone() {
   return QTest::qWaitFor([] { return visible<Widget>().isEmpty(); });
 }
 
+/// Gives the window the keyboard, also where no window manager does.
+bool activate(QWidget* window) {
+  window->activateWindow();
+  return QTest::qWaitForWindowActive(window);
+}
+
 class FirstWindowTest : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -66,7 +72,7 @@ class FirstWindowTest : public ::testing::Test {
 
   void open(const std::filesystem::path& path) {
     editor = windows.openFile(path);
-    ASSERT_TRUE(QTest::qWaitForWindowActive(editor));
+    ASSERT_TRUE(activate(editor));
     ASSERT_TRUE(QTest::qWaitFor([this] { return state().loaded() && !state().busy(); }));
     ASSERT_TRUE(QTest::qWaitFor([this] { return editor->view()->inspector()->isVisible(); }));
   }
@@ -84,7 +90,7 @@ class FirstWindowTest : public ::testing::Test {
   ReviewWindow* exportCrop() {
     QTest::mouseClick(footer()->exportButton(), Qt::LeftButton);
     ReviewWindow* review = waitFor<ReviewWindow>();
-    if (review && !QTest::qWaitForWindowActive(review)) return nullptr;
+    if (review && !activate(review)) return nullptr;
     return review;
   }
   /// Answers the file dialog that is open, as by pasting a path.
@@ -296,7 +302,7 @@ TEST_F(FirstWindowTest, LeavesEverythingWhenAFileCannotBeOpened) {
 
 TEST_F(FirstWindowTest, OpensAFileByItsDialogInAnEmptyWindow) {
   editor = windows.openEditor();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(editor));
+  ASSERT_TRUE(activate(editor));
   EXPECT_EQ(editor->windowTitle(), QCoreApplication::applicationName());
   EXPECT_FALSE(editor->view()->inspector()->isVisible());
   QTest::keyClick(editor, Qt::Key_O, Qt::ControlModifier);
@@ -310,7 +316,7 @@ TEST_F(FirstWindowTest, OpensAFileByItsDialogInAnEmptyWindow) {
 
 TEST_F(FirstWindowTest, TakesADrop) {
   editor = windows.openEditor();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(editor));
+  ASSERT_TRUE(activate(editor));
   drop(photo());
   EXPECT_TRUE(dropAccepted);
   EXPECT_TRUE(highlighted);
@@ -321,7 +327,7 @@ TEST_F(FirstWindowTest, TakesADrop) {
 
 TEST_F(FirstWindowTest, RefusesADropWhileBusy) {
   editor = windows.openEditor();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(editor));
+  ASSERT_TRUE(activate(editor));
   state().setBusy(true);
   drop(photo());
   EXPECT_FALSE(dropAccepted);

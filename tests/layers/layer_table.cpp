@@ -1,5 +1,6 @@
 #include "layers/layer_table.h"
 
+#include <algorithm>
 #include <array>
 #include <fstream>
 #include <regex>
@@ -9,7 +10,7 @@
 namespace vantrel::testing {
 namespace {
 
-/// Third-party headers and the one folder whose sources may include them; no header of it may.
+/// Third-party headers and the one folder that may include them.
 struct HiddenHeader {
   std::string_view prefix;
   std::string_view folder;
@@ -114,12 +115,10 @@ std::vector<std::string> brokenIncludes(const std::string& path, const std::stri
       broken.push_back(path + ": may not include \"" + include + "\"");
     }
   }
-  const bool isHeader = path.size() > 2 && path.compare(path.size() - 2, 2, ".h") == 0;
   const int lowestWithWidgets = table.count("controls") != 0 ? table.at("controls").level : 0;
   for (const std::string& include : angledIncludes(source)) {
     for (const HiddenHeader& hidden : kHiddenHeaders) {
-      if (include.rfind(hidden.prefix, 0) != 0) continue;
-      if (folder != hidden.folder || isHeader) {
+      if (include.rfind(hidden.prefix, 0) == 0 && folder != hidden.folder) {
         broken.push_back(path + ": may not include <" + include + ">");
       }
     }
@@ -128,6 +127,29 @@ std::vector<std::string> brokenIncludes(const std::string& path, const std::stri
     }
   }
   return broken;
+}
+
+std::set<std::string> privateHeaders(const std::map<std::string, std::string>& sources) {
+  std::set<std::string> found;
+  const auto isPrivate = [&found](const std::string& source) {
+    for (const std::string& include : angledIncludes(source)) {
+      for (const HiddenHeader& hidden : kHiddenHeaders) {
+        if (include.rfind(hidden.prefix, 0) == 0) return true;
+      }
+    }
+    const std::vector<std::string> quoted = quotedIncludes(source);
+    return std::any_of(quoted.begin(), quoted.end(),
+                       [&found](const std::string& include) { return found.count(include) != 0; });
+  };
+  for (size_t before = 1, after = 0; before != after;) {
+    before = found.size();
+    for (const auto& [path, source] : sources) {
+      const bool isHeader = path.size() > 2 && path.compare(path.size() - 2, 2, ".h") == 0;
+      if (isHeader && isPrivate(source)) found.insert(path);
+    }
+    after = found.size();
+  }
+  return found;
 }
 
 std::string readText(const std::filesystem::path& path) {

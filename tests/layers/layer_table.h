@@ -30,6 +30,10 @@ std::string folderOf(const std::string& path, const std::map<std::string, LayerR
 std::vector<std::string> brokenIncludes(const std::string& path, const std::string& source,
                                         const std::map<std::string, LayerRow>& table);
 
+/// The headers, among source texts by path, that include a third-party header, directly or through
+/// one another: they are private to their folder.
+std::set<std::string> privateHeaders(const std::map<std::string, std::string>& sources);
+
 std::string readText(const std::filesystem::path& path);
 
 }  // namespace vantrel::testing

@@ -62,6 +62,17 @@ void setColors(jpeg_compress_struct& encoder, const JpegSpec& spec) {
   encoder.comp_info[0].v_samp_factor = spec.transformed ? spec.chroma : 1;
 }
 
+std::vector<jpeg_scan_info> scanForEachCoefficient(int refinements) {
+  std::vector<jpeg_scan_info> scans;
+  for (int coefficient = 0; coefficient < DCTSIZE2; ++coefficient) {
+    for (int low = refinements; low >= 0; --low) {
+      const int high = low == refinements ? 0 : low + 1;
+      scans.push_back({1, {0}, coefficient, coefficient, high, low});
+    }
+  }
+  return scans;
+}
+
 }  // namespace
 
 void saveBytes(const std::filesystem::path& path, const Bytes& bytes) {
@@ -182,6 +193,12 @@ Bytes makeJpeg(const JpegSpec& spec) {
   encoder.arith_code = spec.arithmetic ? TRUE : FALSE;
   encoder.restart_in_rows = spec.restartRows;
   if (spec.progressive) jpeg_simple_progression(&encoder);
+  std::vector<jpeg_scan_info> scans;
+  if (spec.refinements >= 0) {
+    scans = scanForEachCoefficient(spec.refinements);
+    encoder.scan_info = scans.data();
+    encoder.num_scans = static_cast<int>(scans.size());
+  }
   jpeg_start_compress(&encoder, TRUE);
   for (const auto& [number, content] : spec.segments) {
     jpeg_write_marker(&encoder, JPEG_APP0 + number, content.data(),

@@ -56,6 +56,9 @@ struct JpegSpec {
   bool transformed = true;
   bool adobeMarker = false;
   bool progressive = false;
+  /// From 0 up: a progressive grey picture with a scan for every coefficient and one more for each
+  /// of so many refinements, 10 at most.
+  int refinements = -1;
   bool arithmetic = false;
   /// Columns and rows of pixels that share a chroma sample.
   int chroma = 1;

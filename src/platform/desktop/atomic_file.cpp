@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <optional>
 #include <random>
+#include <string>
 #include <vector>
 
 #include "base/cancelled.h"

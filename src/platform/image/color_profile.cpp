@@ -14,6 +14,8 @@ namespace {
 constexpr size_t kCreationDate = 24;
 constexpr size_t kCreationDateEnd = 36;
 
+constexpr const char* kSrgbName = "sRGB IEC61966-2.1";
+
 cmsColorSpaceSignature colorSpaceOf(ColorModel model) {
   switch (model) {
     case ColorModel::Gray:
@@ -106,23 +108,26 @@ std::optional<std::string> descriptionOf(cmsHPROFILE profile) {
 
 std::vector<uint8_t> makeSrgbProfile() {
   const LcmsContext context = makeLcmsContext();
-  const LcmsProfile profile(cmsCreate_sRGBProfileTHR(context.get()));
-  if (!profile) throw std::bad_alloc();
-  const std::unique_ptr<cmsMLU, LcmsClose<cmsMLUfree>> name(cmsMLUalloc(context.get(), 1));
-  if (!name || !cmsMLUsetASCII(name.get(), "en", "US", "sRGB IEC61966-2.1") ||
-      !cmsWriteTag(profile.get(), cmsSigProfileDescriptionTag, name.get())) {
-    throw std::bad_alloc();
-  }
-  return serializedProfile(profile.get());
+  std::vector<uint8_t> bytes =
+      namedProfile(LcmsProfile(cmsCreate_sRGBProfileTHR(context.get())), kSrgbName);
+  if (bytes.empty()) throw std::bad_alloc();
+  return bytes;
 }
 
 }  // namespace
 
-std::vector<uint8_t> serializedProfile(cmsHPROFILE profile) {
+std::vector<uint8_t> namedProfile(LcmsProfile profile, const std::string& name) {
+  if (!profile) return {};
+  const std::unique_ptr<cmsMLU, LcmsClose<cmsMLUfree>> text(
+      cmsMLUalloc(cmsGetProfileContextID(profile.get()), 1));
   cmsUInt32Number size = 0;
-  if (!cmsSaveProfileToMem(profile, nullptr, &size)) throw std::bad_alloc();
+  if (!text || !cmsMLUsetASCII(text.get(), "en", "US", name.c_str()) ||
+      !cmsWriteTag(profile.get(), cmsSigProfileDescriptionTag, text.get()) ||
+      !cmsSaveProfileToMem(profile.get(), nullptr, &size)) {
+    return {};
+  }
   std::vector<uint8_t> bytes(size);
-  if (!cmsSaveProfileToMem(profile, bytes.data(), &size)) throw std::bad_alloc();
+  if (!cmsSaveProfileToMem(profile.get(), bytes.data(), &size)) return {};
   // 1 January 2000, 00:00:00, as six big-endian 16-bit numbers.
   static constexpr uint8_t kDate[kCreationDateEnd - kCreationDate] = {0x07, 0xD0, 0, 1, 0, 1};
   std::copy(std::begin(kDate), std::end(kDate), bytes.begin() + kCreationDate);
@@ -135,7 +140,7 @@ std::optional<std::string> colorProfileName(const Bitmap& bitmap) {
     switch (bitmap.layout().model) {
       case ColorModel::Rgb:
       case ColorModel::Indexed:
-        return "sRGB IEC61966-2.1";
+        return kSrgbName;
       case ColorModel::Gray:
         return "Generic Gray";
       case ColorModel::Cmyk:

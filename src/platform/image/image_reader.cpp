@@ -5,13 +5,19 @@
 #include <span>
 #include <utility>
 
+#include "platform/image/heif_reader.h"
 #include "platform/image/image_signature.h"
 #include "platform/image/jpeg_reader.h"
 #include "platform/image/png_reader.h"
 #include "platform/image/read_only_file.h"
+#include "platform/image/tiff_reader.h"
 
 namespace vantrel {
 namespace {
+
+bool isHeif(std::span<const std::byte> head) {
+  return heifType(head).has_value();
+}
 
 /// One kind of file: how its first bytes are recognised, and how it is opened.
 struct Format {
@@ -22,6 +28,8 @@ struct Format {
 constexpr std::array kFormats = {
     Format{isPng, openPng},
     Format{isJpeg, openJpeg},
+    Format{isTiff, openTiff},
+    Format{isHeif, openHeif},
 };
 
 }  // namespace

@@ -36,7 +36,7 @@ class ImageReader {
   [[nodiscard]] virtual ImageType type() const = 0;
 
   /// Pictures in the file: frames of an animation, pages, top-level images. Reduced copies and
-  /// masks of a page are not pictures. 0 when the file's structure is too damaged to count.
+  /// masks of a page are not pictures. 0 when the file names none; one that is damaged counts.
   [[nodiscard]] virtual int imageCount() = 0;
 
   /// Decodes the first picture, turned upright. Throws ImageDamaged, Cancelled or std::bad_alloc;

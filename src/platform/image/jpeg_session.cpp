@@ -102,6 +102,7 @@ void JpegSession::onProgress(j_common_ptr decoder) {
 
 boolean JpegSession::fillInput(j_decompress_ptr decoder) {
   JpegSession& session = of(reinterpret_cast<j_common_ptr>(decoder));
+  if (session.m_stop.stop_requested()) session.leave(Outcome::Cancelled);
   const std::span<const std::byte> ready = session.m_cursor.peek();
   if (ready.empty()) session.leave(Outcome::Damaged);
   session.m_source.next_input_byte = reinterpret_cast<const JOCTET*>(ready.data());

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <new>
+#include <string>
 #include <type_traits>
 #include <vector>
 
@@ -40,9 +41,9 @@ using LcmsTransform =
                                               static_cast<cmsUInt32Number>(bytes.size())));
 }
 
-/// The bytes of a profile made in memory, with a fixed date, so that equal profiles have equal
-/// bytes. Throws std::bad_alloc.
-[[nodiscard]] std::vector<uint8_t> serializedProfile(cmsHPROFILE profile);
+/// The bytes of a profile made in memory, described by a name in ASCII and with a fixed date, so
+/// that equal profiles have equal bytes. Empty when lcms2 cannot make them.
+[[nodiscard]] std::vector<uint8_t> namedProfile(LcmsProfile profile, const std::string& name);
 
 // Colours inside both gamuts keep their exact values, which a tool for exact pixels owes its user;
 // profiles made of primaries know no other intent. Black point compensation keeps the shadows of

@@ -6,7 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "base/cancelled.h"
 #include "platform/image/png_chunks.h"
 #include "platform/image/png_color.h"
 #include "platform/image/png_session.h"
@@ -15,7 +14,7 @@
 namespace vantrel {
 namespace {
 
-// Bytes of rows that are decoded between two looks at the stop token.
+// Bytes of rows that are decoded before they are put in their places.
 constexpr size_t kBandBytes = 256 * 1024;
 // Most bytes that one byte of deflate data expands to: a match of 258 bytes takes two bits at
 // least (RFC 1951).
@@ -74,9 +73,7 @@ void setTransformations(PngSession& session, const Header& header, const PixelLa
 }
 
 // Decodes the next `count` rows to `to`, `stride` bytes apart.
-void readRows(PngSession& session, std::byte* to, size_t stride, int64_t count,
-              const std::stop_token& stop) {
-  throwIfCancelled(stop);
+void readRows(PngSession& session, std::byte* to, size_t stride, int64_t count) {
   session.guarded([&session, to, stride, count] {
     for (int64_t i = 0; i < count; ++i) {
       png_read_row(session.png(), reinterpret_cast<png_bytep>(to + static_cast<size_t>(i) * stride),
@@ -89,17 +86,16 @@ int64_t rowsOfBand(size_t stride, int64_t height) {
   return std::clamp<int64_t>(static_cast<int64_t>(kBandBytes / stride), 1, height);
 }
 
-void readPlain(PngSession& session, const Header& header, UprightBitmap& bitmap, size_t stride,
-               const std::stop_token& stop) {
+void readPlain(PngSession& session, const Header& header, UprightBitmap& bitmap, size_t stride) {
   const int64_t height = header.height;
   const int64_t band = rowsOfBand(stride, height);
   std::vector<std::byte> buffer(bitmap.isDirect() ? 0 : stride * static_cast<size_t>(band));
   for (int64_t y = 0; y < height; y += band) {
     const int64_t count = std::min(band, height - y);
     if (bitmap.isDirect()) {
-      readRows(session, bitmap.row(y), bitmap.stride(), count, stop);
+      readRows(session, bitmap.row(y), bitmap.stride(), count);
     } else {
-      readRows(session, buffer.data(), stride, count, stop);
+      readRows(session, buffer.data(), stride, count);
       bitmap.put(0, y, header.width, count, buffer.data(), stride);
     }
   }
@@ -107,8 +103,8 @@ void readPlain(PngSession& session, const Header& header, UprightBitmap& bitmap,
 
 // Each pass of an interlaced file is a small picture; its pixels go where they belong, so that the
 // whole is never held twice.
-void readInterlaced(PngSession& session, const Header& header, UprightBitmap& bitmap, size_t stride,
-                    const std::stop_token& stop) {
+void readInterlaced(PngSession& session, const Header& header, UprightBitmap& bitmap,
+                    size_t stride) {
   const int64_t band = rowsOfBand(stride, header.height);
   std::vector<std::byte> buffer(stride * static_cast<size_t>(band));
   for (int pass = 0; pass < PNG_INTERLACE_ADAM7_PASSES; ++pass) {
@@ -116,7 +112,7 @@ void readInterlaced(PngSession& session, const Header& header, UprightBitmap& bi
     const int64_t rows = columns == 0 ? 0 : PNG_PASS_ROWS(header.height, pass);
     for (int64_t first = 0; first < rows; first += band) {
       const int64_t count = std::min(band, rows - first);
-      readRows(session, buffer.data(), stride, count, stop);
+      readRows(session, buffer.data(), stride, count);
       for (int64_t i = 0; i < count; ++i) {
         const int64_t y =
             PNG_PASS_START_ROW(pass) + (first + i) * (int64_t{1} << PNG_PASS_ROW_SHIFT(pass));
@@ -136,7 +132,7 @@ class PngReader final : public ImageReader {
 
   [[nodiscard]] Bitmap decode(const std::stop_token& stop) override {
     const PngChunks chunks = PngChunks::scan(m_file, stop);
-    PngSession session(m_file);
+    PngSession session(m_file, stop);
     const Header header = readHeader(session);
     checkPlausible(header, png_get_channels(session.png(), session.info()), chunks.imageBytes);
     const PixelLayout layout = layoutOf(header);
@@ -148,9 +144,9 @@ class PngReader final : public ImageReader {
     setTransformations(session, header, layout);
     const size_t stride = png_get_rowbytes(session.png(), session.info());
     if (header.interlaced) {
-      readInterlaced(session, header, bitmap, stride, stop);
+      readInterlaced(session, header, bitmap, stride);
     } else {
-      readPlain(session, header, bitmap, stride, stop);
+      readPlain(session, header, bitmap, stride);
     }
     session.guarded([&session] { png_read_end(session.png(), nullptr); });
     return bitmap.finish(std::move(color));

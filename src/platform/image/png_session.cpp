@@ -4,6 +4,9 @@
 #include <cstdlib>
 #include <new>
 #include <string_view>
+#include <utility>
+
+#include "base/cancelled.h"
 
 namespace vantrel {
 namespace {
@@ -20,31 +23,32 @@ static_assert(sizeof(kIgnored) == kIgnored.size() * 5, "libpng takes names of fi
 
 }  // namespace
 
-PngSession::PngSession(const ReadOnlyFile& file) : m_cursor(file) {
-  m_png = png_create_read_struct_2(PNG_LIBPNG_VER_STRING, this, onError, onWarning, this, allocate,
-                                   release);
-  m_info = m_png ? png_create_info_struct(m_png) : nullptr;
-  if (!m_info) {
-    png_destroy_read_struct(&m_png, nullptr, nullptr);
-    throw std::bad_alloc();
-  }
-  png_set_read_fn(m_png, this, onRead);
-  png_set_user_limits(m_png, kMostSide, kMostSide);
-  png_set_chunk_malloc_max(m_png, kMostChunkBytes);
-  png_set_check_for_invalid_index(m_png, 0);
+PngSession::PngSession(const ReadOnlyFile& file, std::stop_token stop)
+    : m_cursor(file), m_stop(std::move(stop)) {
+  m_handles.png = png_create_read_struct_2(PNG_LIBPNG_VER_STRING, this, onError, onWarning, this,
+                                           allocate, release);
+  m_handles.info = png() ? png_create_info_struct(png()) : nullptr;
+  if (!info()) throw std::bad_alloc();
+  png_set_read_fn(png(), this, onRead);
+  png_set_user_limits(png(), kMostSide, kMostSide);
+  png_set_chunk_malloc_max(png(), kMostChunkBytes);
+  png_set_check_for_invalid_index(png(), 0);
   guarded([this] {
-    png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER,
+    png_set_keep_unknown_chunks(png(), PNG_HANDLE_CHUNK_NEVER,
                                 reinterpret_cast<png_const_bytep>(kIgnored.data()),
                                 static_cast<int>(kIgnored.size()));
   });
 }
 
-PngSession::~PngSession() {
-  png_destroy_read_struct(&m_png, &m_info, nullptr);
-}
-
 void PngSession::throwError() const {
-  if (m_outOfMemory) throw std::bad_alloc();
+  switch (m_outcome) {
+    case Outcome::OutOfMemory:
+      throw std::bad_alloc();
+    case Outcome::Cancelled:
+      throw Cancelled();
+    case Outcome::Damaged:
+      break;
+  }
   throw ImageDamaged();
 }
 
@@ -63,12 +67,16 @@ void PngSession::onWarning(png_structp png, png_const_charp message) {
 
 void PngSession::onRead(png_structp png, png_bytep to, size_t count) {
   auto* session = static_cast<PngSession*>(png_get_io_ptr(png));
+  if (session->m_stop.stop_requested()) {
+    session->m_outcome = Outcome::Cancelled;
+    png_longjmp(png, 1);
+  }
   if (!session->m_cursor.read({reinterpret_cast<std::byte*>(to), count})) png_longjmp(png, 1);
 }
 
 png_voidp PngSession::allocate(png_structp png, png_alloc_size_t size) {
   void* const memory = std::malloc(size);
-  if (!memory) static_cast<PngSession*>(png_get_mem_ptr(png))->m_outOfMemory = true;
+  if (!memory) static_cast<PngSession*>(png_get_mem_ptr(png))->m_outcome = Outcome::OutOfMemory;
   return memory;
 }
 

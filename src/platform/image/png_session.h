@@ -4,6 +4,7 @@
 #include <png.h>
 
 #include <csetjmp>
+#include <stop_token>
 #include <type_traits>
 
 #include "platform/image/file_cursor.h"
@@ -16,24 +17,36 @@ namespace vantrel {
 class PngSession {
  public:
   /// Throws std::bad_alloc.
-  explicit PngSession(const ReadOnlyFile& file);
-  ~PngSession();
+  PngSession(const ReadOnlyFile& file, std::stop_token stop);
   PngSession(const PngSession&) = delete;
   PngSession& operator=(const PngSession&) = delete;
 
-  [[nodiscard]] png_structp png() const { return m_png; }
-  [[nodiscard]] png_infop info() const { return m_info; }
+  [[nodiscard]] png_structp png() const { return m_handles.png; }
+  [[nodiscard]] png_infop info() const { return m_handles.info; }
 
   /// Runs `calls`, which call libpng. Errors of libpng jump out of them, so they must leave nothing
-  /// behind that needs a destructor, and may not throw. Throws ImageDamaged or std::bad_alloc.
+  /// behind that needs a destructor, and may not throw. Throws ImageDamaged, Cancelled or
+  /// std::bad_alloc.
   template <class Calls>
   void guarded(const Calls& calls) {
     static_assert(std::is_trivially_destructible_v<Calls>);
-    if (setjmp(png_jmpbuf(m_png)) != 0) throwError();
+    if (setjmp(png_jmpbuf(m_handles.png)) != 0) throwError();
     calls();
   }
 
  private:
+  enum class Outcome { Damaged, Cancelled, OutOfMemory };
+
+  struct Handles {
+    png_structp png = nullptr;
+    png_infop info = nullptr;
+
+    Handles() = default;
+    ~Handles() { png_destroy_read_struct(&png, &info, nullptr); }
+    Handles(const Handles&) = delete;
+    Handles& operator=(const Handles&) = delete;
+  };
+
   [[noreturn]] void throwError() const;
   static void onError(png_structp png, png_const_charp message);
   static void onWarning(png_structp png, png_const_charp message);
@@ -42,9 +55,9 @@ class PngSession {
   static void release(png_structp png, png_voidp memory);
 
   FileCursor m_cursor;
-  bool m_outOfMemory = false;
-  png_structp m_png = nullptr;
-  png_infop m_info = nullptr;
+  std::stop_token m_stop;
+  Outcome m_outcome = Outcome::Damaged;
+  Handles m_handles;
 };
 
 }  // namespace vantrel

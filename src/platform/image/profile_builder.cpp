@@ -13,7 +13,6 @@ namespace vantrel {
 namespace {
 
 using Curve = std::unique_ptr<cmsToneCurve, decltype(&cmsFreeToneCurve)>;
-using Text = std::unique_ptr<cmsMLU, decltype(&cmsMLUfree)>;
 
 constexpr double kLeastExponent = 0.1;
 constexpr double kMostExponent = 10;
@@ -53,15 +52,6 @@ std::string curveName(std::optional<double> exponent) {
   return text.data();
 }
 
-// Empty when lcms2 cannot make the profile.
-std::vector<uint8_t> named(LcmsProfile profile, const std::string& name) {
-  if (!profile) return {};
-  const Text description(cmsMLUalloc(nullptr, 1), cmsMLUfree);
-  const bool written = description && cmsMLUsetASCII(description.get(), "en", "US", name.c_str()) &&
-                       cmsWriteTag(profile.get(), cmsSigProfileDescriptionTag, description.get());
-  return written ? serializedProfile(profile.get()) : std::vector<uint8_t>();
-}
-
 }  // namespace
 
 std::vector<uint8_t> rgbProfile(const Chromaticities& c, std::optional<double> exponent) {
@@ -73,16 +63,16 @@ std::vector<uint8_t> rgbProfile(const Chromaticities& c, std::optional<double> e
   if (!curve) return {};
   std::array<cmsToneCurve*, 3> curves;
   curves.fill(curve.get());
-  return named(LcmsProfile(cmsCreateRGBProfile(&white, &primaries, curves.data())),
-               "Calibrated RGB, " + curveName(exponent));
+  return namedProfile(LcmsProfile(cmsCreateRGBProfile(&white, &primaries, curves.data())),
+                      "Calibrated RGB, " + curveName(exponent));
 }
 
 std::vector<uint8_t> grayProfile(double exponent) {
   if (!isUsable(exponent)) return {};
   const Curve curve = curveFor(exponent);
   if (!curve) return {};
-  return named(LcmsProfile(cmsCreateGrayProfile(cmsD50_xyY(), curve.get())),
-               "Calibrated Gray, " + curveName(exponent));
+  return namedProfile(LcmsProfile(cmsCreateGrayProfile(cmsD50_xyY(), curve.get())),
+                      "Calibrated Gray, " + curveName(exponent));
 }
 
 }  // namespace vantrel
