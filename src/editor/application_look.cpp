@@ -3,10 +3,9 @@
 #include <QApplication>
 #include <QFontDatabase>
 #include <QStyle>
-#include <QStyleHints>
 
-#include "canvas/crop_appearance.h"
 #include "editor/quiet_style.h"
+#include "editor/system_appearance.h"
 
 namespace vantrel::ApplicationLook {
 namespace {
@@ -48,8 +47,9 @@ QFont interfaceFont() {
   return font;
 }
 
-bool isOurs() {
-  return qobject_cast<const QuietStyle*>(QApplication::style()) != nullptr;
+void setDark(bool dark) {
+  QApplication::setPalette(ApplicationLook::palette(dark));
+  QApplication::setPalette(inspectorPalette(dark), "vantrel::InspectorView");
 }
 
 }  // namespace
@@ -78,29 +78,14 @@ QPalette palette(bool dark) {
   return palette;
 }
 
-bool systemPrefersDark() {
-#if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
-  if (QGuiApplication::styleHints()->colorScheme() == Qt::ColorScheme::Dark) return true;
-#endif
-  return CropAppearance::isDark(QGuiApplication::palette());
-}
-
 void install() {
   if (QApplication::style()->name() != QLatin1String("fusion")) return;
-  const bool dark = systemPrefersDark();
+  const auto* system = new SystemAppearance(qApp);
   QApplication::setStyle(new QuietStyle);
   QApplication::setFont(interfaceFont());
-  setDark(dark);
-#if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
-  QObject::connect(QGuiApplication::styleHints(), &QStyleHints::colorSchemeChanged, qApp,
-                   [](Qt::ColorScheme scheme) { setDark(scheme == Qt::ColorScheme::Dark); });
-#endif
-}
-
-void setDark(bool dark) {
-  if (!isOurs()) return;
-  QApplication::setPalette(palette(dark));
-  QApplication::setPalette(inspectorPalette(dark), "vantrel::InspectorView");
+  setDark(system->prefersDark());
+  QObject::connect(system, &SystemAppearance::changed, qApp,
+                   [system] { setDark(system->prefersDark()); });
 }
 
 }  // namespace vantrel::ApplicationLook

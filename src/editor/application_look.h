@@ -8,14 +8,8 @@ namespace vantrel::ApplicationLook {
 
 [[nodiscard]] QPalette palette(bool dark);
 
-/// Whether the desktop wishes dark windows, as far as it can be asked.
-[[nodiscard]] bool systemPrefersDark();
-
-/// Installs the style, the fonts and the palette of the wish, unless the desktop has a style.
-/// Needs the QApplication.
+/// Installs the style and the fonts, unless the desktop has a style, and follows the desktop's wish
+/// for dark or light windows from then on. Needs the QApplication.
 void install();
-
-/// Changes the palette, for when the wish changes.
-void setDark(bool dark);
 
 }  // namespace vantrel::ApplicationLook

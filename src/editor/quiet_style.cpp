@@ -12,7 +12,11 @@ constexpr double kFieldRadius = 5;
 constexpr double kButtonRadius = 7;
 constexpr double kFocusWidth = 2;
 constexpr int kToolIcon = 18;
-constexpr int kToolBarMargin = 6;
+constexpr int kToolButton = 32;
+constexpr int kToolBarMargin = 12;
+constexpr int kMenuBarMargin = 6;
+constexpr int kMenuBarItemHeight = 26;
+constexpr int kFieldPadding = 4;
 
 constexpr double kDisabledOpacity = 0.45;
 constexpr int kHoverLighter = 112;
@@ -140,6 +144,25 @@ void QuietStyle::drawControl(ControlElement element, const QStyleOption* option,
   QProxyStyle::drawControl(element, option, painter, widget);
 }
 
+QSize QuietStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
+                                   const QSize& contents, const QWidget* widget) const {
+  const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+  switch (type) {
+    case CT_ToolButton:
+      return size.expandedTo({kToolButton, kToolButton});
+    case CT_MenuBarItem:
+      return {size.width(), kMenuBarItemHeight};
+    default:
+      return size;
+  }
+}
+
+QRect QuietStyle::subElementRect(SubElement element, const QStyleOption* option,
+                                 const QWidget* widget) const {
+  if (element != SE_LineEditContents) return QProxyStyle::subElementRect(element, option, widget);
+  return option->rect.adjusted(kFieldPadding, 1, -kFieldPadding, -1);
+}
+
 int QuietStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
                             const QWidget* widget) const {
   switch (metric) {
@@ -148,9 +171,14 @@ int QuietStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
     case PM_ToolBarItemMargin:
       return kToolBarMargin;
     case PM_ToolBarFrameWidth:
-      return 1;
+      return 0;
     case PM_ToolBarItemSpacing:
-      return 2;
+      return 8;
+    case PM_MenuBarHMargin:
+      return kMenuBarMargin;
+    case PM_MenuBarVMargin:
+    case PM_MenuBarPanelWidth:
+      return 0;
     case PM_ButtonShiftHorizontal:
     case PM_ButtonShiftVertical:
       return 0;
