@@ -155,7 +155,7 @@ void EditorView::showExportError() {
 
 void EditorView::showAlert(const QString& title, const QString& message,
                            const std::function<void()>& clear) {
-  auto* alert = new QMessageBox(QMessageBox::Warning, title, title, QMessageBox::Ok, this);
+  auto* alert = new QMessageBox(QMessageBox::NoIcon, title, title, QMessageBox::Ok, this);
   alert->setInformativeText(message);
   alert->setAttribute(Qt::WA_DeleteOnClose);
   connect(alert, &QDialog::finished, this, clear);

@@ -5,6 +5,7 @@
 #include <QKeySequence>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScreen>
 #include <QToolBar>
 #include <utility>
 
@@ -32,7 +33,7 @@ EditorWindow::EditorWindow(ExportSession::Review review, QWidget* parent)
   setAttribute(Qt::WA_DeleteOnClose);
   setContextMenuPolicy(Qt::NoContextMenu);
   setMinimumSize(kMinimumSize);
-  resize(kIdealSize);
+  resize(kIdealSize.boundedTo(screen()->availableSize()));
   buildFileMenu();
   buildEditMenu();
   buildToolBar();

@@ -21,6 +21,7 @@ constexpr int kFieldPadding = 4;
 constexpr double kDisabledOpacity = 0.45;
 constexpr int kHoverLighter = 112;
 constexpr int kPressDarker = 112;
+constexpr int kColoredSaturation = 128;
 constexpr float kToolHover = 0.08F;
 constexpr float kToolPress = 0.14F;
 
@@ -56,11 +57,14 @@ void drawButton(const QStyleOption* option, QPainter* painter) {
   }
   const bool focused =
       state.testFlag(QStyle::State_HasFocus) && state.testFlag(QStyle::State_KeyboardFocusChange);
+  const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+  const bool marked =
+      focused || (button && button->features.testFlag(QStyleOptionButton::DefaultButton));
   // A coloured button needs no border.
-  const bool plain = palette.color(QPalette::Button).saturation() < 128;
+  const bool plain = palette.color(QPalette::Button).saturation() < kColoredSaturation;
   const double border = focused ? kFocusWidth : (plain ? 1 : 0);
   drawPlate(painter, option->rect, kButtonRadius, fill,
-            palette.color(focused ? QPalette::Highlight : QPalette::Mid), border);
+            palette.color(marked ? QPalette::Highlight : QPalette::Mid), border);
 }
 
 void drawToolButton(const QStyleOption* option, QPainter* painter) {

@@ -12,6 +12,7 @@ namespace {
 // Points.
 constexpr int kRowSpacing = 8;
 constexpr int kTitleSpacing = 16;
+constexpr int kRowHeight = 20;
 
 }  // namespace
 
@@ -29,6 +30,7 @@ OriginalSection::OriginalSection(QWidget* parent) : QWidget(parent) {
 
 OriginalSection::Row OriginalSection::addRow(const QString& title) {
   auto* row = new QWidget(this);
+  row->setMinimumHeight(kRowHeight);
   auto* layout = new QHBoxLayout(row);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(kTitleSpacing);

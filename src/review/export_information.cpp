@@ -1,7 +1,8 @@
 #include "review/export_information.h"
 
-#include <QFontMetrics>
+#include <QFontMetricsF>
 #include <QPainter>
+#include <cmath>
 
 namespace vantrel {
 namespace {
@@ -11,6 +12,8 @@ constexpr int kHorizontalPadding = 10;
 constexpr int kVerticalPadding = 6;
 constexpr double kRadius = 6;
 constexpr int kCaptionPixels = 11;
+// Text laid out for a fractional display can be wider than its metrics.
+constexpr int kRoundingSlack = 4;
 constexpr float kBackgroundOpacity = 0.6F;
 
 }  // namespace
@@ -26,9 +29,10 @@ ExportInformation::ExportInformation(const ExportSummary& summary, QWidget* pare
 }
 
 QSize ExportInformation::sizeHint() const {
-  const QFontMetrics metrics = fontMetrics();
-  return {metrics.horizontalAdvance(m_description) + 2 * kHorizontalPadding,
-          metrics.height() + 2 * kVerticalPadding};
+  const QFontMetricsF metrics(font());
+  return {static_cast<int>(std::ceil(metrics.horizontalAdvance(m_description))) + kRoundingSlack +
+              2 * kHorizontalPadding,
+          static_cast<int>(std::ceil(metrics.height())) + 2 * kVerticalPadding};
 }
 
 QSize ExportInformation::minimumSizeHint() const {

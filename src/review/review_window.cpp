@@ -8,6 +8,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QScreen>
 
 #include "review/image_review_view.h"
 
@@ -25,6 +26,7 @@ ReviewWindow::ReviewWindow(std::unique_ptr<ExportReviewDocument> document, QWidg
   setCentralWidget(
       new ImageReviewView(m_document->temporaryExportPath(), m_document->summary(), this));
   resize(kWindowSize);
+  move(screen()->availableGeometry().center() - rect().center());
   updateTitle();
   connect(m_document.get(), &ExportReviewDocument::saved, this, &ReviewWindow::finishSave);
   connect(m_document.get(), &ExportReviewDocument::saveFailed, this,
@@ -72,7 +74,7 @@ void ReviewWindow::finishSave() {
 void ReviewWindow::showSaveFailure(const QString& message) {
   updateTitle();
   refuseClose();
-  auto* alert = new QMessageBox(QMessageBox::Warning, tr("Could Not Save File"),
+  auto* alert = new QMessageBox(QMessageBox::NoIcon, tr("Could Not Save File"),
                                 tr("Could Not Save File"), QMessageBox::Ok, this);
   alert->setInformativeText(message);
   alert->setAttribute(Qt::WA_DeleteOnClose);
@@ -96,7 +98,7 @@ void ReviewWindow::askBeforeClosing() {
   if (m_asking) return;
   m_asking = true;
   auto* question =
-      new QMessageBox(QMessageBox::Question, tr("Save Export"),
+      new QMessageBox(QMessageBox::NoIcon, tr("Save Export"),
                       tr("Do you want to save “%1”?").arg(m_document->displayName()),
                       QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
   question->setInformativeText(tr("It is deleted if you don’t save it."));
