@@ -83,7 +83,12 @@ void ApplicationWindows::continueQuitting() {
 }
 
 bool ApplicationWindows::eventFilter(QObject* watched, QEvent* event) {
-  if (watched != qApp || event->type() != QEvent::FileOpen) return false;
+  if (watched != qApp) return false;
+  if (event->type() == QEvent::Quit && !m_quitting) {
+    quit();
+    return true;
+  }
+  if (event->type() != QEvent::FileOpen) return false;
   const auto* open = static_cast<QFileOpenEvent*>(event);
   if (!open->url().isLocalFile()) return false;
   openFile(QFile::encodeName(open->file()).toStdString());

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QObject>
-#include <QPointer>
 #include <filesystem>
 
 #include "export/finished_export.h"
@@ -17,7 +16,7 @@ class ApplicationWindows final : public QObject {
   Q_OBJECT
 
  public:
-  /// Takes files that the desktop sends to the application.
+  /// Takes files that the desktop sends to the application, and its wish that it quits.
   explicit ApplicationWindows(QObject* parent = nullptr);
 
   EditorWindow* openEditor();

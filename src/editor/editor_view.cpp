@@ -35,6 +35,12 @@ InspectorSource inspectorSource(const EditorState& state) {
   return source;
 }
 
+/// Never a move, after which the other side would delete the file.
+void acceptCopy(QDropEvent& event) {
+  event.setDropAction(Qt::CopyAction);
+  event.accept();
+}
+
 }  // namespace
 
 EditorView::EditorView(ExportSession::Review review, QWidget* parent)
@@ -130,7 +136,7 @@ void EditorView::openMedia() {
 void EditorView::dragEnterEvent(QDragEnterEvent* event) {
   if (!m_loader.acceptsMedia(*event->mimeData())) return;
   m_state.setDropTargeted(true);
-  event->acceptProposedAction();
+  acceptCopy(*event);
 }
 
 void EditorView::dragLeaveEvent(QDragLeaveEvent* /*event*/) {
@@ -139,7 +145,7 @@ void EditorView::dragLeaveEvent(QDragLeaveEvent* /*event*/) {
 
 void EditorView::dropEvent(QDropEvent* event) {
   m_state.setDropTargeted(false);
-  if (m_loader.receiveMedia(*event->mimeData())) event->acceptProposedAction();
+  if (m_loader.receiveMedia(*event->mimeData())) acceptCopy(*event);
 }
 
 void EditorView::showOpenError() {

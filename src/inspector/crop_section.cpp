@@ -82,6 +82,7 @@ CropNumberField* CropSection::marginField(CropMargins::Edge edge) const {
 QWidget* CropSection::makeMargin(CropMargins::Edge edge, const QString& title) {
   auto* field = new CropNumberField(m_history, title, this);
   field->setFixedHeight(kFieldHeight);
+  field->setAcceptDrops(false);  // A file dropped here is for the window.
   field->setMinimumWidth(0);
   field->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
   connect(field, &SelectingNumberField::valueEdited, this,
@@ -106,6 +107,7 @@ QWidget* CropSection::makeDimensions() {
 CropDimensionField* CropSection::makeDimension(bool horizontal, const QString& title) {
   auto* field = new CropDimensionField(m_history, title, this);
   field->setFixedHeight(kFieldHeight);
+  field->setAcceptDrops(false);  // A file dropped here is for the window.
   connect(field, &SelectingNumberField::valueEdited, this,
           [this, horizontal](int64_t length) { setDimension(horizontal, length); });
   return field;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
@@ -57,6 +58,12 @@ TEST_F(InspectorViewTest, SetsALegalMargin) {
   EXPECT_EQ(field(CropMargins::Edge::left)->text(), QStringLiteral("539"));
   Q_EMIT field(CropMargins::Edge::top)->valueEdited(-5);
   EXPECT_EQ(history.crop().top, 0);
+}
+
+TEST_F(InspectorViewTest, LeavesDropsToTheWindow) {
+  show();
+  for (const QLineEdit* text : view.findChildren<QLineEdit*>())
+    EXPECT_FALSE(text->acceptDrops());
 }
 
 TEST_F(InspectorViewTest, ShowsDashesWithoutAFile) {

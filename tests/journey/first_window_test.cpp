@@ -119,8 +119,12 @@ class FirstWindowTest : public ::testing::Test {
     QApplication::sendEvent(editor->view(), &enter);
     dropAccepted = enter.isAccepted();
     highlighted = state().dropTargeted();
-    QDropEvent event(QPointF(100, 100), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    if (dropAccepted) QApplication::sendEvent(editor->view(), &event);
+    QDropEvent event(QPointF(100, 100), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton,
+                     Qt::ShiftModifier);
+    if (!dropAccepted) return;
+    event.setDropAction(Qt::MoveAction);
+    QApplication::sendEvent(editor->view(), &event);
+    EXPECT_EQ(event.dropAction(), Qt::CopyAction);
   }
   QUrl photo() const {
     return QUrl::fromLocalFile(QString::fromStdString((folder / "photo.png").string()));
@@ -367,6 +371,21 @@ TEST_F(FirstWindowTest, OpensEachFurtherFileInAWindowOfItsOwn) {
   EXPECT_EQ(second->view()->state().history().crop(), CropMargins());
   EditorWindow* empty = windows.openEditor();
   EXPECT_EQ(windows.openFile(folder / "photo.png"), empty);
+}
+
+TEST_F(FirstWindowTest, AsksForEachReviewBeforeItQuits) {
+  open(folder / "photo.png");
+  ASSERT_NE(exportCrop(), nullptr);
+  ASSERT_TRUE(activate(editor));
+  QTest::mouseClick(footer()->exportButton(), Qt::LeftButton);
+  ASSERT_TRUE(QTest::qWaitFor([] { return visible<ReviewWindow>().size() == 2; }));
+  QEvent quit(QEvent::Quit);
+  QApplication::sendEvent(qApp, &quit);
+  answer(QMessageBox::Discard);
+  ASSERT_TRUE(QTest::qWaitFor([] { return visible<ReviewWindow>().size() == 1; }));
+  answer(QMessageBox::Cancel);
+  EXPECT_EQ(visible<ReviewWindow>().size(), 1);
+  EXPECT_TRUE(editor->isVisible());
 }
 
 TEST_F(FirstWindowTest, StaysWhenQuittingIsCancelledAtAReview) {
