@@ -12,6 +12,7 @@
 
 #include "canvas/crop_appearance.h"
 #include "canvas/crop_canvas.h"
+#include "controls/message_layout.h"
 #include "editor/drop_highlight_view.h"
 #include "editor/empty_canvas_view.h"
 #include "inspector/inspector_view.h"
@@ -163,6 +164,7 @@ void EditorView::showAlert(const QString& title, const QString& message,
                            const std::function<void()>& clear) {
   auto* alert = new QMessageBox(QMessageBox::NoIcon, title, title, QMessageBox::Ok, this);
   alert->setInformativeText(message);
+  layOutMessage(*alert);
   alert->setAttribute(Qt::WA_DeleteOnClose);
   connect(alert, &QDialog::finished, this, clear);
   alert->open();

@@ -14,6 +14,7 @@ constexpr double kFocusWidth = 2;
 constexpr int kToolIcon = 18;
 constexpr int kToolButton = 32;
 constexpr int kToolBarMargin = 12;
+constexpr int kToolBarSpacing = 8;
 constexpr int kMenuBarMargin = 6;
 constexpr int kMenuBarItemHeight = 26;
 constexpr int kFieldPadding = 4;
@@ -174,15 +175,13 @@ int QuietStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
       return kToolIcon;
     case PM_ToolBarItemMargin:
       return kToolBarMargin;
-    case PM_ToolBarFrameWidth:
-      return 0;
     case PM_ToolBarItemSpacing:
-      return 8;
+      return kToolBarSpacing;
     case PM_MenuBarHMargin:
       return kMenuBarMargin;
+    case PM_ToolBarFrameWidth:
     case PM_MenuBarVMargin:
     case PM_MenuBarPanelWidth:
-      return 0;
     case PM_ButtonShiftHorizontal:
     case PM_ButtonShiftVertical:
       return 0;
@@ -195,9 +194,7 @@ int QuietStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWid
                           QStyleHintReturn* returned) const {
   switch (hint) {
     case SH_UnderlineShortcut:
-      return 0;
     case SH_DialogButtonBox_ButtonsHaveIcons:
-      return 0;
     case SH_EtchDisabledText:
       return 0;
     default:

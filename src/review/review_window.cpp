@@ -10,6 +10,7 @@
 #include <QMessageBox>
 #include <QScreen>
 
+#include "controls/message_layout.h"
 #include "review/image_review_view.h"
 
 namespace vantrel {
@@ -77,6 +78,7 @@ void ReviewWindow::showSaveFailure(const QString& message) {
   auto* alert = new QMessageBox(QMessageBox::NoIcon, tr("Could Not Save File"),
                                 tr("Could Not Save File"), QMessageBox::Ok, this);
   alert->setInformativeText(message);
+  layOutMessage(*alert);
   alert->setAttribute(Qt::WA_DeleteOnClose);
   alert->open();
 }
@@ -102,6 +104,7 @@ void ReviewWindow::askBeforeClosing() {
                       tr("Do you want to save “%1”?").arg(m_document->displayName()),
                       QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
   question->setInformativeText(tr("It is deleted if you don’t save it."));
+  layOutMessage(*question);
   question->button(QMessageBox::Discard)->setText(tr("Don’t Save"));
   question->setDefaultButton(QMessageBox::Save);
   question->setEscapeButton(QMessageBox::Cancel);
