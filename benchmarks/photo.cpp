@@ -46,7 +46,7 @@ int grain(int64_t x, int64_t y, uint32_t layer, int strength) {
 
 Photo makePhoto(int64_t width, int64_t height) {
   constexpr std::array shifts{10, 8, 6, 4, 2};
-  constexpr std::array weights{120, 60, 28, 12, 6};
+  constexpr std::array weights{110, 56, 30, 22, 18};
   Photo photo{width, height, std::vector<uint8_t>(static_cast<size_t>(width * height * 3))};
   uint8_t* pixel = photo.pixels.data();
   for (int64_t y = 0; y < height; ++y) {
@@ -57,7 +57,7 @@ Photo makePhoto(int64_t width, int64_t height) {
       }
       // Objects before a background.
       if (smoothNoise(x, y, 7, 20) > 40000) light = 255 - light;
-      // Grain is stronger in the dark half and partly common to the channels.
+      // Part of the grain is common to the channels, as after a camera has interpolated colours.
       const int common = grain(x, y, 30, 10);
       for (uint32_t channel = 0; channel < 3; ++channel) {
         const int tint = smoothNoise(x, y, 9, 40 + channel) * 40 >> 16;

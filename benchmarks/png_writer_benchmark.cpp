@@ -2,12 +2,14 @@
 //
 // Writes a picture of 12 megapixels, or the given one, as PNG with our writer and with libpng at
 // level 6 with all filters, in turn, and prints one JSON object: medians of processor time and wall
-// time in seconds, sizes in bytes, and the wall time of our writer for each number of threads.
+// time in seconds, sizes in bytes, and for each number of threads the shortest wall time of our
+// writer: what other programs on the machine take away is not ours.
 
 #include <png.h>
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -100,7 +102,7 @@ void compare(const Photo& photo, int runs) {
   const int processors = availableProcessors();
   std::vector<Times> ourRuns;
   std::vector<Times> theirRuns;
-  std::map<int, std::vector<Times>> byThreads;
+  std::map<int, double> wallByThreads;
   for (int run = 0; run < runs; ++run) {
     const auto write = [&](int threads) {
       return measure([&] { writePngWithThreads(bitmap, bitmap.bounds(), ours, threads, {}); });
@@ -108,7 +110,8 @@ void compare(const Photo& photo, int runs) {
     ourRuns.push_back(write(processors));
     theirRuns.push_back(measure([&] { writeWithLibpng(photo, theirs); }));
     for (int threads = 1; threads <= processors; threads *= 2) {
-      byThreads[threads].push_back(write(threads));
+      double& shortest = wallByThreads.try_emplace(threads, HUGE_VAL).first->second;
+      shortest = std::min(shortest, write(threads).wall);
     }
   }
   const Times our = medians(ourRuns);
@@ -122,8 +125,8 @@ void compare(const Photo& photo, int runs) {
               their.processor, their.wall, std::filesystem::file_size(theirs));
   std::printf(" \"wallByThreads\": {");
   const char* separator = "";
-  for (const auto& [threads, times] : byThreads) {
-    std::printf("%s\"%d\": %.4f", std::exchange(separator, ", "), threads, medians(times).wall);
+  for (const auto& [threads, wall] : wallByThreads) {
+    std::printf("%s\"%d\": %.4f", std::exchange(separator, ", "), threads, wall);
   }
   std::printf("}}\n");
   std::filesystem::remove(ours);

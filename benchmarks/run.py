@@ -141,7 +141,7 @@ class Benchmarks:
         ordered = [walls[threads] for threads in sorted(walls)]
         falls = len(ordered) > 1 and all(a > b for a, b in zip(ordered, ordered[1:]))
         text = ", ".join(f"{threads}: {walls[threads]:.2f} s" for threads in sorted(walls))
-        self.add("PNG writer, wall time by threads", "falls", text,
+        self.add("PNG writer, shortest wall time by threads", "falls", text,
                  falls if len(ordered) > 1 else None)
         pixels = report["width"] * report["height"]
         self.details.append(

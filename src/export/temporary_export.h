@@ -11,6 +11,9 @@ class TemporaryExport final {
   /// Owns nothing.
   TemporaryExport() = default;
   explicit TemporaryExport(std::filesystem::path path);
+  TemporaryExport(const TemporaryExport&) = delete;
+  TemporaryExport& operator=(const TemporaryExport&) = delete;
+  /// Leaves `other` owning nothing.
   TemporaryExport(TemporaryExport&& other) noexcept;
   TemporaryExport& operator=(TemporaryExport&& other) noexcept;
   ~TemporaryExport();

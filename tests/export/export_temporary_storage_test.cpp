@@ -37,6 +37,8 @@ class Session {
   explicit Session(const fs::path& folder)
       : Session(QStringList{QString::fromStdString(folder.string())}) {}
   ~Session() { crash(); }
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
 
   /// The session folder; waits for it to be there.
   fs::path directory() {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "base/cancelled.h"
+#include "support/heif_maker.h"
 #include "support/icc_maker.h"
 #include "support/image_makers.h"
 #include "support/temporary_folder.h"
@@ -105,14 +106,32 @@ TEST_F(ImageSourceTest, RefusesAnimations) {
 }
 
 TEST_F(ImageSourceTest, RefusesPages) {
-  test::TiffSpec page;
+  testing::TiffSpec page;
   page.sample = [](uint32_t x, uint32_t y, int) { return x + y; };
-  test::saveTiff(m_folder / "one.png", {page});
+  testing::saveTiff(m_folder / "one.png", {page});
   const ImageSource source = ImageSource::load(m_folder / "one.png");
   EXPECT_EQ(source.type, ContentType::tiff());
   EXPECT_EQ(source.formatName(), QStringLiteral("TIFF"));
-  test::saveTiff(m_folder / "two.tif", {page, page});
+  testing::saveTiff(m_folder / "two.tif", {page, page});
   expectError(testing::loadBytes(m_folder / "two.tif"), ImageError::multipleImages);
+}
+
+TEST_F(ImageSourceTest, LoadsHeicWithItsFactsButNotItsFurtherPictures) {
+  if (!testing::canMakeHeif()) GTEST_SKIP() << "no encoder for HEIC";
+  testing::HeifSpec picture;
+  picture.sample = [](int x, int y, int) { return static_cast<uint16_t>(x + y); };
+  // The file format turns the picture; its EXIF data must not turn it again.
+  picture.orientation = 6;
+  picture.exif = testing::exifBlock(6);
+  const std::filesystem::path path = m_folder / "one.jpg";
+  testing::saveHeif(path, {picture});
+  const ImageSource source = ImageSource::load(path);
+  EXPECT_EQ(source.image.bounds(), (PixelRect{0, 0, 12, 20}));
+  EXPECT_EQ(source.type, ContentType::heic());
+  EXPECT_EQ(source.formatName(), QStringLiteral("HEIC"));
+  EXPECT_EQ(source.bytes, static_cast<int64_t>(std::filesystem::file_size(path)));
+  testing::saveHeif(path, {picture, picture});
+  expectError(testing::loadBytes(path), ImageError::multipleImages);
 }
 
 TEST_F(ImageSourceTest, CountsBeforeItDecodes) {

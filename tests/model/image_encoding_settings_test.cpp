@@ -33,9 +33,9 @@ TEST(ImageEncodingSettings, DifferInAnyField) {
 
 TEST(ImageBackground, KeepsEveryEightBitChannel) {
   for (int value = 0; value < 256; ++value) {
-    const ImageBackground background(QColor(value, 255 - value, value / 2));
-    EXPECT_EQ(background,
-              ImageBackground(value / 255.0, (255 - value) / 255.0, (value / 2) / 255.0));
+    const int half = value / 2;
+    const ImageBackground background(QColor(value, 255 - value, half));
+    EXPECT_EQ(background, ImageBackground(value / 255.0, (255 - value) / 255.0, half / 255.0));
     EXPECT_EQ(ImageBackground(background.color()), background);
     EXPECT_EQ(background.color().red(), value);
   }

@@ -2,6 +2,7 @@
 
 #include <lcms2.h>
 
+#include <cmath>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -61,7 +62,7 @@ inline std::vector<uint8_t> inkProfile() {
         const double black = in[3] / 65535.0;
         const double mean = (in[0] + in[1] + in[2]) / (3 * 65535.0);
         const double lightness = (1 - mean) * (1 - black);
-        out[0] = static_cast<cmsUInt16Number>(lightness * 65535.0 + 0.5);
+        out[0] = static_cast<cmsUInt16Number>(std::lround(lightness * 65535.0));
         out[1] = out[2] = 0x8080;
         return 1;
       },

@@ -233,6 +233,8 @@ class SmallDisk {
     if (m_isMounted) ::umount2(m_path.c_str(), MNT_DETACH);
 #endif
   }
+  SmallDisk(const SmallDisk&) = delete;
+  SmallDisk& operator=(const SmallDisk&) = delete;
   [[nodiscard]] bool isMounted() const {
     return m_isMounted;
   }

@@ -61,21 +61,21 @@ double hlgLight(double signal) {
   return std::pow(scene, 1.2) * kHlgPeak / kWhite;
 }
 
-Curve sampled(double (*light)(double)) {
+Curve sampled(cmsContext context, double (*light)(double)) {
   std::array<cmsUInt16Number, kTableSize> table;
   for (size_t i = 0; i < kTableSize; ++i) {
     const double value = std::min(light(static_cast<double>(i) / (kTableSize - 1)), 1.0);
     table[i] = static_cast<cmsUInt16Number>(std::lround(value * 65535));
   }
-  return Curve(cmsBuildTabulatedToneCurve16(nullptr, kTableSize, table.data()));
+  return Curve(cmsBuildTabulatedToneCurve16(context, kTableSize, table.data()));
 }
 
 /// The inverse of a power segment above a linear one: V = α L^(1/γ) − (α − 1), V = slope × L below,
 /// as ICC's parametric curve of type 3.
-Curve segmented(double gamma, double alpha, double slope, double from) {
+Curve segmented(cmsContext context, double gamma, double alpha, double slope, double from) {
   const std::array<cmsFloat64Number, 5> parameters = {gamma, 1 / alpha, (alpha - 1) / alpha,
                                                       1 / slope, from};
-  return Curve(cmsBuildParametricToneCurve(nullptr, 4, parameters.data()));
+  return Curve(cmsBuildParametricToneCurve(context, 4, parameters.data()));
 }
 
 struct Transfer {
@@ -84,55 +84,59 @@ struct Transfer {
 };
 
 /// ITU-T H.273, table 3.
-std::optional<Transfer> transferOf(int code) {
+std::optional<Transfer> transferOf(cmsContext context, int code) {
   switch (code) {
     case 1:
     case 6:
     case 14:
     case 15:
-      return Transfer{"video curve", segmented(1 / 0.45, 1.099, 4.5, 0.081)};
+      return Transfer{"video curve", segmented(context, 1 / 0.45, 1.099, 4.5, 0.081)};
     case 4:
-      return Transfer{"gamma 2.2", Curve(cmsBuildGamma(nullptr, 2.2))};
+      return Transfer{"gamma 2.2", Curve(cmsBuildGamma(context, 2.2))};
     case 5:
-      return Transfer{"gamma 2.8", Curve(cmsBuildGamma(nullptr, 2.8))};
+      return Transfer{"gamma 2.8", Curve(cmsBuildGamma(context, 2.8))};
     case 7:
-      return Transfer{"SMPTE 240M curve", segmented(1 / 0.45, 1.1115, 4, 0.0913)};
+      return Transfer{"SMPTE 240M curve", segmented(context, 1 / 0.45, 1.1115, 4, 0.0913)};
     case 8:
-      return Transfer{"linear", Curve(cmsBuildGamma(nullptr, 1))};
+      return Transfer{"linear", Curve(cmsBuildGamma(context, 1))};
     case kSrgbTransfer:
-      return Transfer{"sRGB curve", segmented(2.4, 1.055, 12.92, 0.04045)};
+      return Transfer{"sRGB curve", segmented(context, 2.4, 1.055, 12.92, 0.04045)};
     case 16:
-      return Transfer{"PQ", sampled(pqLight)};
+      return Transfer{"PQ", sampled(context, pqLight)};
     case 17:
-      return Transfer{"gamma 2.6", Curve(cmsBuildGamma(nullptr, 2.6))};
+      return Transfer{"gamma 2.6", Curve(cmsBuildGamma(context, 2.6))};
     case 18:
-      return Transfer{"HLG", sampled(hlgLight)};
+      return Transfer{"HLG", sampled(context, hlgLight)};
     default:
       return std::nullopt;
   }
 }
 
-LcmsProfile makeProfile(const Chromaticities& c, cmsToneCurve* curve, ColorModel model) {
-  if (model == ColorModel::Gray) return LcmsProfile(cmsCreateGrayProfile(cmsD50_xyY(), curve));
+LcmsProfile makeProfile(cmsContext context, const Chromaticities& c, cmsToneCurve* curve,
+                        ColorModel model) {
+  if (model == ColorModel::Gray) {
+    return LcmsProfile(cmsCreateGrayProfileTHR(context, cmsD50_xyY(), curve));
+  }
   const cmsCIExyY white = {c.whiteX, c.whiteY, 1};
   const cmsCIExyYTRIPLE primaries = {
       {c.redX, c.redY, 1}, {c.greenX, c.greenY, 1}, {c.blueX, c.blueY, 1}};
   std::array<cmsToneCurve*, 3> curves = {curve, curve, curve};
-  return LcmsProfile(cmsCreateRGBProfile(&white, &primaries, curves.data()));
+  return LcmsProfile(cmsCreateRGBProfileTHR(context, &white, &primaries, curves.data()));
 }
 
 }  // namespace
 
 std::vector<uint8_t> codedProfile(int primaries, int transfer, ColorModel model) {
+  const LcmsContext context = makeLcmsContext();
   const auto known = std::find_if(std::begin(kPrimaries), std::end(kPrimaries),
                                   [primaries](const Primaries& p) { return p.code == primaries; });
   const Primaries& space = known == std::end(kPrimaries) ? kPrimaries[0] : *known;
-  std::optional<Transfer> curve = transferOf(transfer);
+  std::optional<Transfer> curve = transferOf(context.get(), transfer);
   const bool likeSrgb = !curve || transfer == kSrgbTransfer;
   if (likeSrgb && (space.code == kBt709Primaries || model == ColorModel::Gray)) return {};
-  if (!curve) curve = transferOf(kSrgbTransfer);
+  if (!curve) curve = transferOf(context.get(), kSrgbTransfer);
 
-  LcmsProfile profile = makeProfile(space.chromaticities, curve->curve.get(), model);
+  LcmsProfile profile = makeProfile(context.get(), space.chromaticities, curve->curve.get(), model);
   std::string name = model == ColorModel::Gray ? std::string("Gray") : std::string(space.name);
   const bool isDisplayP3 = space.code == 12 && likeSrgb && model != ColorModel::Gray;
   if (!isDisplayP3) name += std::string(", ") + curve->name;

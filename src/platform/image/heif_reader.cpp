@@ -14,6 +14,7 @@
 #include "platform/image/coded_profile.h"
 #include "platform/image/color_profile.h"
 #include "platform/image/heif_boxes.h"
+#include "platform/image/heif_pixels.h"
 #include "platform/image/image_signature.h"
 
 namespace vantrel {
@@ -140,7 +141,6 @@ PixelLayout layoutOf(const heif_image_handle* handle, bool monochrome) {
 }
 
 heif_chroma chromaOf(const PixelLayout& layout) {
-  if (layout.model == ColorModel::Gray) return heif_chroma_monochrome;
   if (layout.sample == SampleFormat::UInt8) {
     return layout.alpha ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB;
   }
@@ -151,128 +151,18 @@ heif_chroma chromaOf(const PixelLayout& layout) {
   }
 }
 
+/// Decodes to red, green and blue whatever the model is: libheif cannot turn or crop luminance
+/// alone and keep it so.
 HeifImage decodeImage(const heif_image_handle* handle, const PixelLayout& layout) {
   const HeifOptions options(heif_decoding_options_alloc());
   if (!options) throw std::bad_alloc();
   options->strict_decoding = 1;
   heif_image* image = nullptr;
-  const heif_colorspace space =
-      layout.model == ColorModel::Gray ? heif_colorspace_monochrome : heif_colorspace_RGB;
-  check(heif_decode_image(handle, &image, space, chromaOf(layout), options.get()));
+  check(heif_decode_image(handle, &image, heif_colorspace_RGB, chromaOf(layout), options.get()));
   HeifImage owner(image, heif_image_release);
   heif_error warning;
   if (heif_image_get_decoding_warnings(image, 0, &warning, 1) > 0) throw ImageDamaged();
   return owner;
-}
-
-/// A plane of decoded samples, `bits` of each in use.
-struct Plane {
-  uint8_t* bytes;
-  size_t stride;
-  int64_t width, height;
-  int bits;
-};
-
-Plane planeOf(heif_image* image, heif_channel channel, int channels) {
-  int stride = 0;
-  uint8_t* bytes = heif_image_get_plane(image, channel, &stride);
-  const Plane plane{bytes, static_cast<size_t>(stride), heif_image_get_width(image, channel),
-                    heif_image_get_height(image, channel),
-                    heif_image_get_bits_per_pixel_range(image, channel)};
-  const int sampleBytes = plane.bits > 8 ? 2 : 1;
-  if (!bytes || plane.bits < 1 || plane.bits > 16 || plane.width < 1 || plane.height < 1 ||
-      plane.width * channels * sampleBytes > stride) {
-    throw ImageDamaged();
-  }
-  return plane;
-}
-
-/// `bits` spread over the whole range of Sample.
-template <typename Sample>
-Sample spread(uint32_t value, int bits) {
-  constexpr uint32_t kFull = std::numeric_limits<Sample>::max();
-  const uint32_t most = (1U << bits) - 1;
-  return static_cast<Sample>((std::min(value, most) * kFull + most / 2) / most);
-}
-
-void spreadOverSixteenBits(const Plane& plane, int channels) {
-  if (plane.bits == 16) return;
-  for (int64_t y = 0; y < plane.height; ++y) {
-    auto* sample = reinterpret_cast<uint16_t*>(plane.bytes + static_cast<size_t>(y) * plane.stride);
-    std::for_each_n(sample, plane.width * channels,
-                    [&plane](uint16_t& s) { s = spread<uint16_t>(s, plane.bits); });
-  }
-}
-
-template <typename Sample>
-void divideByAlpha(const Plane& plane, int colors) {
-  constexpr uint32_t kFull = std::numeric_limits<Sample>::max();
-  for (int64_t y = 0; y < plane.height; ++y) {
-    auto* pixel = reinterpret_cast<Sample*>(plane.bytes + static_cast<size_t>(y) * plane.stride);
-    for (int64_t x = 0; x < plane.width; ++x, pixel += colors + 1) {
-      const uint32_t alpha = pixel[colors];
-      for (int c = 0; c < colors; ++c) {
-        const uint32_t color = std::min<uint32_t>(pixel[c], alpha);
-        pixel[c] =
-            alpha == 0 ? Sample{0} : static_cast<Sample>((color * kFull + alpha / 2) / alpha);
-      }
-    }
-  }
-}
-
-template <typename Sample>
-void interleave(const Plane& from, Sample* to, int64_t step) {
-  for (int64_t y = 0; y < from.height; ++y) {
-    const uint8_t* row = from.bytes + static_cast<size_t>(y) * from.stride;
-    for (int64_t x = 0; x < from.width; ++x, to += step) {
-      const uint32_t value = from.bits > 8 ? reinterpret_cast<const uint16_t*>(row)[x] : row[x];
-      *to = spread<Sample>(value, from.bits);
-    }
-  }
-}
-
-/// The pixels of a decoded image as one interleaved plane, and what keeps them alive.
-struct Pixels {
-  Plane plane;
-  std::shared_ptr<const std::byte> owner;
-};
-
-Pixels colorPixels(const HeifImage& image, const PixelLayout& layout) {
-  const Plane plane = planeOf(image.get(), heif_channel_interleaved, layout.channels());
-  if ((plane.bits > 8) != (layout.sample == SampleFormat::UInt16)) throw ImageDamaged();
-  if (plane.bits > 8) spreadOverSixteenBits(plane, layout.channels());
-  // The bitmap is the decoder's own memory: no copy is made.
-  return {plane, {image, reinterpret_cast<const std::byte*>(plane.bytes)}};
-}
-
-Pixels grayPixels(const HeifImage& image, const PixelLayout& layout) {
-  Plane gray = planeOf(image.get(), heif_channel_Y, 1);
-  if ((gray.bits > 8) != (layout.sample == SampleFormat::UInt16)) throw ImageDamaged();
-  if (!layout.alpha) {
-    if (gray.bits > 8) spreadOverSixteenBits(gray, 1);
-    return {gray, {image, reinterpret_cast<const std::byte*>(gray.bytes)}};
-  }
-  const Plane alpha = planeOf(image.get(), heif_channel_Alpha, 1);
-  if (alpha.width != gray.width || alpha.height != gray.height) throw ImageDamaged();
-  if (!Bitmap::fits(static_cast<uint64_t>(gray.width), static_cast<uint64_t>(gray.height),
-                    layout.bytesPerPixel())) {
-    throw ImageDamaged();
-  }
-  const size_t stride =
-      static_cast<size_t>(gray.width) * static_cast<size_t>(layout.bytesPerPixel());
-  const std::shared_ptr<uint8_t> pixels(new uint8_t[stride * static_cast<size_t>(gray.height)],
-                                        std::default_delete<uint8_t[]>());
-  if (gray.bits > 8) {
-    auto* samples = reinterpret_cast<uint16_t*>(pixels.get());
-    interleave(gray, samples, 2);
-    interleave(alpha, samples + 1, 2);
-  } else {
-    interleave(gray, pixels.get(), 2);
-    interleave(alpha, pixels.get() + 1, 2);
-  }
-  gray.bytes = pixels.get();
-  gray.stride = stride;
-  return {gray, {pixels, reinterpret_cast<const std::byte*>(pixels.get())}};
 }
 
 std::vector<uint8_t> embeddedProfile(const heif_image_handle* handle, ColorModel model) {
@@ -307,14 +197,9 @@ Bitmap HeifReader::decode(const std::stop_token& stop) {
 
   const HeifImage image = decodeImage(primary, layout);
   throwIfCancelled(stop);
-  const Pixels pixels =
-      layout.model == ColorModel::Gray ? grayPixels(image, layout) : colorPixels(image, layout);
+  const HeifPixels pixels = heifPixels(image, layout);
   if (layout.alpha && heif_image_handle_is_premultiplied_alpha(primary)) {
-    if (layout.sample == SampleFormat::UInt8) {
-      divideByAlpha<uint8_t>(pixels.plane, layout.colorChannels());
-    } else {
-      divideByAlpha<uint16_t>(pixels.plane, layout.colorChannels());
-    }
+    divideByAlpha(pixels.plane, layout);
   }
   BitmapColor color;
   color.fileBits =

@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstring>
 
+#include "base/cancelled.h"
 #include "platform/image/color_profile.h"
 
 namespace vantrel {
@@ -14,9 +15,10 @@ int colorTypeOf(const PixelLayout& layout) {
   return (layout.model == ColorModel::Rgb ? 2 : 0) + (layout.alpha ? 4 : 0);
 }
 
-uint8_t highestIndex(const Bitmap& bitmap, const PixelRect& area) {
+uint8_t highestIndex(const Bitmap& bitmap, const PixelRect& area, const std::stop_token& stop) {
   uint8_t highest = 0;
   for (int64_t y = area.y; y < area.y + area.height; ++y) {
+    throwIfCancelled(stop);
     const auto* row = reinterpret_cast<const uint8_t*>(bitmap.pixel(area.x, y));
     for (int64_t x = 0; x < area.width; ++x)
       highest = std::max(highest, row[x]);
@@ -32,7 +34,7 @@ void swapWords(uint8_t* bytes, size_t size) {
 
 }  // namespace
 
-PngRows::PngRows(const Bitmap& bitmap, const PixelRect& area)
+PngRows::PngRows(const Bitmap& bitmap, const PixelRect& area, const std::stop_token& stop)
     : m_bitmap(bitmap), m_area(area), m_conversion(PixelConversion::forPng(bitmap)) {
   const PixelLayout& layout = m_conversion.layout();
   m_colorType = colorTypeOf(layout);
@@ -43,8 +45,8 @@ PngRows::PngRows(const Bitmap& bitmap, const PixelRect& area)
     m_bitDepth = fileBits;
   }
   const bool indexed = layout.model == ColorModel::Indexed;
-  if (indexed) choosePalette();
-  const auto bits = static_cast<size_t>(layout.channels() * m_bitDepth);
+  if (indexed) choosePalette(stop);
+  const auto bits = static_cast<size_t>(layout.channels()) * static_cast<size_t>(m_bitDepth);
   m_rowBytes = (static_cast<size_t>(area.width) * bits + 7) / 8;
   const ColorModel space = indexed ? ColorModel::Rgb : layout.model;
   if (profileFits(m_conversion.iccProfile(), space)) m_iccProfile = m_conversion.iccProfile();
@@ -55,9 +57,9 @@ size_t PngRows::pixelBytes() const {
 }
 
 // A pixel past the palette is opaque black; in a PNG it must have an entry that says so.
-void PngRows::choosePalette() {
+void PngRows::choosePalette(const std::stop_token& stop) {
   m_palette = m_bitmap.color().palette;
-  const size_t needed = size_t{highestIndex(m_bitmap, m_area)} + 1;
+  const size_t needed = size_t{highestIndex(m_bitmap, m_area, stop)} + 1;
   if (m_palette.size() < needed) m_palette.resize(needed);
   while (m_palette.size() > size_t{1} << m_bitDepth)
     m_bitDepth *= 2;

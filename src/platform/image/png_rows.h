@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <stop_token>
 #include <vector>
 
 #include "platform/image/bitmap.h"
@@ -13,7 +14,8 @@ namespace vantrel {
 /// with the high byte first. Immutable; any number of threads may read rows.
 class PngRows {
  public:
-  PngRows(const Bitmap& bitmap, const PixelRect& area);
+  /// Looks at the indices of an Indexed bitmap. Throws Cancelled, std::bad_alloc.
+  PngRows(const Bitmap& bitmap, const PixelRect& area, const std::stop_token& stop);
 
   [[nodiscard]] int64_t width() const { return m_area.width; }
   [[nodiscard]] int64_t height() const { return m_area.height; }
@@ -35,7 +37,7 @@ class PngRows {
   [[nodiscard]] const uint8_t* row(int64_t y, uint8_t* scratch) const;
 
  private:
-  void choosePalette();
+  void choosePalette(const std::stop_token& stop);
   void pack(const std::byte* samples, uint8_t* row) const;
 
   Bitmap m_bitmap;

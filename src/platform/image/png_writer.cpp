@@ -121,7 +121,7 @@ void writePngWithThreads(const Bitmap& bitmap, const PixelRect& area,
                          const std::filesystem::path& path, int threads,
                          const std::stop_token& stop) {
   throwIfCancelled(stop);
-  const PngRows rows(bitmap, area);
+  const PngRows rows(bitmap, area, stop);
   OutputFile file(path);
   PngChunkWriter chunks(file);
   chunks.writeSignature();

@@ -18,7 +18,7 @@ namespace {
 /// Pages beyond this are not counted: a file may chain any number of them.
 constexpr int kMostPages = 1000;
 /// Most bytes of a row, or of a tile unless the picture itself is larger.
-constexpr uint64_t kMostBufferBytes = uint64_t{256} << 20;
+constexpr uint64_t kMostBufferBytes = uint64_t{64} << 20;
 
 class TiffReader final : public ImageReader {
  public:
@@ -207,15 +207,16 @@ Bitmap decodeByLibrary(const TiffHandle& handle, TiffPicture& picture,
   const auto chunk =
       handle.field<uint32_t>(tiled ? TIFFTAG_TILELENGTH : TIFFTAG_ROWSPERSTRIP, picture.height);
   const uint32_t band = std::clamp<uint32_t>(chunk, 1, picture.height);
-  std::vector<uint32_t> raster(uint64_t{picture.width} * band);
+  // Not initialised: what is never decoded into is never taken from the system.
+  const auto raster = std::make_unique_for_overwrite<uint32_t[]>(size_t{picture.width} * band);
   std::vector<std::byte> row(size_t{picture.width} * 3);
   for (uint64_t top = 0; top < picture.height; top += band) {
     throwIfCancelled(stop);
     const auto rows = static_cast<uint32_t>(std::min<uint64_t>(band, picture.height - top));
     decoder.row_offset = static_cast<int>(top);
-    check(TIFFRGBAImageGet(&decoder, raster.data(), picture.width, rows), handle);
+    check(TIFFRGBAImageGet(&decoder, raster.get(), picture.width, rows), handle);
     for (uint32_t line = 0; line < rows; ++line) {
-      const uint32_t* pixel = raster.data() + uint64_t{line} * picture.width;
+      const uint32_t* pixel = raster.get() + uint64_t{line} * picture.width;
       for (size_t i = 0; i < row.size(); i += 3, ++pixel) {
         row[i] = static_cast<std::byte>(TIFFGetR(*pixel));
         row[i + 1] = static_cast<std::byte>(TIFFGetG(*pixel));

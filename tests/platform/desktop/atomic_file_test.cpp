@@ -46,6 +46,8 @@ class ProcessMask {
  public:
   explicit ProcessMask(mode_t mask) : m_before(::umask(mask)) {}
   ~ProcessMask() { ::umask(m_before); }
+  ProcessMask(const ProcessMask&) = delete;
+  ProcessMask& operator=(const ProcessMask&) = delete;
 
  private:
   mode_t m_before;
@@ -310,6 +312,8 @@ class FileSizeLimit {
     ::setrlimit(RLIMIT_FSIZE, &m_before);
     std::signal(SIGXFSZ, m_handler);
   }
+  FileSizeLimit(const FileSizeLimit&) = delete;
+  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
 
  private:
   void (*m_handler)(int);

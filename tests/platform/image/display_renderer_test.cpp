@@ -125,6 +125,28 @@ TEST(DisplayRenderer, ColoursGoThroughTheProfile) {
   EXPECT_EQ(deep[3], 255);
 }
 
+TEST(DisplayRenderer, DeepColoursAreExactToTheEdgeOfTheGamut) {
+  const auto profile = test::wideRgbProfile();
+  std::vector<uint16_t> samples;
+  for (uint32_t i = 0; i < 3000; ++i) {
+    samples.push_back(static_cast<uint16_t>(i * 40503U));
+  }
+  const Bytes output = rendered(picture<uint16_t>(1000, 1, {ColorModel::Rgb, SampleFormat::UInt16},
+                                                  samples, profiled(profile)));
+  cmsHPROFILE from = cmsOpenProfileFromMem(profile.data(), static_cast<uint32_t>(profile.size()));
+  cmsHPROFILE to = cmsCreate_sRGBProfile();
+  cmsHTRANSFORM exact = cmsCreateTransform(from, TYPE_RGB_16, to, TYPE_RGB_16,
+                                           INTENT_RELATIVE_COLORIMETRIC, cmsFLAGS_NOOPTIMIZE);
+  std::vector<uint16_t> expected(samples.size());
+  cmsDoTransform(exact, samples.data(), expected.data(), 1000);
+  for (size_t i = 0; i < samples.size(); ++i) {
+    ASSERT_NEAR(output[i / 3 * 4 + i % 3], expected[i] / 257.0, 0.6) << i;
+  }
+  cmsDeleteTransform(exact);
+  cmsCloseProfile(from);
+  cmsCloseProfile(to);
+}
+
 TEST(DisplayRenderer, GreyGoesThroughTheProfile) {
   // Linear grey: 0.5 is 188 in sRGB.
   const Bytes output = rendered(

@@ -281,6 +281,17 @@ TEST(PngReader, RefusesAWrongChecksumOfTheDeflateStream) {
   expectDamaged(makePngAround(made, compressed));
 }
 
+TEST(PngReader, RefusesAWrongChecksumThatComesAfterTheLastRow) {
+  PngSpec made = spec(2, 8, 40, 40);
+  Bytes compressed = testing::deflated(testing::pngRows(made));
+  const Bytes checksum(compressed.end() - 4, compressed.end());
+  compressed.resize(compressed.size() - 4);
+  made.after = {pngChunk("IDAT", checksum)};
+  EXPECT_NO_THROW((void)decodeBytes(makePngAround(made, compressed)));
+  made.after = {pngChunk("IDAT", {1, 2, 3, 4})};
+  expectDamaged(makePngAround(made, compressed));
+}
+
 TEST(PngReader, RefusesADeflateStreamWithoutItsChecksum) {
   const PngSpec made = spec(2, 8, 40, 40);
   Bytes compressed = testing::deflated(testing::pngRows(made));

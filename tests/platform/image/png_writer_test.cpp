@@ -244,7 +244,7 @@ TEST_F(PngWriter, WritesFloatsAsWordsInTheirOwnSpace) {
 
 TEST_F(PngWriter, IsWholeAtEveryBorderOfStripes) {
   const Bitmap probe = makeBitmap(1500, 2000, kRgb8, [](int64_t, int64_t, int) { return 0.0; });
-  const int64_t stripe = PngStripes(PngRows(probe, probe.bounds())).rowsPerStripe;
+  const int64_t stripe = PngStripes(PngRows(probe, probe.bounds(), {})).rowsPerStripe;
   ASSERT_GT(stripe, 2);
   for (const int64_t height : {stripe - 1, stripe, stripe + 1, 2 * stripe, 2 * stripe + 1}) {
     const Bitmap bitmap = makeBitmap(1500, height, kRgb8, scatter);
@@ -254,7 +254,7 @@ TEST_F(PngWriter, IsWholeAtEveryBorderOfStripes) {
 
 TEST_F(PngWriter, TakesRowsLongerThanAStripe) {
   const Bitmap wide = makeBitmap(400000, 3, kRgb8, scatter);
-  EXPECT_EQ(PngStripes(PngRows(wide, wide.bounds())).rowsPerStripe, 1);
+  EXPECT_EQ(PngStripes(PngRows(wide, wide.bounds(), {})).rowsPerStripe, 1);
   EXPECT_EQ(written(wide, wide.bounds()).pixels, storedBytes(wide, wide.bounds()));
 
   const Bitmap line = makeBitmap(2000003, 1, kGray8, scatter);
@@ -263,7 +263,7 @@ TEST_F(PngWriter, TakesRowsLongerThanAStripe) {
 
 TEST_F(PngWriter, TakesColumnsOneWide) {
   const Bitmap column = makeBitmap(1, 700001, kGray8, scatter);
-  EXPECT_GT(PngStripes(PngRows(column, column.bounds())).count, 2);
+  EXPECT_GT(PngStripes(PngRows(column, column.bounds(), {})).count, 2);
   EXPECT_EQ(written(column, column.bounds()).pixels, storedBytes(column, column.bounds()));
 }
 
