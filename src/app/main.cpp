@@ -1,0 +1,33 @@
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QFile>
+#include <QLocale>
+#include <csignal>
+
+#include "editor/application_look.h"
+#include "editor/application_windows.h"
+#include "platform/desktop/formatting.h"
+
+int main(int argc, char** argv) {
+  // Writing to a full disk or a closed pipe is an error to report, not a reason to die.
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+
+  QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("Vantrel"));
+  QApplication::setDesktopFileName(QStringLiteral("vantrel"));
+  QLocale::setDefault(vantrel::CropFormatting::locale());
+  vantrel::ApplicationLook::install();
+
+  QCommandLineParser arguments;
+  arguments.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("Files to open."),
+                                  QStringLiteral("[FILE…]"));
+  arguments.process(application);
+
+  vantrel::ApplicationWindows windows;
+  for (const QString& file : arguments.positionalArguments()) {
+    windows.openFile(QFile::encodeName(file).toStdString());
+  }
+  if (arguments.positionalArguments().isEmpty()) windows.openEditor();
+  return QApplication::exec();
+}

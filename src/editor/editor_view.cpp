@@ -1,0 +1,173 @@
+#include "editor/editor_view.h"
+
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QEvent>
+#include <QFile>
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QMessageBox>
+#include <QStackedLayout>
+#include <utility>
+
+#include "canvas/crop_appearance.h"
+#include "canvas/crop_canvas.h"
+#include "controls/message_layout.h"
+#include "editor/drop_highlight_view.h"
+#include "editor/empty_canvas_view.h"
+#include "inspector/inspector_view.h"
+
+namespace vantrel {
+namespace {
+
+// What a picture keeps free of the edges of the canvas, in points.
+constexpr QMarginsF kFramingInsets{20, 20, 20, 20};
+
+InspectorSource inspectorSource(const EditorState& state) {
+  InspectorSource source;
+  if (state.loaded()) {
+    source.imageSource = state.file()->imageSource;
+    source.sourceBytes = state.file()->sourceBytes;
+  }
+  source.sourceSize = state.sourceSize();
+  source.loaded = state.loaded();
+  source.busy = state.busy();
+  source.canExport = state.canExport();
+  return source;
+}
+
+/// Never a move, after which the other side would delete the file.
+void acceptCopy(QDropEvent& event) {
+  event.setDropAction(Qt::CopyAction);
+  event.accept();
+}
+
+}  // namespace
+
+EditorView::EditorView(ExportSession::Review review, QWidget* parent)
+    : QWidget(parent), m_loader(m_state), m_exports(m_state, std::move(review)) {
+  setAcceptDrops(true);
+  buildLayout();
+  watchState();
+  updateChildren();
+}
+
+EditorView::~EditorView() {
+  // Its fields end their editing while the history still stands.
+  delete m_inspector;
+}
+
+void EditorView::buildLayout() {
+  m_canvas = new CropCanvas(this);
+  m_canvas->setFramingInsets(kFramingInsets);
+  m_empty = new EmptyCanvasView(this);
+  m_inspector = new InspectorView(m_state.history(), m_state.exportState(),
+                                  CropAppearance::exportAccent(), this);
+  m_dropHighlight = new DropHighlightView(this);
+
+  auto* stack = new QStackedLayout;
+  stack->setStackingMode(QStackedLayout::StackAll);
+  stack->addWidget(m_empty);
+  stack->addWidget(m_canvas);
+  auto* layout = new QHBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addLayout(stack, 1);
+  layout->addWidget(m_inspector);
+
+  connect(m_empty, &EmptyCanvasView::openRequested, this, &EditorView::openMedia);
+  connect(m_inspector, &InspectorView::exportRequested, &m_exports, &ExportSession::exportMedia);
+  connect(m_inspector, &InspectorView::cancelRequested, &m_exports, &ExportSession::cancel);
+}
+
+void EditorView::watchState() {
+  for (const auto changed : {&EditorState::fileChanged, &EditorState::busyChanged,
+                             &EditorState::cameraChanged, &EditorState::appearanceChanged}) {
+    connect(&m_state, changed, this, &EditorView::scheduleUpdate);
+  }
+  for (const auto changed : {&EditHistory::cropChanged, &EditHistory::encodingChanged,
+                             &EditHistory::imageEncodingChanged, &EditHistory::revisionChanged}) {
+    connect(&m_state.history(), changed, this, &EditorView::scheduleUpdate);
+  }
+  connect(&m_state, &EditorState::openErrorChanged, this, &EditorView::showOpenError);
+  connect(&m_state, &EditorState::exportErrorChanged, this, &EditorView::showExportError);
+}
+
+void EditorView::scheduleUpdate() {
+  if (std::exchange(m_updateScheduled, true)) return;
+  QMetaObject::invokeMethod(this, &EditorView::updateChildren, Qt::QueuedConnection);
+}
+
+void EditorView::updateChildren() {
+  m_updateScheduled = false;
+  m_canvas->setPicture(m_state.isImage() ? m_state.file()->imageSource->image : Bitmap());
+  m_canvas->setCrop(m_state.history().crop());
+  m_canvas->setCanvasColor(canvasColor());
+  m_canvas->setEnabled(!m_state.busy());
+  m_empty->setVisible(!m_state.loaded());
+  m_empty->setEnabled(!m_state.busy());
+  if (!m_state.loaded()) m_empty->raise();
+  m_inspector->setSource(inspectorSource(m_state));
+  m_inspector->setVisible(m_state.loaded() && m_state.showInspector());
+  m_dropHighlight->setVisible(m_state.dropTargeted());
+  m_dropHighlight->raise();
+  Q_EMIT updated();
+}
+
+QColor EditorView::canvasColor() const {
+  if (!m_state.loaded()) return palette().color(QPalette::Window);
+  return m_state.canvasColor().value_or(CropAppearance::canvas(palette()));
+}
+
+void EditorView::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) scheduleUpdate();
+}
+
+void EditorView::openMedia() {
+  auto* dialog = new QFileDialog(this, tr("Open"), {}, MediaLoader::openFilter());
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->setFileMode(QFileDialog::ExistingFile);
+  connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& file) {
+    m_loader.loadMedia(QFile::encodeName(file).toStdString());
+  });
+  dialog->open();
+}
+
+void EditorView::dragEnterEvent(QDragEnterEvent* event) {
+  if (!m_loader.acceptsMedia(*event->mimeData())) return;
+  m_state.setDropTargeted(true);
+  acceptCopy(*event);
+}
+
+void EditorView::dragLeaveEvent(QDragLeaveEvent* /*event*/) {
+  m_state.setDropTargeted(false);
+}
+
+void EditorView::dropEvent(QDropEvent* event) {
+  m_state.setDropTargeted(false);
+  if (m_loader.receiveMedia(*event->mimeData())) acceptCopy(*event);
+}
+
+void EditorView::showOpenError() {
+  if (!m_state.openError()) return;
+  showAlert(tr("Could Not Open File"), *m_state.openError(), [this] { m_state.setOpenError({}); });
+}
+
+void EditorView::showExportError() {
+  if (!m_state.exportError()) return;
+  showAlert(tr("Could Not Export File"), *m_state.exportError(),
+            [this] { m_state.setExportError({}); });
+}
+
+void EditorView::showAlert(const QString& title, const QString& message,
+                           const std::function<void()>& clear) {
+  auto* alert = new QMessageBox(QMessageBox::NoIcon, title, title, QMessageBox::Ok, this);
+  alert->setInformativeText(message);
+  layOutMessage(*alert);
+  alert->setAttribute(Qt::WA_DeleteOnClose);
+  connect(alert, &QDialog::finished, this, clear);
+  alert->open();
+}
+
+}  // namespace vantrel

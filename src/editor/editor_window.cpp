@@ -1,0 +1,113 @@
+#include "editor/editor_window.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QKeySequence>
+#include <QMenu>
+#include <QMenuBar>
+#include <QScreen>
+#include <QToolBar>
+#include <utility>
+
+#include "editor/editor_view.h"
+#include "editor/text_editing.h"
+#include "editor/toolbar_icon.h"
+#include "platform/desktop/file_error.h"
+
+namespace vantrel {
+namespace {
+
+// Points.
+constexpr QSize kMinimumSize{900, 600};
+constexpr QSize kIdealSize{1280, 800};
+constexpr int kToolBarHeight = 48;
+
+QString withKey(const QString& help, const QKeySequence& key) {
+  return QStringLiteral("%1 (%2)").arg(help, key.toString(QKeySequence::NativeText));
+}
+
+}  // namespace
+
+EditorWindow::EditorWindow(ExportSession::Review review, QWidget* parent)
+    : QMainWindow(parent), m_view(new EditorView(std::move(review), this)) {
+  setAttribute(Qt::WA_DeleteOnClose);
+  setContextMenuPolicy(Qt::NoContextMenu);
+  setMinimumSize(kMinimumSize);
+  resize(kIdealSize.boundedTo(screen()->availableSize()));
+  buildFileMenu();
+  buildEditMenu();
+  buildToolBar();
+  setCentralWidget(m_view);
+  connect(m_view, &EditorView::updated, this, &EditorWindow::updateActions);
+  connect(qApp, &QApplication::focusChanged, this, &EditorWindow::updateActions);
+  updateIcons();
+  updateActions();
+}
+
+void EditorWindow::buildFileMenu() {
+  QMenu* menu = menuBar()->addMenu(tr("&File"));
+  menu->addAction(tr("New Window"), QKeySequence(Qt::CTRL | Qt::Key_N), this,
+                  &EditorWindow::newWindowRequested);
+  menu->addSeparator();
+  m_open = menu->addAction(tr("Open…"), QKeySequence(Qt::CTRL | Qt::Key_O), m_view,
+                           &EditorView::openMedia);
+  m_closeFile = menu->addAction(tr("Close File"), QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_W),
+                                &m_view->loader(), &MediaLoader::closeMedia);
+  menu->addAction(tr("Close Window"), QKeySequence(Qt::CTRL | Qt::Key_W), this, &QWidget::close);
+  menu->addSeparator();
+  m_export = menu->addAction(tr("Export Crop…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E),
+                             &m_view->exports(), &ExportSession::exportMedia);
+  menu->addSeparator();
+  QAction* quit = menu->addAction(tr("Quit"), QKeySequence(Qt::CTRL | Qt::Key_Q), this,
+                                  &EditorWindow::quitRequested);
+  quit->setMenuRole(QAction::QuitRole);
+}
+
+void EditorWindow::buildEditMenu() {
+  QMenu* menu = menuBar()->addMenu(tr("&Edit"));
+  m_undo = menu->addAction(tr("Undo"), QKeySequence(Qt::CTRL | Qt::Key_Z), &m_view->state(),
+                           &EditorState::undoEdit);
+  m_redo = menu->addAction(tr("Redo"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z),
+                           &m_view->state(), &EditorState::redoEdit);
+}
+
+void EditorWindow::buildToolBar() {
+  QToolBar* bar = addToolBar(tr("Tools"));
+  bar->setMovable(false);
+  bar->setFixedHeight(kToolBarHeight);
+  bar->setToolButtonStyle(Qt::ToolButtonIconOnly);
+  bar->addAction(m_open);
+  m_open->setToolTip(withKey(tr("Open an image or video"), m_open->shortcut()));
+  m_undoButton = bar->addAction(tr("Undo"), &m_view->state(), &EditorState::undoEdit);
+  m_undoButton->setToolTip(withKey(tr("Undo"), m_undo->shortcut()));
+  m_redoButton = bar->addAction(tr("Redo"), &m_view->state(), &EditorState::redoEdit);
+  m_redoButton->setToolTip(withKey(tr("Redo"), m_redo->shortcut()));
+}
+
+void EditorWindow::updateActions() {
+  const EditorState& state = m_view->state();
+  const EditHistory& history = state.history();
+  const bool canEdit = state.loaded() && !state.busy();
+  m_open->setEnabled(!state.busy());
+  m_closeFile->setEnabled(canEdit);
+  m_export->setEnabled(state.canExport());
+  m_undo->setEnabled(canEdit && (history.canUndo() || isEditingText()));
+  m_redo->setEnabled(canEdit && (history.canRedo() || isEditingText()));
+  m_undoButton->setEnabled(!state.busy() && history.canUndo());
+  m_redoButton->setEnabled(!state.busy() && history.canRedo());
+  setWindowTitle(state.loaded() ? displayName(state.file()->path)
+                                : QCoreApplication::applicationName());
+}
+
+void EditorWindow::updateIcons() {
+  m_open->setIcon(toolbarIcon(QStringLiteral("open"), palette()));
+  m_undoButton->setIcon(toolbarIcon(QStringLiteral("undo"), palette()));
+  m_redoButton->setIcon(toolbarIcon(QStringLiteral("redo"), palette()));
+}
+
+void EditorWindow::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange && m_open) updateIcons();
+}
+
+}  // namespace vantrel

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QMainWindow>
+
+#include "editor/export_session.h"
+
+class QAction;
+
+namespace vantrel {
+
+class EditorView;
+
+/// A window with one editor: title, menus and tool bar. Closing it deletes it and cancels what runs
+/// in it.
+class EditorWindow final : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  explicit EditorWindow(ExportSession::Review review, QWidget* parent = nullptr);
+
+  [[nodiscard]] EditorView* view() const { return m_view; }
+
+ Q_SIGNALS:
+  void newWindowRequested();
+  void quitRequested();
+
+ protected:
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void buildFileMenu();
+  void buildEditMenu();
+  void buildToolBar();
+  void updateActions();
+  void updateIcons();
+
+  EditorView* m_view;
+  QAction* m_open = nullptr;
+  QAction* m_closeFile = nullptr;
+  QAction* m_export = nullptr;
+  QAction* m_undo = nullptr;
+  QAction* m_redo = nullptr;
+  // The buttons follow the history alone, the menu items also serve the text being typed.
+  QAction* m_undoButton = nullptr;
+  QAction* m_redoButton = nullptr;
+};
+
+}  // namespace vantrel

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QObject>
+#include <functional>
+#include <memory>
+
+#include "editor/editor_state.h"
+#include "export/image_export_operation.h"
+
+namespace vantrel {
+
+/// The exports of one editor, one at a time: from the command to the review. Each ends in one of
+/// three ways: the finished file goes to the review, or it is cancelled, or it failed; the editor
+/// is as before. Main thread; the destructor cancels and waits.
+class ExportSession final : public QObject {
+  Q_OBJECT
+
+ public:
+  /// Opens the review of a finished export, which is its own from then on.
+  using Review = std::function<void(FinishedExport)>;
+
+  ExportSession(EditorState& state, Review review, QObject* parent = nullptr);
+  ~ExportSession() override;
+
+  /// Commits what is being typed, and starts unless the state forbids it.
+  void exportMedia();
+  /// Nothing when no export runs. The outcome comes later.
+  void cancel();
+
+ private:
+  void exportImage();
+  void finish(ImageExportOperation::Outcome outcome);
+
+  EditorState& m_state;
+  Review m_review;
+  std::unique_ptr<ImageExportOperation> m_operation;
+};
+
+}  // namespace vantrel

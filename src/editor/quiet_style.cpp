@@ -1,0 +1,205 @@
+#include "editor/quiet_style.h"
+
+#include <QPainter>
+#include <QStyleOption>
+#include <QWidget>
+
+namespace vantrel {
+namespace {
+
+// Points.
+constexpr double kFieldRadius = 5;
+constexpr double kButtonRadius = 7;
+constexpr double kFocusWidth = 2;
+constexpr int kToolIcon = 18;
+constexpr int kToolButton = 32;
+constexpr int kToolBarMargin = 12;
+constexpr int kToolBarSpacing = 8;
+constexpr int kMenuBarMargin = 6;
+constexpr int kMenuBarItemHeight = 26;
+constexpr int kFieldPadding = 4;
+
+constexpr double kDisabledOpacity = 0.45;
+constexpr int kHoverLighter = 112;
+constexpr int kPressDarker = 112;
+constexpr int kColoredSaturation = 128;
+constexpr float kToolHover = 0.08F;
+constexpr float kToolPress = 0.14F;
+
+void drawPlate(QPainter* painter, const QRect& rect, double radius, const QColor& fill,
+               const QColor& border, double width) {
+  painter->save();
+  painter->setRenderHint(QPainter::Antialiasing);
+  painter->setPen(width > 0 ? QPen(border, width) : QPen(Qt::NoPen));
+  painter->setBrush(fill);
+  const double inset = width / 2;
+  painter->drawRoundedRect(QRectF(rect).adjusted(inset, inset, -inset, -inset), radius - inset,
+                           radius - inset);
+  painter->restore();
+}
+
+void drawField(const QStyleOption* option, QPainter* painter) {
+  const QPalette& palette = option->palette;
+  const bool focused = option->state.testFlag(QStyle::State_HasFocus);
+  drawPlate(painter, option->rect, kFieldRadius, palette.color(QPalette::Base),
+            palette.color(focused ? QPalette::Highlight : QPalette::Mid),
+            focused ? kFocusWidth : 1);
+}
+
+void drawButton(const QStyleOption* option, QPainter* painter) {
+  const QStyle::State state = option->state;
+  const QPalette& palette = option->palette;
+  const bool enabled = state.testFlag(QStyle::State_Enabled);
+  QColor fill = palette.color(QPalette::Button);
+  if (enabled && state.testFlag(QStyle::State_Sunken)) {
+    fill = fill.darker(kPressDarker);
+  } else if (enabled && state.testFlag(QStyle::State_MouseOver)) {
+    fill = fill.lighter(kHoverLighter);
+  }
+  const bool focused =
+      state.testFlag(QStyle::State_HasFocus) && state.testFlag(QStyle::State_KeyboardFocusChange);
+  const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+  const bool marked =
+      focused || (button && button->features.testFlag(QStyleOptionButton::DefaultButton));
+  // A coloured button needs no border.
+  const bool plain = palette.color(QPalette::Button).saturation() < kColoredSaturation;
+  const double border = focused ? kFocusWidth : (plain ? 1 : 0);
+  drawPlate(painter, option->rect, kButtonRadius, fill,
+            palette.color(marked ? QPalette::Highlight : QPalette::Mid), border);
+}
+
+void drawToolButton(const QStyleOption* option, QPainter* painter) {
+  const QStyle::State state = option->state;
+  if (!state.testFlag(QStyle::State_Enabled)) return;
+  const bool pressed = state.testFlag(QStyle::State_Sunken) || state.testFlag(QStyle::State_On);
+  if (!pressed && !state.testFlag(QStyle::State_MouseOver)) return;
+  QColor fill = option->palette.color(QPalette::WindowText);
+  fill.setAlphaF(pressed ? kToolPress : kToolHover);
+  drawPlate(painter, option->rect, kButtonRadius, fill, {}, 0);
+}
+
+void drawBar(const QStyleOption* option, QPainter* painter, bool bottomLine) {
+  painter->fillRect(option->rect, option->palette.color(QPalette::AlternateBase));
+  if (!bottomLine) return;
+  QRect line = option->rect;
+  line.setTop(line.bottom());
+  painter->fillRect(line, option->palette.color(QPalette::Midlight));
+}
+
+void drawMenuBarItem(const QStyleOptionMenuItem& item, QPainter* painter, const QStyle& style) {
+  painter->fillRect(item.rect, item.palette.color(QPalette::AlternateBase));
+  if (item.state.testFlag(QStyle::State_Selected)) {
+    QColor fill = item.palette.color(QPalette::WindowText);
+    fill.setAlphaF(kToolHover);
+    drawPlate(painter, item.rect.adjusted(1, 2, -1, -2), kFieldRadius, fill, {}, 0);
+  }
+  const int flags =
+      Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextDontClip | Qt::TextSingleLine |
+      (style.styleHint(QStyle::SH_UnderlineShortcut, &item) ? 0 : Qt::TextHideMnemonic);
+  style.drawItemText(painter, item.rect, flags, item.palette,
+                     item.state.testFlag(QStyle::State_Enabled), item.text, QPalette::WindowText);
+}
+
+}  // namespace
+
+QuietStyle::QuietStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+void QuietStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
+                               QPainter* painter, const QWidget* widget) const {
+  switch (element) {
+    case PE_PanelLineEdit:
+    case PE_FrameLineEdit:
+      if (widget && !widget->isEnabled()) painter->setOpacity(kDisabledOpacity);
+      if (element == PE_PanelLineEdit) drawField(option, painter);
+      painter->setOpacity(1);
+      return;
+    case PE_PanelButtonCommand:
+      drawButton(option, painter);
+      return;
+    case PE_PanelButtonTool:
+      drawToolButton(option, painter);
+      return;
+    case PE_PanelMenuBar:
+    case PE_FrameFocusRect:
+    case PE_FrameStatusBarItem:
+      return;
+    default:
+      QProxyStyle::drawPrimitive(element, option, painter, widget);
+  }
+}
+
+void QuietStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                             const QWidget* widget) const {
+  switch (element) {
+    case CE_MenuBarEmptyArea:
+      drawBar(option, painter, false);
+      return;
+    case CE_ToolBar:
+      drawBar(option, painter, true);
+      return;
+    case CE_MenuBarItem:
+      if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
+        drawMenuBarItem(*item, painter, *this);
+        return;
+      }
+      break;
+    default:
+      break;
+  }
+  QProxyStyle::drawControl(element, option, painter, widget);
+}
+
+QSize QuietStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
+                                   const QSize& contents, const QWidget* widget) const {
+  const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+  switch (type) {
+    case CT_ToolButton:
+      return size.expandedTo({kToolButton, kToolButton});
+    case CT_MenuBarItem:
+      return {size.width(), kMenuBarItemHeight};
+    default:
+      return size;
+  }
+}
+
+QRect QuietStyle::subElementRect(SubElement element, const QStyleOption* option,
+                                 const QWidget* widget) const {
+  if (element != SE_LineEditContents) return QProxyStyle::subElementRect(element, option, widget);
+  return option->rect.adjusted(kFieldPadding, 1, -kFieldPadding, -1);
+}
+
+int QuietStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
+                            const QWidget* widget) const {
+  switch (metric) {
+    case PM_ToolBarIconSize:
+      return kToolIcon;
+    case PM_ToolBarItemMargin:
+      return kToolBarMargin;
+    case PM_ToolBarItemSpacing:
+      return kToolBarSpacing;
+    case PM_MenuBarHMargin:
+      return kMenuBarMargin;
+    case PM_ToolBarFrameWidth:
+    case PM_MenuBarVMargin:
+    case PM_MenuBarPanelWidth:
+    case PM_ButtonShiftHorizontal:
+    case PM_ButtonShiftVertical:
+      return 0;
+    default:
+      return QProxyStyle::pixelMetric(metric, option, widget);
+  }
+}
+
+int QuietStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                          QStyleHintReturn* returned) const {
+  switch (hint) {
+    case SH_UnderlineShortcut:
+    case SH_DialogButtonBox_ButtonsHaveIcons:
+    case SH_EtchDisabledText:
+      return 0;
+    default:
+      return QProxyStyle::styleHint(hint, option, widget, returned);
+  }
+}
+
+}  // namespace vantrel

@@ -1,0 +1,75 @@
+#include "editor/system_appearance.h"
+
+#include <QDBusConnection>
+#include <QDBusInterface>
+#include <QDBusReply>
+#include <QDBusVariant>
+#include <QGuiApplication>
+#include <QPalette>
+#include <QStyleHints>
+
+#include "canvas/crop_appearance.h"
+
+namespace vantrel {
+namespace {
+
+const QString kService = QStringLiteral("org.freedesktop.portal.Desktop");
+const QString kPath = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString kSettings = QStringLiteral("org.freedesktop.portal.Settings");
+const QString kGroup = QStringLiteral("org.freedesktop.appearance");
+const QString kKey = QStringLiteral("color-scheme");
+// Of the portal: 0 no preference, 1 dark, 2 light.
+constexpr uint kDark = 1;
+constexpr int kTimeoutMilliseconds = 250;
+
+/// A value out of however many variants it is wrapped in: Read wraps twice.
+QVariant unwrapped(QVariant value) {
+  while (value.canConvert<QDBusVariant>())
+    value = value.value<QDBusVariant>().variant();
+  return value;
+}
+
+bool toolkitPrefersDark() {
+#if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
+  if (QGuiApplication::styleHints()->colorScheme() == Qt::ColorScheme::Dark) return true;
+#endif
+  return CropAppearance::isDark(QGuiApplication::palette());
+}
+
+}  // namespace
+
+SystemAppearance::SystemAppearance(QObject* parent)
+    : QObject(parent), m_dark(toolkitPrefersDark()) {
+#if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
+  connect(QGuiApplication::styleHints(), &QStyleHints::colorSchemeChanged, this,
+          [this](Qt::ColorScheme scheme) { setDark(scheme == Qt::ColorScheme::Dark); });
+#endif
+  askPortal();
+}
+
+void SystemAppearance::askPortal() {
+  QDBusConnection bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected()) return;
+  // The toolkit's bus knows slots by name only.
+  bus.connect(kService, kPath, kSettings, QStringLiteral("SettingChanged"), this,
+              SLOT(takeSetting(QString, QString, QDBusVariant)));
+  QDBusMessage read =
+      QDBusMessage::createMethodCall(kService, kPath, kSettings, QStringLiteral("Read"));
+  read << kGroup << kKey;
+  const QDBusReply<QDBusVariant> reply = bus.call(read, QDBus::Block, kTimeoutMilliseconds);
+  if (reply.isValid()) takeSetting(kGroup, kKey, reply.value());
+}
+
+void SystemAppearance::takeSetting(const QString& group, const QString& key,
+                                   const QDBusVariant& value) {
+  if (group != kGroup || key != kKey) return;
+  setDark(unwrapped(value.variant()).toUInt() == kDark);
+}
+
+void SystemAppearance::setDark(bool dark) {
+  if (dark == m_dark) return;
+  m_dark = dark;
+  Q_EMIT changed();
+}
+
+}  // namespace vantrel

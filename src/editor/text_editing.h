@@ -1,0 +1,12 @@
+#pragma once
+
+namespace vantrel {
+
+/// Whether a text field has the keyboard focus of the active window. Main thread.
+[[nodiscard]] bool isEditingText();
+
+/// Takes the focus of the active window from the field that has it, which commits what was typed
+/// there and closes its transaction. Main thread.
+void endTextEditing();
+
+}  // namespace vantrel

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QIcon>
+#include <QString>
+
+class QPalette;
+
+namespace vantrel {
+
+/// The drawn icon of this name in the text colour of `palette`, and in its disabled colour.
+[[nodiscard]] QIcon toolbarIcon(const QString& name, const QPalette& palette);
+
+}  // namespace vantrel

@@ -1,0 +1,76 @@
+#include "inspector/export_progress_bar.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QTimerEvent>
+#include <cmath>
+
+namespace vantrel {
+namespace {
+
+// Points.
+constexpr int kHeight = 6;
+constexpr int kFrameMilliseconds = 16;
+constexpr int kTravelMilliseconds = 1400;
+// The length of the travelling part, of the whole.
+constexpr double kTravellerLength = 0.3;
+constexpr float kTrackOpacity = 0.16F;
+
+}  // namespace
+
+ExportProgressBar::ExportProgressBar(const QColor& accent, QWidget* parent)
+    : QProgressBar(parent), m_accent(accent) {
+  setTextVisible(false);
+  setFixedHeight(kHeight);
+}
+
+QSize ExportProgressBar::sizeHint() const {
+  return {2 * kHeight, kHeight};
+}
+
+void ExportProgressBar::showEvent(QShowEvent* event) {
+  m_clock.start();
+  m_frames.start(kFrameMilliseconds, this);
+  QProgressBar::showEvent(event);
+}
+
+void ExportProgressBar::hideEvent(QHideEvent* event) {
+  m_frames.stop();
+  QProgressBar::hideEvent(event);
+}
+
+void ExportProgressBar::timerEvent(QTimerEvent* event) {
+  if (event->timerId() != m_frames.timerId()) {
+    QProgressBar::timerEvent(event);
+  } else if (maximum() == minimum()) {
+    update();
+  }
+}
+
+void ExportProgressBar::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  const QRectF track(rect());
+  const double radius = track.height() / 2;
+  QPainterPath clip;
+  clip.addRoundedRect(track, radius, radius);
+  painter.setClipPath(clip);
+  QColor trackColor = palette().color(QPalette::WindowText);
+  trackColor.setAlphaF(kTrackOpacity);
+  painter.fillRect(track, trackColor);
+
+  QRectF part = track;
+  if (maximum() == minimum()) {
+    const double phase =
+        std::fmod(static_cast<double>(m_clock.elapsed()) / kTravelMilliseconds, 1.0);
+    part.setWidth(track.width() * kTravellerLength);
+    part.moveLeft(phase * (track.width() + part.width()) - part.width());
+  } else {
+    part.setWidth(track.width() * (value() - minimum()) / (maximum() - minimum()));
+  }
+  painter.setBrush(m_accent);
+  painter.drawRoundedRect(part, radius, radius);
+}
+
+}  // namespace vantrel

@@ -1,0 +1,92 @@
+#include "inspector/inspector_view.h"
+
+#include <QFrame>
+#include <QPainter>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+#include "inspector/crop_export_footer.h"
+#include "inspector/crop_section.h"
+#include "inspector/original_section.h"
+#include "model/edit_history.h"
+
+namespace vantrel {
+namespace {
+
+// Points.
+constexpr int kPadding = 16;
+constexpr int kSectionSpacing = 20;
+
+/// A line of one point between areas.
+class Hairline final : public QWidget {
+ public:
+  explicit Hairline(QWidget* parent) : QWidget(parent) { setFixedHeight(1); }
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QPainter(this).fillRect(rect(), palette().color(QPalette::Midlight));
+  }
+};
+
+CropExportFooter::Output outputOf(const EditHistory& history, const InspectorSource& source) {
+  const CropMargins& crop = history.crop();
+  return {source.canExport, source.loaded,
+          static_cast<int64_t>(source.sourceSize.width()) - crop.left - crop.right,
+          static_cast<int64_t>(source.sourceSize.height()) - crop.top - crop.bottom,
+          source.imageSource ? ImageEncodingSettings::rawValue(history.imageEncoding().format)
+                             : EncodingSettings::rawValue(history.codec())};
+}
+
+}  // namespace
+
+InspectorView::InspectorView(EditHistory& history, const CropExportState& exportState,
+                             const QColor& accent, QWidget* parent)
+    : QWidget(parent), m_history(history) {
+  setFixedWidth(kWidth);
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  m_footer = new CropExportFooter(exportState, accent, this);
+  connect(m_footer, &CropExportFooter::exportRequested, this, &InspectorView::exportRequested);
+  connect(m_footer, &CropExportFooter::cancelRequested, this, &InspectorView::cancelRequested);
+
+  auto* scroll = new QScrollArea(this);
+  scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  scroll->setWidgetResizable(true);
+  scroll->setWidget(makeSections());
+  scroll->viewport()->setAutoFillBackground(false);
+  scroll->widget()->setAutoFillBackground(false);
+
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(1, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(scroll, 1);
+  layout->addWidget(new Hairline(this));
+  layout->addWidget(m_footer);
+}
+
+QWidget* InspectorView::makeSections() {
+  auto* sections = new QWidget(this);
+  m_original = new OriginalSection(sections);
+  m_crop = new CropSection(m_history, sections);
+  auto* layout = new QVBoxLayout(sections);
+  layout->setContentsMargins(kPadding, kPadding, kPadding, kPadding);
+  layout->setSpacing(kSectionSpacing);
+  layout->addWidget(m_original);
+  layout->addWidget(m_crop);
+  layout->addStretch();
+  return sections;
+}
+
+void InspectorView::setSource(const InspectorSource& source) {
+  m_original->setSource(source);
+  m_crop->setSource(source);
+  m_footer->setOutput(outputOf(m_history, source));
+}
+
+void InspectorView::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.fillRect(rect(), palette().window());
+  painter.fillRect(QRect(0, 0, 1, height()), palette().color(QPalette::Midlight));
+}
+
+}  // namespace vantrel

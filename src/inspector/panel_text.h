@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+
+class QLabel;
+class QWidget;
+
+/// The labels of the panel, in its three weights.
+namespace vantrel::PanelText {
+
+/// Sizes in points of the screen.
+inline constexpr int kTextSize = 13, kCaptionSize = 11;
+
+/// Text of `kTextSize`, semibold.
+[[nodiscard]] QLabel* title(const QString& text, QWidget* parent);
+/// Text of `kTextSize`.
+[[nodiscard]] QLabel* body(const QString& text, QWidget* parent);
+/// Text of `kCaptionSize` in the secondary colour.
+[[nodiscard]] QLabel* caption(const QString& text, QWidget* parent);
+/// A value in the secondary colour that gives way when it is too long.
+[[nodiscard]] QLabel* value(QWidget* parent);
+
+/// "640 × 480", digits without grouping.
+[[nodiscard]] QString pixelSize(int64_t width, int64_t height);
+
+}  // namespace vantrel::PanelText

@@ -1,0 +1,132 @@
+#include "review/review_window.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QCloseEvent>
+#include <QFile>
+#include <QFileDialog>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QScreen>
+
+#include "controls/message_layout.h"
+#include "review/image_review_view.h"
+
+namespace vantrel {
+namespace {
+
+constexpr QSize kWindowSize{800, 600};
+
+}  // namespace
+
+ReviewWindow::ReviewWindow(std::unique_ptr<ExportReviewDocument> document, QWidget* parent)
+    : QMainWindow(parent), m_document(std::move(document)) {
+  setAttribute(Qt::WA_DeleteOnClose);
+  buildMenu();
+  setCentralWidget(
+      new ImageReviewView(m_document->temporaryExportPath(), m_document->summary(), this));
+  resize(kWindowSize);
+  move(screen()->availableGeometry().center() - rect().center());
+  updateTitle();
+  connect(m_document.get(), &ExportReviewDocument::saved, this, &ReviewWindow::finishSave);
+  connect(m_document.get(), &ExportReviewDocument::saveFailed, this,
+          &ReviewWindow::showSaveFailure);
+}
+
+void ReviewWindow::buildMenu() {
+  m_fileMenu = menuBar()->addMenu(tr("&File"));
+  m_saveAction = m_fileMenu->addAction(tr("Save…"), this, &ReviewWindow::save);
+  m_saveAction->setShortcut(Qt::CTRL | Qt::Key_S);
+  m_saveAction->setStatusTip(tr("Save a finished export from its review window."));
+  m_fileMenu->addSeparator();
+  QAction* close = m_fileMenu->addAction(tr("Close Window"), this, &QWidget::close);
+  close->setShortcut(Qt::CTRL | Qt::Key_W);
+}
+
+void ReviewWindow::updateTitle() {
+  setWindowTitle(m_document->displayName() + QStringLiteral("[*]"));
+  setWindowModified(m_document->isUnsaved());
+  m_saveAction->setEnabled(!m_document->isSaving());
+}
+
+void ReviewWindow::save() {
+  if (m_document->isSaving()) return;
+  auto* dialog = new QFileDialog(this, tr("Save"));
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->setAcceptMode(QFileDialog::AcceptSave);
+  dialog->setFileMode(QFileDialog::AnyFile);
+  dialog->setMimeTypeFilters({m_document->contentType().name()});
+  dialog->setDefaultSuffix(m_document->filenameExtension());
+  dialog->selectFile(m_document->suggestedFileName());
+  connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& file) {
+    m_document->save(QFile::encodeName(file).toStdString());
+    updateTitle();
+  });
+  connect(dialog, &QDialog::rejected, this, &ReviewWindow::refuseClose);
+  dialog->open();
+}
+
+void ReviewWindow::finishSave() {
+  updateTitle();
+  if (m_closeAfterSave) close();
+}
+
+void ReviewWindow::showSaveFailure(const QString& message) {
+  updateTitle();
+  refuseClose();
+  auto* alert = new QMessageBox(QMessageBox::NoIcon, tr("Could Not Save File"),
+                                tr("Could Not Save File"), QMessageBox::Ok, this);
+  alert->setInformativeText(message);
+  layOutMessage(*alert);
+  alert->setAttribute(Qt::WA_DeleteOnClose);
+  alert->open();
+}
+
+void ReviewWindow::closeEvent(QCloseEvent* event) {
+  if (m_document->isSaving()) {
+    m_closeAfterSave = true;
+    event->ignore();
+  } else if (m_document->isUnsaved() && !m_discard) {
+    askBeforeClosing();
+    event->ignore();
+  } else {
+    m_document->close();
+    event->accept();
+  }
+}
+
+void ReviewWindow::askBeforeClosing() {
+  if (m_asking) return;
+  m_asking = true;
+  auto* question =
+      new QMessageBox(QMessageBox::NoIcon, tr("Save Export"),
+                      tr("Do you want to save “%1”?").arg(m_document->displayName()),
+                      QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
+  question->setInformativeText(tr("It is deleted if you don’t save it."));
+  layOutMessage(*question);
+  question->button(QMessageBox::Discard)->setText(tr("Don’t Save"));
+  question->setDefaultButton(QMessageBox::Save);
+  question->setEscapeButton(QMessageBox::Cancel);
+  question->setAttribute(Qt::WA_DeleteOnClose);
+  connect(question, &QDialog::finished, this, [this](int answer) {
+    m_asking = false;
+    if (answer == QMessageBox::Save) {
+      m_closeAfterSave = true;
+      save();
+    } else if (answer == QMessageBox::Discard) {
+      m_discard = true;
+      close();
+    } else {
+      refuseClose();
+    }
+  });
+  question->open();
+}
+
+void ReviewWindow::refuseClose() {
+  m_closeAfterSave = false;
+  Q_EMIT closeRefused();
+}
+
+}  // namespace vantrel

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QMainWindow>
+#include <memory>
+
+#include "review/export_review_document.h"
+
+class QAction;
+class QCloseEvent;
+
+namespace vantrel {
+
+/// The window of a finished export: it shows the file and asks for what the document needs to know:
+/// where to save, and whether to when it is closed unsaved. Closing it deletes it and its document.
+class ReviewWindow final : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  explicit ReviewWindow(std::unique_ptr<ExportReviewDocument> document, QWidget* parent = nullptr);
+
+  [[nodiscard]] ExportReviewDocument& document() { return *m_document; }
+  /// For the application's own items.
+  [[nodiscard]] QMenu* fileMenu() { return m_fileMenu; }
+
+  /// Asks where to save, and saves there.
+  void save();
+
+ Q_SIGNALS:
+  /// The user went back on closing the window, or the save before it failed or was given up.
+  void closeRefused();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void buildMenu();
+  void updateTitle();
+  void askBeforeClosing();
+  void refuseClose();
+  void finishSave();
+  void showSaveFailure(const QString& message);
+
+  std::unique_ptr<ExportReviewDocument> m_document;
+  QMenu* m_fileMenu = nullptr;
+  QAction* m_saveAction = nullptr;
+  bool m_asking = false;
+  /// The save that runs, or is being asked for, is the answer to closing the window.
+  bool m_closeAfterSave = false;
+  bool m_discard = false;
+};
+
+}  // namespace vantrel

@@ -1,0 +1,158 @@
+#include "editor/export_session.h"
+
+#include <gtest/gtest.h>
+
+#include <QSignalSpy>
+#include <QTest>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+
+#include "editor/media_loader.h"
+#include "export/export_temporary_storage.h"
+#include "support/picture_files.h"
+#include "support/temporary_folder.h"
+
+namespace vantrel {
+namespace {
+
+/// The exports that wait in the session folder.
+size_t waitingExports() {
+  size_t count = 0;
+  for (const std::string& name : testing::namesIn(ExportTemporaryStorage::shared().directory())) {
+    if (name.starts_with("Vantrel-")) ++count;
+  }
+  return count;
+}
+
+class ExportSessionTest : public ::testing::Test {
+ protected:
+  bool waitIdle() {
+    return QTest::qWaitFor([this] { return !state.busy(); });
+  }
+  void open(const char* name, uint32_t width = 40, uint32_t height = 30) {
+    testing::savePng(folder / name, width, height);
+    loader.loadMedia(folder / name);
+    ASSERT_TRUE(waitIdle());
+    ASSERT_TRUE(state.isImage());
+  }
+  void expectIdle() const {
+    EXPECT_FALSE(state.busy());
+    EXPECT_FALSE(state.exportState().progress());
+    EXPECT_FALSE(state.exportState().indeterminate());
+    EXPECT_FALSE(state.exportState().operation());
+  }
+
+  testing::TemporaryFolder folder;
+  EditorState state;
+  MediaLoader loader{state};
+  std::optional<FinishedExport> finished;
+  std::unique_ptr<ExportSession> session = std::make_unique<ExportSession>(
+      state, [this](FinishedExport done) { finished.emplace(std::move(done)); });
+};
+
+TEST_F(ExportSessionTest, HandsTheFinishedFileToTheReview) {
+  open("clip.final.png");
+  state.history().setCrop({3, 5, 7, 9});
+  session->exportMedia();
+  EXPECT_TRUE(state.busy());
+  EXPECT_EQ(state.exportState().progress(), 0.0);
+  EXPECT_TRUE(state.exportState().indeterminate());
+  EXPECT_FALSE(state.exportState().operation());
+  ASSERT_TRUE(waitIdle());
+
+  expectIdle();
+  EXPECT_FALSE(state.exportState().message());
+  ASSERT_TRUE(finished);
+  EXPECT_EQ(finished->title, QStringLiteral("clip.final-framed"));
+  EXPECT_EQ(finished->contentType, ContentType::png());
+  EXPECT_EQ(finished->summary.resolution, QSizeF(30, 16));
+  EXPECT_EQ(finished->summary.imageFormat, QStringLiteral("PNG"));
+  EXPECT_EQ(finished->summary.bytes,
+            static_cast<int64_t>(std::filesystem::file_size(finished->file.path())));
+  EXPECT_EQ(finished->file.path().parent_path(), ExportTemporaryStorage::shared().directory());
+}
+
+TEST_F(ExportSessionTest, WritesTheChosenFormat) {
+  open("a.png");
+  ImageEncodingSettings settings;
+  settings.format = ImageEncodingSettings::Format::jpeg;
+  state.history().setImageEncoding(settings);
+  session->exportMedia();
+  ASSERT_TRUE(waitIdle());
+  ASSERT_TRUE(finished);
+  EXPECT_EQ(finished->contentType, ContentType::jpeg());
+  EXPECT_EQ(finished->file.path().extension(), ".jpg");
+}
+
+TEST_F(ExportSessionTest, StartsNothingWhereExportIsNotAllowed) {
+  session->exportMedia();
+  EXPECT_FALSE(state.busy());
+  open("a.png");
+  state.history().setCrop({40, 0, 0, 0});
+  session->exportMedia();
+  EXPECT_FALSE(state.busy());
+  EXPECT_FALSE(finished);
+}
+
+TEST_F(ExportSessionTest, CancelsWithAWordAndWithoutAnAlert) {
+  open("large.png", 2500, 2000);
+  const size_t before = waitingExports();
+  session->exportMedia();
+  session->cancel();
+  ASSERT_TRUE(waitIdle());
+  expectIdle();
+  EXPECT_EQ(state.exportState().message(), CropExportState::Message::cancelled);
+  EXPECT_FALSE(state.exportError());
+  EXPECT_FALSE(finished);
+  EXPECT_EQ(waitingExports(), before);
+}
+
+TEST_F(ExportSessionTest, ReportsAFailureInItsOwnWords) {
+  open("a.png");
+  state.history().setCrop({1, 2, 3, 4});
+  const size_t before = waitingExports();
+  session = std::make_unique<ExportSession>(
+      state, [](FinishedExport) { throw std::runtime_error("No room on the disk"); });
+  session->exportMedia();
+  ASSERT_TRUE(waitIdle());
+  expectIdle();
+  EXPECT_EQ(state.exportState().message(), CropExportState::Message::failed);
+  EXPECT_EQ(state.exportError(), QStringLiteral("No room on the disk"));
+  EXPECT_EQ(state.history().crop(), (CropMargins{1, 2, 3, 4}));
+  EXPECT_EQ(waitingExports(), before);
+  state.setExportError({});
+  EXPECT_EQ(state.exportState().message(), CropExportState::Message::failed);
+}
+
+TEST_F(ExportSessionTest, ClearsTheLastOutcomeOnANewStart) {
+  open("a.png");
+  state.exportState().setMessage(CropExportState::Message::failed);
+  session->exportMedia();
+  EXPECT_FALSE(state.exportState().message());
+  ASSERT_TRUE(waitIdle());
+}
+
+TEST_F(ExportSessionTest, GivesEachExportAFileOfItsOwn) {
+  open("a.png");
+  session->exportMedia();
+  ASSERT_TRUE(waitIdle());
+  const FinishedExport first = std::move(*finished);
+  session->exportMedia();
+  ASSERT_TRUE(waitIdle());
+  EXPECT_NE(first.file.path(), finished->file.path());
+  EXPECT_TRUE(std::filesystem::exists(first.file.path()));
+  EXPECT_TRUE(std::filesystem::exists(finished->file.path()));
+}
+
+TEST_F(ExportSessionTest, LeavesNothingWhenItGoesInTheMiddle) {
+  open("large.png", 2500, 2000);
+  const size_t before = waitingExports();
+  session->exportMedia();
+  session.reset();
+  EXPECT_EQ(waitingExports(), before);
+  EXPECT_FALSE(finished);
+}
+
+}  // namespace
+}  // namespace vantrel

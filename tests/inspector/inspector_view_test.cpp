@@ -1,0 +1,108 @@
+#include "inspector/inspector_view.h"
+
+#include <gtest/gtest.h>
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+
+#include "controls/crop_number_field.h"
+#include "export/crop_export_state.h"
+#include "inspector/crop_export_footer.h"
+#include "inspector/crop_section.h"
+#include "model/edit_history.h"
+
+namespace vantrel {
+namespace {
+
+class InspectorViewTest : public ::testing::Test {
+ protected:
+  InspectorViewTest() {
+    source.imageSource.emplace();
+    source.sourceSize = {640, 480};
+    source.loaded = true;
+    source.canExport = true;
+    history.setPixelStep(1);
+  }
+  void show() {
+    view.setSource(source);
+    view.resize(InspectorView::kWidth, 700);
+    view.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&view));
+  }
+  CropNumberField* field(CropMargins::Edge edge) { return view.cropSection()->marginField(edge); }
+
+  EditHistory history;
+  CropExportState exportState;
+  InspectorSource source;
+  InspectorView view{history, exportState, QColor(225, 0, 0)};
+};
+
+TEST_F(InspectorViewTest, ShowsTheMargins) {
+  history.setCrop({1, 2, 3, 4});
+  show();
+  EXPECT_EQ(field(CropMargins::Edge::left)->text(), QStringLiteral("1"));
+  EXPECT_EQ(field(CropMargins::Edge::top)->text(), QStringLiteral("2"));
+  EXPECT_EQ(field(CropMargins::Edge::right)->text(), QStringLiteral("3"));
+  EXPECT_EQ(field(CropMargins::Edge::bottom)->text(), QStringLiteral("4"));
+  EXPECT_EQ(view.footer()->statusLabel()->text(), QStringLiteral("636 × 474 px · PNG"));
+}
+
+TEST_F(InspectorViewTest, SetsALegalMargin) {
+  history.setCrop({0, 0, 100, 0});
+  show();
+  Q_EMIT field(CropMargins::Edge::left)->valueEdited(5000);
+  EXPECT_EQ(history.crop(), (CropMargins{539, 0, 100, 0}));
+  EXPECT_EQ(field(CropMargins::Edge::left)->text(), QStringLiteral("539"));
+  Q_EMIT field(CropMargins::Edge::top)->valueEdited(-5);
+  EXPECT_EQ(history.crop().top, 0);
+}
+
+TEST_F(InspectorViewTest, LeavesDropsToTheWindow) {
+  show();
+  for (const QLineEdit* text : view.findChildren<QLineEdit*>())
+    EXPECT_FALSE(text->acceptDrops());
+}
+
+TEST_F(InspectorViewTest, ShowsDashesWithoutAFile) {
+  source = {};
+  show();
+  EXPECT_FALSE(view.cropSection()->isEnabled());
+  EXPECT_TRUE(field(CropMargins::Edge::left)->text().isEmpty());
+  EXPECT_EQ(view.footer()->statusLabel()->text(), QStringLiteral("Ready"));
+  EXPECT_FALSE(view.footer()->exportButton()->isEnabled());
+}
+
+TEST_F(InspectorViewTest, AllowsNoEditWhileBusy) {
+  source.busy = true;
+  source.canExport = false;
+  show();
+  EXPECT_FALSE(view.cropSection()->isEnabled());
+  EXPECT_FALSE(view.footer()->exportButton()->isEnabled());
+}
+
+TEST_F(InspectorViewTest, TurnsTheButtonIntoProgressAndBack) {
+  show();
+  QSignalSpy started(&view, &InspectorView::exportRequested);
+  QSignalSpy cancelled(&view, &InspectorView::cancelRequested);
+  QTest::mouseClick(view.footer()->exportButton(), Qt::LeftButton);
+  EXPECT_EQ(started.count(), 1);
+  EXPECT_FALSE(view.footer()->cancelButton()->isVisible());
+
+  exportState.setIndeterminate(true);
+  exportState.setProgress(0.0);
+  EXPECT_FALSE(view.footer()->exportButton()->isVisible());
+  ASSERT_TRUE(view.footer()->cancelButton()->isVisible());
+  QTest::mouseClick(view.footer()->cancelButton(), Qt::LeftButton);
+  EXPECT_EQ(cancelled.count(), 1);
+
+  exportState.setMessage(CropExportState::Message::cancelled);
+  exportState.setProgress({});
+  EXPECT_TRUE(view.footer()->exportButton()->isVisible());
+  EXPECT_EQ(view.footer()->statusLabel()->text(), QStringLiteral("Export cancelled"));
+}
+
+}  // namespace
+}  // namespace vantrel
