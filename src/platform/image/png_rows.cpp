@@ -46,7 +46,7 @@ PngRows::PngRows(const Bitmap& bitmap, const PixelRect& area, const std::stop_to
   }
   const bool indexed = layout.model == ColorModel::Indexed;
   if (indexed) choosePalette(stop);
-  const auto bits = static_cast<size_t>(layout.channels() * m_bitDepth);
+  const auto bits = static_cast<size_t>(layout.channels()) * static_cast<size_t>(m_bitDepth);
   m_rowBytes = (static_cast<size_t>(area.width) * bits + 7) / 8;
   const ColorModel space = indexed ? ColorModel::Rgb : layout.model;
   if (profileFits(m_conversion.iccProfile(), space)) m_iccProfile = m_conversion.iccProfile();
