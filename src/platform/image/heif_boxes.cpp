@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include "platform/image/file_cursor.h"
 
@@ -14,6 +16,11 @@ using namespace std::string_view_literals;
 
 /// Boxes beside each other that are looked at; a file may hold any number of empty ones.
 constexpr int kMostSiblings = 4096;
+/// Most levels of items made of items: an overlay of grids has three.
+constexpr int kMostLevels = 16;
+/// Most references among items, and decodings that one item may ask for: the largest grid has
+/// 256 × 256 tiles, each with alpha.
+constexpr uint64_t kMostReferences = 200'000;
 /// Version and flags, which some boxes begin with.
 constexpr uint64_t kFullBoxHeader = 4;
 
@@ -27,6 +34,42 @@ struct Box {
   }
 };
 
+/// Which items have to be decoded for which.
+class ItemGraph {
+ public:
+  void add(uint32_t item, uint32_t needed) {
+    if (m_references++ < kMostReferences) m_needed[item].push_back(needed);
+  }
+
+  [[nodiscard]] bool isSound() {
+    return m_references <= kMostReferences &&
+           std::all_of(m_needed.begin(), m_needed.end(), [this](const auto& entry) {
+             return decodings(entry.first, 0) <= kMostReferences;
+           });
+  }
+
+ private:
+  /// Decodings for an item, itself included; more than kMostReferences for one that needs itself.
+  uint64_t decodings(uint32_t item, int level) {
+    constexpr uint64_t kTooMany = kMostReferences + 1;
+    if (level > kMostLevels) return kTooMany;
+    const auto needed = m_needed.find(item);
+    if (needed == m_needed.end()) return 1;
+    // Until it is known, an item counts as one that needs itself.
+    const auto [known, isNew] = m_decodings.try_emplace(item, kTooMany);
+    if (!isNew) return known->second;
+    uint64_t sum = 1;
+    for (const uint32_t other : needed->second) {
+      sum = std::min(sum + decodings(other, level + 1), kTooMany);
+    }
+    return m_decodings[item] = sum;
+  }
+
+  uint64_t m_references = 0;
+  std::map<uint32_t, std::vector<uint32_t>> m_needed;
+  std::map<uint32_t, uint64_t> m_decodings;
+};
+
 class BoxScan {
  public:
   explicit BoxScan(const ReadOnlyFile& file) : m_file(file) {}
@@ -37,6 +80,7 @@ class BoxScan {
       if (box.is("moov"sv)) scanMovie(box);
     });
     m_result.isMonochrome = m_result.hasHevc && m_monochrome;
+    m_result.isSound = m_items.isSound();
     return m_result;
   }
 
@@ -91,10 +135,32 @@ class BoxScan {
   void scanMeta(Box meta) {
     m_result.hasStills = true;
     meta.begin += kFullBoxHeader;
+    forEachChild(meta, "iref"sv, [this](const Box& references) { scanReferences(references); });
     forEachChild(meta, "iprp"sv, [this](const Box& properties) {
       forEachChild(properties, "ipco"sv, [this](const Box& container) {
         forEachChild(container, "hvcC"sv, [this](const Box& box) { takeHevc(box); });
       });
+    });
+  }
+
+  /// Box `iref` (ISO/IEC 14496-12, 8.11.12): identifiers have two bytes in version 0, else four.
+  void scanReferences(Box references) {
+    const bool small = number<1>(references.begin) == 0U;
+    references.begin += kFullBoxHeader;
+    forEachBox(references.begin, references.end, [this, small](const Box& box) {
+      const bool isAlpha = box.is("auxl"sv);
+      if (!isAlpha && !box.is("dimg"sv)) return;
+      const uint64_t idBytes = small ? 2 : 4;
+      const auto identifier = [this, small](uint64_t at) {
+        return (small ? number<2>(at) : number<4>(at)).value_or(0);
+      };
+      const uint32_t from = identifier(box.begin);
+      const uint32_t count = number<2>(box.begin + idBytes).value_or(0);
+      uint64_t at = box.begin + idBytes + 2;
+      for (uint32_t i = 0; i < count && at < box.end; ++i, at += idBytes) {
+        const uint32_t to = identifier(at);
+        m_items.add(isAlpha ? to : from, isAlpha ? from : to);
+      }
     });
   }
 
@@ -133,6 +199,7 @@ class BoxScan {
 
   const ReadOnlyFile& m_file;
   HeifBoxes m_result;
+  ItemGraph m_items;
   bool m_monochrome = true;
 };
 

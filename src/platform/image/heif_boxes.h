@@ -14,6 +14,9 @@ struct HeifBoxes {
   bool hasHevc = false;
   /// Every item that is coded with HEVC has luminance alone.
   bool isMonochrome = false;
+  /// The items that are made of others, or have others for their alpha, end somewhere and ask for a
+  /// sensible number of decodings. libheif follows references without looking.
+  bool isSound = true;
   /// Frames of the longest track of pictures; 0 without tracks.
   uint32_t sequenceFrames = 0;
 

@@ -117,9 +117,10 @@ HeifReader::HeifReader(ReadOnlyFile file)
   HeifLibrary::load();
   m_context.reset(heif_context_alloc());
   if (!m_context) throw std::bad_alloc();
-  m_readable =
-      heif_context_read_from_reader(m_context.get(), FileView::callbacks(), &m_view, nullptr)
-          .code == heif_error_Ok;
+  const auto read = [this] {
+    return heif_context_read_from_reader(m_context.get(), FileView::callbacks(), &m_view, nullptr);
+  };
+  m_readable = m_boxes.isSound && read().code == heif_error_Ok;
 }
 
 int HeifReader::imageCount() {

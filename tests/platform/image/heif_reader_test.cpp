@@ -259,6 +259,21 @@ TEST_F(HeifReader, FileCutInItsDataIsOneDamagedPicture) {
   EXPECT_THROW(open()->decode({}), ImageDamaged);
 }
 
+TEST_F(HeifReader, ItemThatNeedsItselfIsADamagedPicture) {
+  HeifSpec spec = patterned();
+  spec.alpha = true;
+  testing::saveHeif(path(), {spec});
+  Bytes file = testing::loadBytes(path());
+  // A reference of two-byte identifiers: type, from, count, to. Alpha becomes its own alpha.
+  const std::string type = "auxl";
+  const auto reference = std::search(file.begin(), file.end(), type.begin(), type.end());
+  ASSERT_GT(file.end() - reference, 10);
+  std::copy_n(reference + 4, 2, reference + 8);
+  testing::saveBytes(path(), file);
+  EXPECT_EQ(open()->imageCount(), 1);
+  EXPECT_THROW(open()->decode({}), ImageDamaged);
+}
+
 TEST_F(HeifReader, FileWithoutPicturesHasNone) {
   testing::saveBytes(path(), box("ftyp", {{'h', 'e', 'i', 'c', 0, 0, 0, 0, 'm', 'i', 'f', '1'}}));
   EXPECT_EQ(open()->imageCount(), 0);
