@@ -59,6 +59,9 @@ struct PngReading {
   png_structp png =
       png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, throwPngMessage, throwPngMessage);
   png_infop info = png_create_info_struct(png);
+  PngReading() = default;
+  PngReading(const PngReading&) = delete;
+  PngReading& operator=(const PngReading&) = delete;
   ~PngReading() { png_destroy_read_struct(&png, &info, nullptr); }
 };
 
@@ -87,6 +90,9 @@ void readPngColor(const PngReading& reading, PngContents& result) {
 struct JpegReading {
   jpeg_decompress_struct info{};
   jpeg_error_mgr errors{};
+  JpegReading() = default;
+  JpegReading(const JpegReading&) = delete;
+  JpegReading& operator=(const JpegReading&) = delete;
   ~JpegReading() { jpeg_destroy_decompress(&info); }
 };
 
@@ -169,7 +175,7 @@ JpegContents readJpegFile(const std::filesystem::path& path) {
   result.width = static_cast<int>(info.output_width);
   result.height = static_cast<int>(info.output_height);
   result.channels = info.output_components;
-  const size_t rowBytes = static_cast<size_t>(result.width * result.channels);
+  const size_t rowBytes = static_cast<size_t>(result.width) * static_cast<size_t>(result.channels);
   result.pixels.resize(rowBytes * static_cast<size_t>(result.height));
   while (info.output_scanline < info.output_height) {
     JSAMPROW row = result.pixels.data() + info.output_scanline * rowBytes;

@@ -45,7 +45,8 @@ struct JpegContents {
   int densityUnit = -1, densityX = 0, densityY = 0;
 
   [[nodiscard]] uint8_t at(int x, int y, int channel) const {
-    return pixels[static_cast<size_t>((y * width + x) * channels + channel)];
+    const auto pixel = static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x);
+    return pixels[pixel * static_cast<size_t>(channels) + static_cast<size_t>(channel)];
   }
 };
 

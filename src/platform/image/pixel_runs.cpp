@@ -1,5 +1,6 @@
 #include "platform/image/pixel_runs.h"
 
+#include <cmath>
 #include <cstring>
 #include <limits>
 
@@ -30,7 +31,7 @@ void floatsToIntegers(const std::byte* from, std::byte* to, size_t samples) {
     const auto value = load<float>(from, i);
     // Written so that what is not a number fails the first test.
     const float bounded = value > 0 ? (value < 1 ? value : 1.0F) : 0.0F;
-    store(to, i, static_cast<T>(bounded * full + 0.5F));
+    store(to, i, static_cast<T>(std::lround(bounded * full)));
   }
 }
 

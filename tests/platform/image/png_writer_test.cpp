@@ -113,8 +113,8 @@ TEST_F(PngWriter, PacksGreyBelowAByte) {
     BitmapColor color;
     color.fileBits = bits;
     const Bitmap bitmap = makeBitmap(
-        29, 7, kGray8,
-        [&](int64_t x, int64_t y, int) -> double { return level(x, y) * 255 / full; }, color);
+        29, 7, kGray8, [&](int64_t x, int64_t y, int) { return level(x, y) * (255.0 / full); },
+        color);
     for (const PixelRect& area :
          {bitmap.bounds(), PixelRect{3, 2, 13, 4}, PixelRect{28, 6, 1, 1}}) {
       const PngContents png = written(bitmap, area);
