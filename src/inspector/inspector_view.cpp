@@ -50,6 +50,7 @@ InspectorView::InspectorView(EditHistory& history, const CropExportState& export
 
   auto* scroll = new QScrollArea(this);
   scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setFocusPolicy(Qt::NoFocus);
   scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   scroll->setWidgetResizable(true);
   scroll->setWidget(makeSections());
