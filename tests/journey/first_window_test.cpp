@@ -362,7 +362,9 @@ TEST_F(FirstWindowTest, UndoesTypingInTheFieldFirstAndTheCropThen) {
 
 TEST_F(FirstWindowTest, LeadsTheKeyboardThroughTheFieldsToTheExport) {
   open(folder / "photo.png");
-  field(Edge::top)->setFocus(Qt::TabFocusReason);
+  EXPECT_EQ(editor->focusWidget(), nullptr);
+  QTest::keyClick(editor, Qt::Key_Tab);
+  EXPECT_TRUE(field(Edge::top)->hasFocus());
   QTest::keyClicks(editor->focusWidget(), QStringLiteral("4"));
   QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
   EXPECT_TRUE(field(Edge::left)->hasFocus());
