@@ -5,6 +5,7 @@
 #include <QFileOpenEvent>
 #include <QMenu>
 #include <memory>
+#include <tuple>
 #include <utility>
 
 #include "editor/editor_view.h"

@@ -7,6 +7,7 @@
 #include <QFileDialog>
 #include <QHBoxLayout>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QStackedLayout>
 #include <utility>
 
@@ -104,6 +105,8 @@ void EditorView::updateChildren() {
   m_canvas->setCrop(m_state.history().crop());
   m_canvas->setCanvasColor(canvasColor());
   m_canvas->setEnabled(!m_state.busy());
+  // Hidden with the focus, the button would hand it on to a field.
+  if (m_state.loaded()) m_empty->openButton()->clearFocus();
   m_empty->setVisible(!m_state.loaded());
   m_empty->setEnabled(!m_state.busy());
   if (!m_state.loaded()) m_empty->raise();

@@ -1,46 +1,52 @@
 #include "editor/toolbar_icon.h"
 
 #include <QFile>
+#include <QIconEngine>
 #include <QPainter>
 #include <QPalette>
 #include <QPixmap>
 #include <QSvgRenderer>
+#include <utility>
 
 namespace vantrel {
 namespace {
 
-// Points.
-constexpr int kSize = 18;
-// The densest display that the drawing is made for.
-constexpr int kLargestRatio = 3;
+/// Draws an icon anew for each size, so that it is sharp on every display.
+class SvgIconEngine final : public QIconEngine {
+ public:
+  SvgIconEngine(QByteArray svg, const QColor& color, const QColor& disabled)
+      : m_svg(std::move(svg)), m_color(color), m_disabled(disabled) {}
 
-QPixmap drawing(const QByteArray& svg, const QColor& color, int ratio) {
-  QByteArray colored = svg;
-  colored.replace("currentColor", color.name(QColor::HexRgb).toLatin1());
-  QSvgRenderer renderer(colored);
-  QPixmap pixmap(kSize * ratio, kSize * ratio);
-  pixmap.fill(Qt::transparent);
-  QPainter painter(&pixmap);
-  renderer.render(&painter);
-  painter.end();
-  pixmap.setDevicePixelRatio(ratio);
-  return pixmap;
-}
+  void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
+    const QColor& color = mode == QIcon::Disabled ? m_disabled : m_color;
+    QByteArray colored = m_svg;
+    colored.replace("currentColor", color.name(QColor::HexRgb).toLatin1());
+    QSvgRenderer(colored).render(painter, rect);
+  }
+
+  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+    QPixmap pixmap(size);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    paint(&painter, QRect(QPoint(0, 0), size), mode, state);
+    return pixmap;
+  }
+
+  [[nodiscard]] QIconEngine* clone() const override { return new SvgIconEngine(*this); }
+
+ private:
+  QByteArray m_svg;
+  QColor m_color, m_disabled;
+};
 
 }  // namespace
 
 QIcon toolbarIcon(const QString& name, const QPalette& palette) {
   QFile file(QStringLiteral(":/vantrel/icons/") + name + QStringLiteral(".svg"));
   if (!file.open(QIODevice::ReadOnly)) return {};
-  const QByteArray svg = file.readAll();
-  QIcon icon;
-  for (int ratio = 1; ratio <= kLargestRatio; ++ratio) {
-    icon.addPixmap(drawing(svg, palette.color(QPalette::Active, QPalette::WindowText), ratio),
-                   QIcon::Normal);
-    icon.addPixmap(drawing(svg, palette.color(QPalette::Disabled, QPalette::WindowText), ratio),
-                   QIcon::Disabled);
-  }
-  return icon;
+  return QIcon(new SvgIconEngine(file.readAll(),
+                                 palette.color(QPalette::Active, QPalette::WindowText),
+                                 palette.color(QPalette::Disabled, QPalette::WindowText)));
 }
 
 }  // namespace vantrel

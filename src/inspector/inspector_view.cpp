@@ -44,17 +44,19 @@ InspectorView::InspectorView(EditHistory& history, const CropExportState& export
     : QWidget(parent), m_history(history) {
   setFixedWidth(kWidth);
   setAttribute(Qt::WA_OpaquePaintEvent);
-  m_footer = new CropExportFooter(exportState, accent, this);
-  connect(m_footer, &CropExportFooter::exportRequested, this, &InspectorView::exportRequested);
-  connect(m_footer, &CropExportFooter::cancelRequested, this, &InspectorView::cancelRequested);
-
   auto* scroll = new QScrollArea(this);
   scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setFocusPolicy(Qt::NoFocus);
   scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   scroll->setWidgetResizable(true);
   scroll->setWidget(makeSections());
   scroll->viewport()->setAutoFillBackground(false);
   scroll->widget()->setAutoFillBackground(false);
+
+  // After the sections, for the keyboard comes to it after their fields.
+  m_footer = new CropExportFooter(exportState, accent, this);
+  connect(m_footer, &CropExportFooter::exportRequested, this, &InspectorView::exportRequested);
+  connect(m_footer, &CropExportFooter::cancelRequested, this, &InspectorView::cancelRequested);
 
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(1, 0, 0, 0);

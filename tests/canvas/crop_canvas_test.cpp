@@ -4,7 +4,8 @@
 
 #include <QImage>
 #include <QTest>
-#include <cstring>
+#include <array>
+#include <memory>
 
 #include "canvas/crop_appearance.h"
 

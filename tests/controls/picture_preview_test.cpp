@@ -8,6 +8,7 @@
 #include <latch>
 #include <memory>
 #include <stdexcept>
+#include <thread>
 
 #include "base/cancelled.h"
 

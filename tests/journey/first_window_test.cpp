@@ -360,6 +360,31 @@ TEST_F(FirstWindowTest, UndoesTypingInTheFieldFirstAndTheCropThen) {
   EXPECT_EQ(crop(), (CropMargins{0, 6, 0, 0}));
 }
 
+TEST_F(FirstWindowTest, LeadsTheKeyboardThroughTheFieldsToTheExport) {
+  open(folder / "photo.png");
+  EXPECT_EQ(editor->focusWidget(), nullptr);
+  QTest::keyClick(editor, Qt::Key_Tab);
+  EXPECT_TRUE(field(Edge::top)->hasFocus());
+  QTest::keyClicks(editor->focusWidget(), QStringLiteral("4"));
+  QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
+  EXPECT_TRUE(field(Edge::left)->hasFocus());
+  QTest::keyClicks(editor->focusWidget(), QStringLiteral("3"));
+  QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
+  QTest::keyClicks(editor->focusWidget(), QStringLiteral("50"));
+  QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
+  EXPECT_EQ(state().outputWidth(), 50);
+  QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
+  EXPECT_TRUE(field(Edge::right)->hasFocus());
+  QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
+  EXPECT_TRUE(field(Edge::bottom)->hasFocus());
+  QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
+  EXPECT_TRUE(footer()->exportButton()->hasFocus());
+  QTest::keyClick(editor->focusWidget(), Qt::Key_Space);
+  ReviewWindow* review = waitFor<ReviewWindow>();
+  ASSERT_NE(review, nullptr);
+  EXPECT_EQ(review->document().summary().resolution, QSizeF(50, 86));
+}
+
 TEST_F(FirstWindowTest, OpensEachFurtherFileInAWindowOfItsOwn) {
   testing::savePng(folder / "other.png", 30, 20);
   EditorWindow* first = windows.openFile(folder / "photo.png");

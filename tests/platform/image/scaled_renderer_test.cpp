@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstring>
+#include <memory>
+#include <utility>
+#include <vector>
 
 #include "base/cancelled.h"
 
@@ -65,8 +67,8 @@ TEST(ScaledRenderer, AveragesAWholePictureToOnePixel) {
 
 TEST(ScaledRenderer, KeepsAPlainPicturePlainAtAnySize) {
   ScaledRenderer renderer(picture(1237, 911, [](int64_t, int64_t, int64_t) { return 77; }));
-  for (const auto& [width, height] : {std::pair{1237, 911}, {1236, 910}, {700, 516}, {91, 67},
-                                      {5, 900}, {1237, 1}, {1, 911}}) {
+  for (const auto& [width, height] :
+       {std::pair{1237, 911}, {1236, 910}, {700, 516}, {91, 67}, {5, 900}, {1237, 1}, {1, 911}}) {
     for (const Pixel& pixel : rendered(renderer, width, height)) {
       ASSERT_EQ(pixel, (Pixel{77, 77, 77, 255})) << width << " x " << height;
     }
