@@ -9,11 +9,12 @@ namespace vantrel {
 namespace {
 
 /// Digits of one width, where Qt can ask the font for them.
-QFont withTabularDigits(QFont font) {
+QFont withTabularDigits(const QFont& font) {
+  QFont tabular = font;
 #if QT_VERSION >= QT_VERSION_CHECK(6, 7, 0)
-  font.setFeature(QFont::Tag("tnum"), 1);
+  tabular.setFeature(QFont::Tag("tnum"), 1);
 #endif
-  return font;
+  return tabular;
 }
 
 /// A menu or another window holds the focus for a while; the field keeps being edited.

@@ -91,7 +91,8 @@ struct ScaledAxis {
   [[nodiscard]] Span scaled(double scale, int64_t multiple) const {
     const int64_t limit = roundedDown(truncated(room), multiple);
     const double steps = std::round(length * scale / static_cast<double>(multiple));
-    const int64_t size = steps >= static_cast<double>(limit / multiple)
+    const int64_t mostSteps = limit / multiple;
+    const int64_t size = steps >= static_cast<double>(mostSteps)
                              ? limit
                              : std::min(limit, std::max(multiple, truncated(steps) * multiple));
     const int64_t fixed = truncated(anchor);

@@ -28,7 +28,7 @@ void putSample(std::vector<uint8_t>& row, size_t position, int bits, uint64_t va
 std::vector<uint8_t> rowOf(const TiffSpec& spec, uint32_t x, uint32_t y, uint32_t width,
                            int plane) {
   const int samples = spec.separatePlanes ? 1 : spec.samples;
-  const size_t bits = static_cast<size_t>(samples * spec.bits);
+  const size_t bits = static_cast<size_t>(samples) * static_cast<size_t>(spec.bits);
   std::vector<uint8_t> row((width * bits + 7) / 8);
   for (uint32_t column = 0; column < width; ++column) {
     for (int s = 0; s < samples; ++s) {

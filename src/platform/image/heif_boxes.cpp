@@ -178,7 +178,7 @@ class BoxScan {
       forEachChild(track, "mdia"sv, [this](const Box& media) {
         bool pictures = false;
         forEachChild(media, "hdlr"sv, [&](const Box& handler) {
-          const std::optional<uint32_t> kind = number<4>(handler.begin + kFullBoxHeader + 4);
+          const uint32_t kind = number<4>(handler.begin + kFullBoxHeader + 4).value_or(0);
           pictures = kind == 0x70696374 /* pict */ || kind == 0x76696465 /* vide */;
         });
         if (pictures) scanTrack(media);

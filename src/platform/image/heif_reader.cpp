@@ -74,8 +74,8 @@ const heif_reader* FileView::callbacks() {
       view->position += count;
       return count == size ? 0 : 1;
     };
-    made.seek = [](int64_t position, void* self) {
-      static_cast<FileView*>(self)->position = static_cast<uint64_t>(position);
+    made.seek = [](int64_t target, void* self) {
+      static_cast<FileView*>(self)->position = static_cast<uint64_t>(target);
       return 0;
     };
     made.wait_for_file_size = [](int64_t size, void* self) {

@@ -193,7 +193,8 @@ Bitmap decodeByLibrary(const TiffHandle& handle, TiffPicture& picture,
                        const std::stop_token& stop) {
   UprightBitmap bitmap(picture.width, picture.height, picture.layout, picture.orientation);
   struct Decoder : TIFFRGBAImage {
-    Decoder(TIFF* tiff) : TIFFRGBAImage{}, ready(TIFFRGBAImageBegin(this, tiff, 1, message)) {}
+    explicit Decoder(TIFF* tiff)
+        : TIFFRGBAImage{}, ready(TIFFRGBAImageBegin(this, tiff, 1, message)) {}
     ~Decoder() {
       if (ready) TIFFRGBAImageEnd(this);
     }
