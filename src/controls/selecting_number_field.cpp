@@ -9,12 +9,12 @@ namespace vantrel {
 namespace {
 
 /// Digits of one width, where Qt can ask the font for them.
-QFont withTabularDigits(const QFont& font) {
-  QFont tabular = font;
+// NOLINTNEXTLINE(performance-unnecessary-value-param): it is changed where Qt can
+QFont withTabularDigits(QFont font) {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 7, 0)
-  tabular.setFeature(QFont::Tag("tnum"), 1);
+  font.setFeature(QFont::Tag("tnum"), 1);
 #endif
-  return tabular;
+  return font;
 }
 
 /// A menu or another window holds the focus for a while; the field keeps being edited.

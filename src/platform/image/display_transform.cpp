@@ -46,8 +46,8 @@ void sixteenBits(const std::byte* samples, size_t count, std::vector<uint16_t>& 
   std::transform(from, from + count, result.begin(), [](float sample) {
     const float limited = sample >= 0 ? std::min(sample, 1.0F) : 0.0F;  // NaN becomes 0
     // Right for what is not negative, and unlike lround it can be done for many at once.
-    return static_cast<uint16_t>(limited * 65535.0F +
-                                 0.5F);  // NOLINT(bugprone-incorrect-roundings)
+    // NOLINTNEXTLINE(bugprone-incorrect-roundings)
+    return static_cast<uint16_t>(limited * 65535.0F + 0.5F);
   });
 }
 
