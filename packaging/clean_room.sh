@@ -8,13 +8,13 @@ release=${1:-bookworm}
 [ $# -gt 0 ] && shift
 [ $# -gt 0 ] || set -- ./dev test
 base=/var/tmp/vantrel-$release.base
-room=/var/tmp/vantrel-$release.room
 
 if [ ! -d "$base" ]; then
   debootstrap --variant=minbase "$release" "$base.part"
   mv "$base.part" "$base"
 fi
 
+room=$(mktemp -d "/var/tmp/vantrel-$release.XXXXXX")
 # Lazily: a program that the command left behind may still hold something open.
 cleanup() {
   umount -l -R "$room/dev" 2>/dev/null || true
@@ -23,8 +23,7 @@ cleanup() {
   rm -rf --one-file-system "$room"
 }
 trap cleanup EXIT
-cleanup
-cp -a "$base" "$room"
+cp -aT "$base" "$room"
 cp /etc/resolv.conf "$room/etc/resolv.conf"
 mount -t proc proc "$room/proc"
 mount -t sysfs sysfs "$room/sys"
