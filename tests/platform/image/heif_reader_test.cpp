@@ -196,9 +196,9 @@ TEST_F(HeifReader, PictureOfOddSidesIsTurnedWhole) {
 
 TEST_F(HeifReader, ProfileIsKeptWhereItFits) {
   HeifSpec spec = patterned();
-  spec.profile = test::wideRgbProfile();
+  spec.profile = testing::wideRgbProfile();
   EXPECT_EQ(decoded(spec).color().iccProfile, spec.profile);
-  spec.profile = test::grayProfile(2.2);
+  spec.profile = testing::grayProfile(2.2);
   EXPECT_THAT(decoded(spec).color().iccProfile, IsEmpty());
 }
 

@@ -140,7 +140,7 @@ Bytes profileWith(const std::vector<Bytes>& segments, int channels = 3) {
 
 class JpegProfile : public ::testing::Test {
  protected:
-  const Bytes m_whole = test::wideRgbProfile();
+  const Bytes m_whole = testing::wideRgbProfile();
   const Bytes m_first{m_whole.begin(), m_whole.begin() + 200};
   const Bytes m_second{m_whole.begin() + 200, m_whole.begin() + 300};
   const Bytes m_third{m_whole.begin() + 300, m_whole.end()};
@@ -168,8 +168,9 @@ TEST_F(JpegProfile, IsIgnoredWhenItsPartsDoNotMakeAWhole) {
 TEST_F(JpegProfile, IsIgnoredWhenItBelongsToAnotherModelOrCannotBeRead) {
   EXPECT_TRUE(profileWith({iccSegment(m_whole, 1, 1)}, 1).empty());
   EXPECT_TRUE(profileWith({iccSegment(m_first, 1, 1)}).empty());
-  EXPECT_EQ(profileWith({iccSegment(test::grayProfile(1.8), 1, 1)}, 1), test::grayProfile(1.8));
-  EXPECT_EQ(profileWith({iccSegment(test::inkProfile(), 1, 1)}, 4), test::inkProfile());
+  EXPECT_EQ(profileWith({iccSegment(testing::grayProfile(1.8), 1, 1)}, 1),
+            testing::grayProfile(1.8));
+  EXPECT_EQ(profileWith({iccSegment(testing::inkProfile(), 1, 1)}, 4), testing::inkProfile());
 }
 
 void expectDamaged(const Bytes& bytes) {

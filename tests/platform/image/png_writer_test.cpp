@@ -192,12 +192,12 @@ TEST_F(PngWriter, GivesPixelsPastThePaletteABlackEntry) {
 }
 
 TEST_F(PngWriter, KeepsTheProfileByteForByte) {
-  const std::vector<uint8_t> rgb = test::wideRgbProfile();
+  const std::vector<uint8_t> rgb = testing::wideRgbProfile();
   const PngContents color = written(makeBitmap(4, 4, kRgb8, scatter, {rgb, {}}), {1, 1, 2, 2});
   EXPECT_EQ(color.iccProfile, rgb);
   EXPECT_EQ(color.chunks, (std::vector<std::string>{"IHDR", "iCCP", "IDAT", "IEND"}));
 
-  const std::vector<uint8_t> gray = test::grayProfile(1.8);
+  const std::vector<uint8_t> gray = testing::grayProfile(1.8);
   EXPECT_EQ(written(makeBitmap(4, 4, kGray8, scatter, {gray, {}}), {0, 0, 4, 4}).iccProfile, gray);
 
   BitmapColor indexed = colorsOf(256);
@@ -214,7 +214,7 @@ TEST_F(PngWriter, SaysSrgbInAChunkOfItsOwn) {
 
 TEST_F(PngWriter, LeavesOutAProfileOfAnotherKindOfColour) {
   const PngContents png =
-      written(makeBitmap(4, 4, kGray8, scatter, {test::wideRgbProfile(), {}}), {0, 0, 4, 4});
+      written(makeBitmap(4, 4, kGray8, scatter, {testing::wideRgbProfile(), {}}), {0, 0, 4, 4});
   EXPECT_EQ(png.colorType, 0);
   EXPECT_EQ(png.chunks, (std::vector<std::string>{"IHDR", "IDAT", "IEND"}));
 }
@@ -229,7 +229,7 @@ TEST_F(PngWriter, ConvertsInkToTaggedRgb) {
 }
 
 TEST_F(PngWriter, WritesFloatsAsWordsInTheirOwnSpace) {
-  const std::vector<uint8_t> profile = test::wideRgbProfile();
+  const std::vector<uint8_t> profile = testing::wideRgbProfile();
   const auto sample = [](int64_t x, int64_t, int channel) {
     return static_cast<double>(x) - 0.5 + channel * 0.25;
   };
