@@ -24,7 +24,7 @@ enum class Outcome { NotRecognised, Refused, Decoded };
 Outcome outcomeOf(const std::filesystem::path& path) {
   const std::unique_ptr<ImageReader> reader = ImageReader::open(path);
   if (!reader) return Outcome::NotRecognised;
-  EXPECT_GE(reader->imageCount(), 0);
+  EXPECT_GE(reader->imageCount({}), 0);
   try {
     EXPECT_FALSE(reader->decode({}).isEmpty());
     return Outcome::Decoded;

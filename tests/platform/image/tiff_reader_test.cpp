@@ -56,7 +56,7 @@ TEST_F(TiffReader, TypeIsTiffAndOnePictureIsOne) {
   const auto reader = open();
   ASSERT_TRUE(reader);
   EXPECT_EQ(reader->type(), ImageType::Tiff);
-  EXPECT_EQ(reader->imageCount(), 1);
+  EXPECT_EQ(reader->imageCount({}), 1);
   EXPECT_EQ(reader->decode({}).width(), 5);
 }
 
