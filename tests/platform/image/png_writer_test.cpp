@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <stdexcept>
 #include <stop_token>
 #include <string>
 #include <system_error>
@@ -282,6 +283,16 @@ TEST_F(PngWriter, ReplacesALongerFile) {
   testing::writeFile(path(), std::string(100000, 'x'));
   const Bitmap bitmap = makeBitmap(3, 3, kGray8, scatter);
   EXPECT_EQ(written(bitmap, bitmap.bounds()).pixels, storedBytes(bitmap, bitmap.bounds()));
+}
+
+TEST_F(PngWriter, RefusesMorePixelsOnASideThanAPngHolds) {
+  constexpr int64_t kTooMany = int64_t{1} << 31;
+  // All rows are the same byte.
+  const Bitmap high(1, kTooMany, kGray8, std::make_shared<const std::byte>(), 0, {});
+  ASSERT_THROW(writePng(high, high.bounds(), path(), {}), std::length_error);
+  const Bitmap wide(kTooMany, 1, kGray8, nullptr, 0, {});
+  EXPECT_THROW(writePng(wide, wide.bounds(), path(), {}), std::length_error);
+  EXPECT_FALSE(std::filesystem::exists(path()));
 }
 
 TEST_F(PngWriter, IsCancelledBeforeItStarts) {
