@@ -54,7 +54,7 @@ std::optional<QString> profileNameOf(const Bitmap& bitmap) {
 ImageSource ImageSource::load(const std::filesystem::path& path, const std::stop_token& stop) {
   const std::unique_ptr<ImageReader> reader = ImageReader::open(path);
   if (!reader) throw ImageError(ImageError::unsupported);
-  if (reader->imageCount() != 1) throw ImageError(ImageError::multipleImages);
+  if (reader->imageCount(stop) != 1) throw ImageError(ImageError::multipleImages);
 
   ImageSource source;
   source.image = decode(*reader, stop);

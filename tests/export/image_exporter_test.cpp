@@ -180,7 +180,7 @@ TEST_F(ImageExporterTest, MakesAnSrgbJpegOfGreyWithAlpha) {
 }
 
 TEST_F(ImageExporterTest, StaysInAWideSpace) {
-  const std::vector<uint8_t> profile = test::wideRgbProfile();
+  const std::vector<uint8_t> profile = testing::wideRgbProfile();
   const Bitmap clear =
       makeBitmap(16, 16, kRgba8, [](int64_t, int64_t, int) { return 0.0; }, {profile, {}});
   write(sourceOf(clear), QRectF(0, 0, 16, 16), settingsFor(Format::jpeg, 1, {1, 0, 0}));

@@ -167,13 +167,13 @@ TEST_F(ImageSourceTest, NamesItsColors) {
   EXPECT_EQ(load(testing::makeJpeg(jpeg(8, 8, 4))).colorProfileName,
             QStringLiteral("Generic CMYK"));
   PngSpec wide = png();
-  wide.before = {testing::iccpChunk(test::wideRgbProfile(L"Breit \u00e9"))};
+  wide.before = {testing::iccpChunk(testing::wideRgbProfile(L"Breit \u00e9"))};
   EXPECT_EQ(load(testing::makePng(wide)).colorProfileName, QString::fromUtf8("Breit \u00e9"));
 }
 
 TEST_F(ImageSourceTest, LoadsWithoutANameOfItsColors) {
   PngSpec nameless = png();
-  nameless.before = {testing::iccpChunk(test::wideRgbProfile(L"  "))};
+  nameless.before = {testing::iccpChunk(testing::wideRgbProfile(L"  "))};
   const ImageSource source = load(testing::makePng(nameless));
   EXPECT_EQ(source.colorProfileName, std::nullopt);
   EXPECT_FALSE(source.image.color().iccProfile.empty());

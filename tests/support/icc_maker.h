@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace vantrel::test {
+namespace vantrel::testing {
 
 /// The bytes of `profile`, which is closed.
 inline std::vector<uint8_t> takeProfileBytes(cmsHPROFILE profile) {
@@ -76,4 +76,4 @@ inline std::vector<uint8_t> inkProfile() {
   return takeProfileBytes(profile);
 }
 
-}  // namespace vantrel::test
+}  // namespace vantrel::testing

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <stdexcept>
 #include <string_view>
 
 namespace vantrel::testing {
@@ -76,9 +77,13 @@ std::vector<jpeg_scan_info> scanForEachCoefficient(int refinements) {
 }  // namespace
 
 void saveBytes(const std::filesystem::path& path, const Bytes& bytes) {
-  std::ofstream file(path, std::ios::binary | std::ios::trunc);
+  // A file cut to nothing and filled again is flushed to disk at once by some file systems; a new
+  // one is not, which makes tests with thousands of files ten times as fast.
+  std::filesystem::remove(path);
+  std::ofstream file(path, std::ios::binary);
   file.write(reinterpret_cast<const char*>(bytes.data()),
              static_cast<std::streamsize>(bytes.size()));
+  if (!file.flush()) throw std::runtime_error("cannot write " + path.string());
 }
 
 Bytes loadBytes(const std::filesystem::path& path) {

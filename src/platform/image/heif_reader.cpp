@@ -94,7 +94,7 @@ class HeifReader final : public ImageReader {
   explicit HeifReader(ReadOnlyFile file);
 
   [[nodiscard]] ImageType type() const override { return m_type; }
-  [[nodiscard]] int imageCount() override;
+  [[nodiscard]] int imageCount(const std::stop_token& stop) override;
   [[nodiscard]] Bitmap decode(const std::stop_token& stop) override;
 
  private:
@@ -123,7 +123,8 @@ HeifReader::HeifReader(ReadOnlyFile file)
   m_readable = m_boxes.isSound && read().code == heif_error_Ok;
 }
 
-int HeifReader::imageCount() {
+int HeifReader::imageCount(const std::stop_token& stop) {
+  throwIfCancelled(stop);
   int stills = m_boxes.hasStills ? 1 : 0;
   if (m_readable) stills = heif_context_get_number_of_top_level_images(m_context.get());
   constexpr uint32_t kMost = std::numeric_limits<int>::max();

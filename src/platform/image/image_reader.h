@@ -37,7 +37,8 @@ class ImageReader {
 
   /// Pictures in the file: frames of an animation, pages, top-level images. Reduced copies and
   /// masks of a page are not pictures. 0 when the file names none; one that is damaged counts.
-  [[nodiscard]] virtual int imageCount() = 0;
+  /// Throws Cancelled.
+  [[nodiscard]] virtual int imageCount(const std::stop_token& stop) = 0;
 
   /// Decodes the first picture, turned upright. Throws ImageDamaged, Cancelled or std::bad_alloc;
   /// memory is taken only after the size has been checked.

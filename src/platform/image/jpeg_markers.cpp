@@ -26,8 +26,8 @@ constexpr auto kIccName = "ICC_PROFILE\0"sv;
 // Number and count follow the name of a profile's segment.
 constexpr size_t kIccHeader = kIccName.size() + 2;
 
-// Segments between two looks at the stop token.
-constexpr uint64_t kSegmentsBetweenStops = 4096;
+// Bytes between two looks at the stop token.
+constexpr uint64_t kBytesBetweenStops = 64 << 10;
 
 std::optional<uint8_t> nextByte(FileCursor& cursor) {
   std::array<std::byte, 1> byte;
@@ -35,14 +35,15 @@ std::optional<uint8_t> nextByte(FileCursor& cursor) {
   return std::to_integer<uint8_t>(byte[0]);
 }
 
-// The next marker, past anything that is none; absent at the end of the file.
-std::optional<uint8_t> nextMarker(FileCursor& cursor) {
+// The next marker, past anything that is none; absent at the end of the file. Throws Cancelled.
+std::optional<uint8_t> nextMarker(FileCursor& cursor, const std::stop_token& stop) {
   bool afterFill = false;
-  while (const std::optional<uint8_t> byte = nextByte(cursor)) {
-    if (afterFill && *byte != 0xff && *byte != 0) return byte;
+  for (uint64_t count = 0;; ++count) {
+    if (count % kBytesBetweenStops == 0) throwIfCancelled(stop);
+    const std::optional<uint8_t> byte = nextByte(cursor);
+    if (!byte || (afterFill && *byte != 0xff && *byte != 0)) return byte;
     afterFill = *byte == 0xff;
   }
-  return std::nullopt;
 }
 
 // Whether no length and no content follow.
@@ -92,9 +93,8 @@ JpegMarkers JpegMarkers::scan(const ReadOnlyFile& file, const std::stop_token& s
   IccParts icc;
   bool exifSeen = false;
   std::vector<std::byte> segment;
-  for (uint64_t count = 0;; ++count) {
-    if (count % kSegmentsBetweenStops == 0) throwIfCancelled(stop);
-    const std::optional<uint8_t> marker = nextMarker(cursor);
+  for (;;) {
+    const std::optional<uint8_t> marker = nextMarker(cursor, stop);
     if (!marker || *marker == kSos || *marker == kEoi) break;
     if (standsAlone(*marker)) continue;
 

@@ -86,7 +86,7 @@ class JpegReader final : public ImageReader {
   [[nodiscard]] ImageType type() const override { return ImageType::Jpeg; }
   /// Previews and further pictures behind the first one do not count: to every program such a file
   /// is one photograph.
-  [[nodiscard]] int imageCount() override { return 1; }
+  [[nodiscard]] int imageCount(const std::stop_token&) override { return 1; }
 
   [[nodiscard]] Bitmap decode(const std::stop_token& stop) override {
     JpegMarkers markers = JpegMarkers::scan(m_file, stop);

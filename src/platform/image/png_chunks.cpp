@@ -25,8 +25,6 @@ constexpr uint32_t kLongestChunk = 0x7fffffff;
 // A longer eXIf is passed over; the orientation is within the first bytes of any real one.
 constexpr uint32_t kLongestExif = 4 << 20;
 constexpr uint32_t kAnimationControlBytes = 8;
-// Chunks between two looks at the stop token.
-constexpr uint64_t kChunksBetweenStops = 4096;
 
 struct Chunk {
   uint32_t length;
@@ -66,10 +64,11 @@ std::optional<Orientation> readExif(FileCursor& cursor, const Chunk& chunk) {
 
 }  // namespace
 
-int pngImageCount(const ReadOnlyFile& file) {
+int pngImageCount(const ReadOnlyFile& file, const std::stop_token& stop) {
   FileCursor cursor(file);
   cursor.skip(kSignature);
   while (const std::optional<Chunk> chunk = nextChunk(cursor)) {
+    throwIfCancelled(stop);
     if (chunk->is("IDAT") || chunk->is("IEND")) break;
     if (chunk->is("acTL") && chunk->length == kAnimationControlBytes) {
       std::array<std::byte, 4> frames;
@@ -87,8 +86,8 @@ PngChunks PngChunks::scan(const ReadOnlyFile& file, const std::stop_token& stop)
   cursor.skip(kSignature);
   PngChunks result;
   std::optional<Orientation> orientation;
-  for (uint64_t count = 0;; ++count) {
-    if (count % kChunksBetweenStops == 0) throwIfCancelled(stop);
+  for (;;) {
+    throwIfCancelled(stop);
     const std::optional<Chunk> chunk = nextChunk(cursor);
     if (!chunk || cursor.position() + chunk->length + kChecksum > file.size()) throw ImageDamaged();
     if (chunk->is("IEND")) break;

@@ -9,8 +9,8 @@
 namespace vantrel {
 
 /// Pictures that a PNG file holds: the frames that a chunk acTL before the image data announces,
-/// otherwise 1. Looks no further than the beginning of the image data.
-[[nodiscard]] int pngImageCount(const ReadOnlyFile& file);
+/// otherwise 1. Looks no further than the beginning of the image data. Throws Cancelled.
+[[nodiscard]] int pngImageCount(const ReadOnlyFile& file, const std::stop_token& stop);
 
 /// What a walk over the chunks of a PNG file tells before anything is decoded.
 struct PngChunks {

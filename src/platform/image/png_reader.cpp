@@ -128,7 +128,9 @@ class PngReader final : public ImageReader {
   explicit PngReader(ReadOnlyFile file) : m_file(std::move(file)) {}
 
   [[nodiscard]] ImageType type() const override { return ImageType::Png; }
-  [[nodiscard]] int imageCount() override { return pngImageCount(m_file); }
+  [[nodiscard]] int imageCount(const std::stop_token& stop) override {
+    return pngImageCount(m_file, stop);
+  }
 
   [[nodiscard]] Bitmap decode(const std::stop_token& stop) override {
     const PngChunks chunks = PngChunks::scan(m_file, stop);

@@ -10,6 +10,7 @@
 #include <array>
 #include <memory>
 #include <new>
+#include <stdexcept>
 #include <string_view>
 #include <thread>
 #include <vector>
@@ -26,6 +27,8 @@
 namespace vantrel {
 namespace {
 
+/// The largest number that a PNG can hold (PNG, 7.1).
+constexpr int64_t kMostPixelsOnASide = 0x7fffffff;
 /// Bounds on what the stripes in work take, beside the bitmap.
 constexpr int kMostThreads = 16;
 constexpr size_t kMostBytesInWork = size_t{16} << 20;
@@ -121,6 +124,9 @@ void writePngWithThreads(const Bitmap& bitmap, const PixelRect& area,
                          const std::filesystem::path& path, int threads,
                          const std::stop_token& stop) {
   throwIfCancelled(stop);
+  if (std::max(area.width, area.height) > kMostPixelsOnASide) {
+    throw std::length_error("A PNG has at most 2147483647 pixels on a side");
+  }
   const PngRows rows(bitmap, area, stop);
   OutputFile file(path);
   PngChunkWriter chunks(file);

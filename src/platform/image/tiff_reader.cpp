@@ -25,7 +25,7 @@ class TiffReader final : public ImageReader {
   explicit TiffReader(ReadOnlyFile file) : m_file(std::move(file)), m_handle(m_file) {}
 
   [[nodiscard]] ImageType type() const override { return ImageType::Tiff; }
-  [[nodiscard]] int imageCount() override;
+  [[nodiscard]] int imageCount(const std::stop_token& stop) override;
   [[nodiscard]] Bitmap decode(const std::stop_token& stop) override;
 
  private:
@@ -35,7 +35,7 @@ class TiffReader final : public ImageReader {
     tdir_t first = 0;
   };
 
-  [[nodiscard]] Pages countPages();
+  [[nodiscard]] Pages countPages(const std::stop_token& stop);
   void selectPage(TiffHandle& handle, tdir_t page) const;
 
   ReadOnlyFile m_file;
@@ -239,13 +239,14 @@ bool namesDirectory(const ReadOnlyFile& file) {
                                              [](std::byte byte) { return byte != std::byte{0}; });
 }
 
-TiffReader::Pages TiffReader::countPages() {
+TiffReader::Pages TiffReader::countPages(const std::stop_token& stop) {
   Pages pages;
   if (!m_handle.get() || !TIFFSetDirectory(m_handle.get(), 0)) {
     pages.count = namesDirectory(m_file) ? 1 : 0;
     return pages;
   }
   for (tdir_t directory = 0; pages.count < kMostPages; ++directory) {
+    throwIfCancelled(stop);
     if (isPicture(m_handle)) {
       if (pages.count == 0) pages.first = directory;
       ++pages.count;
@@ -257,8 +258,8 @@ TiffReader::Pages TiffReader::countPages() {
   return pages;
 }
 
-int TiffReader::imageCount() {
-  return countPages().count;
+int TiffReader::imageCount(const std::stop_token& stop) {
+  return countPages(stop).count;
 }
 
 void TiffReader::selectPage(TiffHandle& handle, tdir_t page) const {
@@ -268,8 +269,7 @@ void TiffReader::selectPage(TiffHandle& handle, tdir_t page) const {
 }
 
 Bitmap TiffReader::decode(const std::stop_token& stop) {
-  throwIfCancelled(stop);
-  const tdir_t page = countPages().first;
+  const tdir_t page = countPages(stop).first;
   selectPage(m_handle, page);
   TiffPicture picture = TiffPicture::read(m_handle);
   if (!Bitmap::fits(picture.width, picture.height, picture.layout.bytesPerPixel())) {

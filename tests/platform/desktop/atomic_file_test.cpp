@@ -2,10 +2,8 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
-#include <csignal>
 #include <optional>
 #include <system_error>
 
@@ -13,6 +11,7 @@
 #include "platform/desktop/file_descriptor.h"
 #include "support/ordinary_user.h"
 #include "support/temporary_folder.h"
+#include "support/write_failures.h"
 
 namespace vantrel {
 namespace {
@@ -300,32 +299,12 @@ TEST(AtomicCopy, OfAMissingFileLeavesNothing) {
   EXPECT_EQ(namesIn(folder.path()), Names{});
 }
 
-/// Within its life no file can grow beyond `bytes`, as on a full disk.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
-    ::getrlimit(RLIMIT_FSIZE, &m_before);
-    const rlimit limit{bytes, m_before.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FileSizeLimit() {
-    ::setrlimit(RLIMIT_FSIZE, &m_before);
-    std::signal(SIGXFSZ, m_handler);
-  }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
- private:
-  void (*m_handler)(int);
-  rlimit m_before{};
-};
-
 TEST(AtomicCopy, ToAFullDiskLeavesTheOldFile) {
   const TemporaryFolder folder;
   writeFile(folder / "in", manyBytes(9'000'000));
   writeFile(folder / "out", "old");
   {
-    const FileSizeLimit limit(5'000'000);
+    const testing::FileSizeLimit limit(5'000'000);
     EXPECT_EQ(errorOf([&] { atomicCopy(folder / "in", folder / "out"); }),
               "“out” could not be saved: File too large");
   }

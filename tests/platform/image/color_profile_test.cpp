@@ -33,20 +33,20 @@ TEST(ColorProfile, PictureWithoutProfileIsNamedAfterItsModel) {
 }
 
 TEST(ColorProfile, BlanksAtTheEndOfANameAreDropped) {
-  EXPECT_THAT(colorProfileName(onePixel({}, test::wideRgbProfile(L"  Wide space \t\r\n "))),
+  EXPECT_THAT(colorProfileName(onePixel({}, testing::wideRgbProfile(L"  Wide space \t\r\n "))),
               Optional(std::string("  Wide space")));
 }
 
 TEST(ColorProfile, NameIsUtf8) {
-  EXPECT_THAT(colorProfileName(onePixel({}, test::wideRgbProfile(L"Größe 色"))),
+  EXPECT_THAT(colorProfileName(onePixel({}, testing::wideRgbProfile(L"Größe 色"))),
               Optional(std::string("Gr\xC3\xB6\xC3\x9F"
                                    "e \xE8\x89\xB2")));
 }
 
 TEST(ColorProfile, ProfileWithoutANameOrWithoutSenseHasNone) {
-  EXPECT_EQ(colorProfileName(onePixel({}, test::wideRgbProfile(L"   "))), std::nullopt);
+  EXPECT_EQ(colorProfileName(onePixel({}, testing::wideRgbProfile(L"   "))), std::nullopt);
   EXPECT_EQ(colorProfileName(onePixel({}, {1, 2, 3})), std::nullopt);
-  std::vector<uint8_t> cut = test::wideRgbProfile();
+  std::vector<uint8_t> cut = testing::wideRgbProfile();
   cut.resize(130);
   EXPECT_EQ(colorProfileName(onePixel({}, cut)), std::nullopt);
 }
@@ -60,10 +60,11 @@ TEST(ColorProfile, FitsOnlyTheModelOfItsColourSpace) {
     }
     return models;
   };
-  EXPECT_THAT(fitting(test::wideRgbProfile()), ElementsAre(ColorModel::Rgb, ColorModel::Indexed));
-  EXPECT_THAT(fitting(test::grayProfile(1.8)), ElementsAre(ColorModel::Gray));
-  EXPECT_THAT(fitting(test::inkProfile()), ElementsAre(ColorModel::Cmyk));
-  EXPECT_THAT(fitting(test::takeProfileBytes(cmsCreateLab4Profile(nullptr))),
+  EXPECT_THAT(fitting(testing::wideRgbProfile()),
+              ElementsAre(ColorModel::Rgb, ColorModel::Indexed));
+  EXPECT_THAT(fitting(testing::grayProfile(1.8)), ElementsAre(ColorModel::Gray));
+  EXPECT_THAT(fitting(testing::inkProfile()), ElementsAre(ColorModel::Cmyk));
+  EXPECT_THAT(fitting(testing::takeProfileBytes(cmsCreateLab4Profile(nullptr))),
               ElementsAre(ColorModel::Lab));
   EXPECT_THAT(fitting({}), ElementsAre());
   EXPECT_THAT(fitting(std::vector<uint8_t>(500, 'x')), ElementsAre());
@@ -75,17 +76,17 @@ TEST(ColorProfile, ProfileWithoutTheTagsThatPixelsNeedDoesNotFit) {
   cmsSetDeviceClass(profile, cmsSigDisplayClass);
   cmsSetColorSpace(profile, cmsSigRgbData);
   cmsSetPCS(profile, cmsSigXYZData);
-  test::describe(profile, L"Hollow");
-  EXPECT_FALSE(profileFits(test::takeProfileBytes(profile), ColorModel::Rgb));
+  testing::describe(profile, L"Hollow");
+  EXPECT_FALSE(profileFits(testing::takeProfileBytes(profile), ColorModel::Rgb));
 }
 
 TEST(ColorProfile, DeviceLinkDoesNotFit) {
   cmsHPROFILE link = cmsCreateInkLimitingDeviceLink(cmsSigCmykData, 300);
-  EXPECT_FALSE(profileFits(test::takeProfileBytes(link), ColorModel::Cmyk));
+  EXPECT_FALSE(profileFits(testing::takeProfileBytes(link), ColorModel::Cmyk));
 }
 
 TEST(ColorProfile, DamagedProfilesAreRefusedWithoutHarm) {
-  const std::vector<uint8_t> whole = test::inkProfile();
+  const std::vector<uint8_t> whole = testing::inkProfile();
   for (size_t size = 0; size < whole.size(); size += 97) {
     const std::vector<uint8_t> cut(whole.begin(),
                                    whole.begin() + static_cast<std::ptrdiff_t>(size));
@@ -104,9 +105,9 @@ TEST(ColorProfile, SrgbProfileIsNamedAndDated) {
 }
 
 TEST(ColorProfile, SrgbColourIsExpressedInAnotherSpace) {
-  EXPECT_THAT(srgbColorIn(test::wideRgbProfile(), 1, 128 / 255.0, 0), ElementsAre(227, 127, 30));
-  EXPECT_THAT(srgbColorIn(test::wideRgbProfile(), 1, 1, 1), ElementsAre(255, 255, 255));
-  EXPECT_THAT(srgbColorIn(test::wideRgbProfile(), 0, 0, 0), ElementsAre(0, 0, 0));
+  EXPECT_THAT(srgbColorIn(testing::wideRgbProfile(), 1, 128 / 255.0, 0), ElementsAre(227, 127, 30));
+  EXPECT_THAT(srgbColorIn(testing::wideRgbProfile(), 1, 1, 1), ElementsAre(255, 255, 255));
+  EXPECT_THAT(srgbColorIn(testing::wideRgbProfile(), 0, 0, 0), ElementsAre(0, 0, 0));
 }
 
 TEST(ColorProfile, SrgbColourInSrgbKeepsItsValueRoundedHalfUp) {
@@ -114,11 +115,11 @@ TEST(ColorProfile, SrgbColourInSrgbKeepsItsValueRoundedHalfUp) {
   EXPECT_THAT(srgbColorIn({}, 1.7, -0.3, 100.4 / 255), ElementsAre(255, 0, 100));
   EXPECT_THAT(srgbColorIn(srgbProfile(), 200 / 255.0, 100 / 255.0, 3 / 255.0),
               ElementsAre(200, 100, 3));
-  EXPECT_THAT(srgbColorIn(test::grayProfile(2), 1, 0, 0), ElementsAre(255, 0, 0));
+  EXPECT_THAT(srgbColorIn(testing::grayProfile(2), 1, 0, 0), ElementsAre(255, 0, 0));
 }
 
 TEST(ColorProfile, ThreadsDoNotDisturbEachOther) {
-  const std::vector<uint8_t> wide = test::wideRgbProfile();
+  const std::vector<uint8_t> wide = testing::wideRgbProfile();
   std::vector<std::jthread> threads;
   std::array<int, 4> agreed{};
   for (int& count : agreed) {

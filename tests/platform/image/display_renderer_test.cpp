@@ -90,7 +90,7 @@ TEST(DisplayRenderer, InkWithoutProfileTakesLightAway) {
 TEST(DisplayRenderer, InkGoesThroughItsProfile) {
   const auto bitmap =
       picture<uint8_t>(3, 1, {ColorModel::Cmyk}, {0, 0, 0, 0, 0, 0, 0, 255, 128, 128, 128, 0},
-                       profiled(test::inkProfile()));
+                       profiled(testing::inkProfile()));
   const Bytes output = rendered(bitmap);
   EXPECT_THAT(Bytes(output.begin(), output.begin() + 8),
               ElementsAre(255, 255, 255, 255, 0, 0, 0, 255));
@@ -112,7 +112,7 @@ TEST(DisplayRenderer, LabIsConvertedInBothDepths) {
 }
 
 TEST(DisplayRenderer, ColoursGoThroughTheProfile) {
-  const BitmapColor wide = profiled(test::wideRgbProfile());
+  const BitmapColor wide = profiled(testing::wideRgbProfile());
   const Bytes eight = rendered(picture<uint8_t>(1, 1, {}, {227, 127, 30}, wide));
   EXPECT_NEAR(eight[0], 255, 1);
   EXPECT_NEAR(eight[1], 128, 1);
@@ -126,7 +126,7 @@ TEST(DisplayRenderer, ColoursGoThroughTheProfile) {
 }
 
 TEST(DisplayRenderer, DeepColoursAreExactToTheEdgeOfTheGamut) {
-  const auto profile = test::wideRgbProfile();
+  const auto profile = testing::wideRgbProfile();
   std::vector<uint16_t> samples;
   for (uint32_t i = 0; i < 3000; ++i) {
     samples.push_back(static_cast<uint16_t>(i * 40503U));
@@ -150,7 +150,7 @@ TEST(DisplayRenderer, DeepColoursAreExactToTheEdgeOfTheGamut) {
 TEST(DisplayRenderer, GreyGoesThroughTheProfile) {
   // Linear grey: 0.5 is 188 in sRGB.
   const Bytes output = rendered(
-      picture<uint8_t>(3, 1, {ColorModel::Gray}, {0, 128, 255}, profiled(test::grayProfile(1))));
+      picture<uint8_t>(3, 1, {ColorModel::Gray}, {0, 128, 255}, profiled(testing::grayProfile(1))));
   EXPECT_EQ(output[0], 0);
   EXPECT_NEAR(output[4], 188, 1);
   EXPECT_EQ(output[5], output[4]);
@@ -167,7 +167,7 @@ TEST(DisplayRenderer, SrgbProfileChangesNothing) {
 }
 
 TEST(DisplayRenderer, BrokenOrForeignProfileCountsAsNone) {
-  for (const Bytes& profile : {Bytes{1, 2, 3}, test::grayProfile(1), Bytes(400, 0)}) {
+  for (const Bytes& profile : {Bytes{1, 2, 3}, testing::grayProfile(1), Bytes(400, 0)}) {
     const auto bitmap = picture<uint8_t>(1, 1, {}, {10, 20, 30}, profiled(profile));
     EXPECT_THAT(rendered(bitmap), ElementsAre(10, 20, 30, 255));
   }
@@ -178,7 +178,7 @@ TEST(DisplayRenderer, PaletteIsLookedUpWithAlphaAndProfile) {
   color.palette = {{10, 20, 30, 255}, {200, 100, 50, 128}};
   EXPECT_THAT(rendered(picture<uint8_t>(3, 1, {ColorModel::Indexed}, {1, 0, 2}, color)),
               ElementsAre(100, 50, 25, 128, 10, 20, 30, 255, 0, 0, 0, 255));
-  color = profiled(test::wideRgbProfile());
+  color = profiled(testing::wideRgbProfile());
   color.palette = {{227, 127, 30, 255}};
   const Bytes output = rendered(picture<uint8_t>(1, 1, {ColorModel::Indexed}, {0}, color));
   EXPECT_NEAR(output[0], 255, 1);
@@ -246,7 +246,7 @@ TEST(DisplayRenderer, ThreadsShareOneRenderer) {
   for (size_t i = 0; i < samples.size(); ++i) {
     samples[i] = static_cast<uint8_t>(i * 31);
   }
-  const auto bitmap = picture<uint8_t>(64, 64, {}, samples, profiled(test::wideRgbProfile()));
+  const auto bitmap = picture<uint8_t>(64, 64, {}, samples, profiled(testing::wideRgbProfile()));
   const Bytes expected = rendered(bitmap);
   const DisplayRenderer renderer(bitmap);
   std::array<Bytes, 4> outputs;

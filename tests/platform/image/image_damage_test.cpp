@@ -24,7 +24,7 @@ enum class Outcome { NotRecognised, Refused, Decoded };
 Outcome outcomeOf(const std::filesystem::path& path) {
   const std::unique_ptr<ImageReader> reader = ImageReader::open(path);
   if (!reader) return Outcome::NotRecognised;
-  EXPECT_GE(reader->imageCount(), 0);
+  EXPECT_GE(reader->imageCount({}), 0);
   try {
     EXPECT_FALSE(reader->decode({}).isEmpty());
     return Outcome::Decoded;
@@ -66,7 +66,7 @@ JpegSpec jpeg(int channels, bool progressive) {
   spec.sample = [](int x, int y, int channel) {
     return static_cast<uint8_t>(x * 6 + y * y + channel * 40);
   };
-  const Bytes profile = channels == 4 ? test::inkProfile() : test::wideRgbProfile();
+  const Bytes profile = channels == 4 ? testing::inkProfile() : testing::wideRgbProfile();
   if (channels == 3) spec.segments = {{2, testing::iccSegment(profile, 1, 1)}};
   spec.segments.emplace_back(1, exifSegment(6));
   return spec;
@@ -86,7 +86,7 @@ const Seed kSeeds[] = {
     {"png, profile",
      [] {
        PngSpec spec = png(2, 8, false);
-       spec.before = {testing::iccpChunk(test::wideRgbProfile())};
+       spec.before = {testing::iccpChunk(testing::wideRgbProfile())};
        return testing::makePng(spec);
      }},
     {"jpeg, baseline", [] { return testing::makeJpeg(jpeg(3, false)); }},

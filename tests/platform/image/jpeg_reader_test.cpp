@@ -1,11 +1,15 @@
 #include "platform/image/jpeg_reader.h"
 
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include <algorithm>
 #include <cstdlib>
+#include <ctime>
+#include <thread>
 
 #include "base/cancelled.h"
+#include "platform/image/jpeg_markers.h"
 #include "support/icc_maker.h"
 #include "support/open_image.h"
 
@@ -140,7 +144,7 @@ Bytes profileWith(const std::vector<Bytes>& segments, int channels = 3) {
 
 class JpegProfile : public ::testing::Test {
  protected:
-  const Bytes m_whole = test::wideRgbProfile();
+  const Bytes m_whole = testing::wideRgbProfile();
   const Bytes m_first{m_whole.begin(), m_whole.begin() + 200};
   const Bytes m_second{m_whole.begin() + 200, m_whole.begin() + 300};
   const Bytes m_third{m_whole.begin() + 300, m_whole.end()};
@@ -168,13 +172,14 @@ TEST_F(JpegProfile, IsIgnoredWhenItsPartsDoNotMakeAWhole) {
 TEST_F(JpegProfile, IsIgnoredWhenItBelongsToAnotherModelOrCannotBeRead) {
   EXPECT_TRUE(profileWith({iccSegment(m_whole, 1, 1)}, 1).empty());
   EXPECT_TRUE(profileWith({iccSegment(m_first, 1, 1)}).empty());
-  EXPECT_EQ(profileWith({iccSegment(test::grayProfile(1.8), 1, 1)}, 1), test::grayProfile(1.8));
-  EXPECT_EQ(profileWith({iccSegment(test::inkProfile(), 1, 1)}, 4), test::inkProfile());
+  EXPECT_EQ(profileWith({iccSegment(testing::grayProfile(1.8), 1, 1)}, 1),
+            testing::grayProfile(1.8));
+  EXPECT_EQ(profileWith({iccSegment(testing::inkProfile(), 1, 1)}, 4), testing::inkProfile());
 }
 
 void expectDamaged(const Bytes& bytes) {
   OpenImage image(bytes);
-  EXPECT_EQ(image.reader().imageCount(), 1);
+  EXPECT_EQ(image.reader().imageCount({}), 1);
   EXPECT_THROW((void)image.reader().decode({}), ImageDamaged);
 }
 
@@ -194,7 +199,7 @@ TEST(JpegReader, IsOnePictureWhateverFollowsIt) {
   file.insert(file.end(), 5000, 0xab);
   OpenImage image(file);
   EXPECT_EQ(image.reader().type(), ImageType::Jpeg);
-  EXPECT_EQ(image.reader().imageCount(), 1);
+  EXPECT_EQ(image.reader().imageCount({}), 1);
   expectGradient(image.reader().decode({}), ColorModel::Rgb, spec());
 }
 
@@ -279,6 +284,31 @@ TEST(JpegReader, StopsWhenAskedTo) {
     source.request_stop();
     EXPECT_THROW((void)image.reader().decode(source.get_token()), Cancelled);
   }
+}
+
+/// Waits until a thread has computed for a while, or has ended.
+void waitForWorkOf(std::thread& thread) {
+  constexpr long kNanoseconds = 20'000'000;
+  clockid_t clock{};
+  timespec used{};
+  ASSERT_EQ(pthread_getcpuclockid(thread.native_handle(), &clock), 0);
+  while (clock_gettime(clock, &used) == 0 && used.tv_sec == 0 && used.tv_nsec < kNanoseconds) {
+    std::this_thread::yield();
+  }
+}
+
+TEST(JpegReader, StopsAmidAnyAmountOfWhatIsNoMarker) {
+  const testing::TemporaryFolder folder;
+  testing::saveBytes(folder / "image", {0xff, 0xd8, 0xff});
+  std::filesystem::resize_file(folder / "image", uintmax_t{8} << 30);
+  const ReadOnlyFile file = *ReadOnlyFile::open(folder / "image");
+  std::stop_source source;
+  std::thread thread([&file, token = source.get_token()] {
+    EXPECT_THROW((void)JpegMarkers::scan(file, token), Cancelled);
+  });
+  waitForWorkOf(thread);
+  source.request_stop();
+  thread.join();
 }
 
 TEST(JpegReader, DecodesTheSameTwice) {

@@ -118,21 +118,21 @@ TEST_F(JpegWriter, IsBaselineWithNothingButTables) {
 }
 
 TEST_F(JpegWriter, KeepsTheProfileByteForByte) {
-  const std::vector<uint8_t> rgb = test::wideRgbProfile();
+  const std::vector<uint8_t> rgb = testing::wideRgbProfile();
   const JpegContents color = written(makeBitmap(9, 9, kRgb8, soft, {rgb, {}}));
   EXPECT_EQ(color.iccProfile, rgb);
   EXPECT_EQ(std::count(color.markers.begin(), color.markers.end(), kApp2), 1);
 
-  const std::vector<uint8_t> gray = test::grayProfile(1.8);
+  const std::vector<uint8_t> gray = testing::grayProfile(1.8);
   EXPECT_EQ(written(makeBitmap(9, 9, kGray8, soft, {gray, {}})).iccProfile, gray);
 
-  const std::vector<uint8_t> ink = test::inkProfile();
+  const std::vector<uint8_t> ink = testing::inkProfile();
   const PixelLayout deepInk{ColorModel::Cmyk, SampleFormat::UInt16, false};
   EXPECT_EQ(written(makeBitmap(9, 9, deepInk, soft, {ink, {}})).iccProfile, ink);
 }
 
 TEST_F(JpegWriter, DividesALongProfileIntoParts) {
-  std::vector<uint8_t> profile = test::wideRgbProfile();
+  std::vector<uint8_t> profile = testing::wideRgbProfile();
   for (int i = 0; i < 150000; ++i)
     profile.push_back(static_cast<uint8_t>(i * 7));
   const JpegContents jpeg = written(makeBitmap(9, 9, kRgb8, soft, {profile, {}}));
@@ -176,7 +176,7 @@ TEST_F(JpegWriter, RoundsDeepSamples) {
 }
 
 TEST_F(JpegWriter, TurnsAPaletteIntoColours) {
-  const std::vector<uint8_t> profile = test::wideRgbProfile();
+  const std::vector<uint8_t> profile = testing::wideRgbProfile();
   const Bitmap bitmap = plain({ColorModel::Indexed, SampleFormat::UInt8, false}, {1},
                               {profile, {{0, 0, 0}, {30, 90, 200}}});
   expectNear(colorOf(bitmap, kRed), {30, 90, 200}, 2);
@@ -201,7 +201,7 @@ TEST_F(JpegWriter, LaysTransparentPixelsOverTheBackground) {
 }
 
 TEST_F(JpegWriter, KeepsAWideSpaceUnderTransparentPixels) {
-  const std::vector<uint8_t> profile = test::wideRgbProfile();
+  const std::vector<uint8_t> profile = testing::wideRgbProfile();
   const Bitmap clear = plain(kRgba8, {10, 200, 40, 0}, {profile, {}});
   const std::array<uint8_t, 3> red = srgbColorIn(profile, 1, 0, 0);
   expectNear(colorOf(clear, kRed), {red[0], red[1], red[2]}, 2);

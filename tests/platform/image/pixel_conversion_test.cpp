@@ -109,7 +109,7 @@ TEST(PixelConversion, LimitsFloatsToTheirRange) {
                                    -std::numeric_limits<double>::infinity(),
                                    0.25};
   const auto width = static_cast<int64_t>(values.size());
-  const std::vector<uint8_t> profile = test::grayProfile(1.8);
+  const std::vector<uint8_t> profile = testing::grayProfile(1.8);
   const Bitmap bitmap = makeBitmap(
       width, 1, {ColorModel::Gray, SampleFormat::Float32, false},
       [&](int64_t x, int64_t, int) { return values[static_cast<size_t>(x)]; }, {profile, {}});
@@ -139,7 +139,7 @@ TEST(PixelConversion, TakesUncalibratedInkAsLightThatPasses) {
 }
 
 TEST(PixelConversion, TakesInkThroughItsProfile) {
-  const std::vector<uint8_t> profile = test::inkProfile();
+  const std::vector<uint8_t> profile = testing::inkProfile();
   // Lightness 50 without colour is 119 in sRGB.
   const Bitmap half = onePixel<uint8_t>(ColorModel::Cmyk, true, {0, 0, 0, 128, 9}, {profile, {}});
   const auto pixel = convertRow<uint8_t>(PixelConversion::forPng(half), half);
@@ -214,7 +214,7 @@ TEST(PixelConversion, TurnsGreyWithAlphaIntoSrgbForJpeg) {
 
   // Half of the light is 188 in sRGB.
   const Bitmap linear =
-      onePixel<uint8_t>(ColorModel::Gray, true, {128, 255}, {test::grayProfile(1.0), {}});
+      onePixel<uint8_t>(ColorModel::Gray, true, {128, 255}, {testing::grayProfile(1.0), {}});
   for (const uint8_t channel :
        convertRow<uint8_t>(PixelConversion::forJpeg(linear, kRed), linear)) {
     EXPECT_NEAR(channel, 188, 2);
@@ -222,7 +222,7 @@ TEST(PixelConversion, TurnsGreyWithAlphaIntoSrgbForJpeg) {
 }
 
 TEST(PixelConversion, KeepsAnRgbSpaceAndPutsTheBackgroundIntoIt) {
-  const std::vector<uint8_t> profile = test::wideRgbProfile();
+  const std::vector<uint8_t> profile = testing::wideRgbProfile();
   const Bitmap clear = onePixel<uint8_t>(ColorModel::Rgb, true, {10, 20, 30, 0}, {profile, {}});
   const PixelConversion conversion = PixelConversion::forJpeg(clear, kRed);
   EXPECT_EQ(conversion.iccProfile(), profile);
@@ -236,7 +236,7 @@ TEST(PixelConversion, KeepsAnRgbSpaceAndPutsTheBackgroundIntoIt) {
 }
 
 TEST(PixelConversion, LooksUpThePaletteForJpeg) {
-  const std::vector<uint8_t> profile = test::wideRgbProfile();
+  const std::vector<uint8_t> profile = testing::wideRgbProfile();
   const BitmapColor color{profile, {{1, 2, 3, 255}, {200, 100, 50, 255}}};
   const auto indices = [](int64_t x, int64_t, int) { return static_cast<double>(x); };
   const Bitmap bitmap =
@@ -259,7 +259,7 @@ TEST(PixelConversion, TurnsAPaletteWithAlphaIntoSrgbForJpeg) {
   EXPECT_EQ(convertRow<uint8_t>(conversion, plain),
             (std::vector<uint8_t>{1, 2, 3, 255, 0, 0, 224, 20, 20}));
 
-  color.iccProfile = test::wideRgbProfile();
+  color.iccProfile = testing::wideRgbProfile();
   color.palette = {{0, 255, 0, 255}};
   const Bitmap wide = makeBitmap(1, 1, layout, indices, color);
   const PixelConversion fromWide = PixelConversion::forJpeg(wide, kRed);

@@ -41,23 +41,23 @@ Bytes profileWith(std::vector<Bytes> chunks, int colorType = 2) {
 }
 
 TEST(PngProfile, IsTheEmbeddedOneByteForByte) {
-  const Bytes profile = test::wideRgbProfile();
+  const Bytes profile = testing::wideRgbProfile();
   EXPECT_EQ(profileWith({iccpChunk(profile)}), profile);
   EXPECT_EQ(profileWith({iccpChunk(profile)}, 3), profile);
   EXPECT_EQ(profileWith({iccpChunk(profile), kSrgbGamma, kSrgbPrimaries}), profile);
-  const Bytes gray = test::grayProfile(1.8);
+  const Bytes gray = testing::grayProfile(1.8);
   EXPECT_EQ(profileWith({iccpChunk(gray)}, 0), gray);
   EXPECT_EQ(profileWith({iccpChunk(gray)}, 4), gray);
 }
 
 TEST(PngProfile, IsIgnoredWhenItBelongsToAnotherModel) {
-  EXPECT_TRUE(profileWith({iccpChunk(test::wideRgbProfile())}, 0).empty());
-  EXPECT_TRUE(profileWith({iccpChunk(test::grayProfile(1.8))}).empty());
-  EXPECT_TRUE(profileWith({iccpChunk(test::inkProfile())}).empty());
+  EXPECT_TRUE(profileWith({iccpChunk(testing::wideRgbProfile())}, 0).empty());
+  EXPECT_TRUE(profileWith({iccpChunk(testing::grayProfile(1.8))}).empty());
+  EXPECT_TRUE(profileWith({iccpChunk(testing::inkProfile())}).empty());
 }
 
 TEST(PngProfile, IsIgnoredWhenItCannotBeRead) {
-  Bytes damaged = test::wideRgbProfile();
+  Bytes damaged = testing::wideRgbProfile();
   damaged.resize(damaged.size() / 2);
   EXPECT_TRUE(profileWith({iccpChunk(damaged)}).empty());
   EXPECT_TRUE(profileWith({iccpChunk(Bytes(1000, 7))}).empty());
@@ -67,7 +67,7 @@ TEST(PngProfile, IsIgnoredWhenItCannotBeRead) {
 
 TEST(PngProfile, IsIgnoredWhenItClaimsMoreThanItMay) {
   // A profile of zeros whose header claims its 64 MiB, in about 64 KiB.
-  Bytes bomb = test::wideRgbProfile();
+  Bytes bomb = testing::wideRgbProfile();
   bomb.resize(64 << 20);
   bomb[0] = 4, bomb[1] = bomb[2] = bomb[3] = 0;
   EXPECT_TRUE(profileWith({iccpChunk(bomb)}).empty());

@@ -235,7 +235,7 @@ TEST(PngReader, CountsTheFramesOfAnAnimation) {
   const auto countWith = [](const Bytes& chunk) {
     PngSpec made = spec(2, 8);
     made.before = {pngChunk("tEXt", {'a', 0, 'b'}), chunk};
-    return OpenImage(makePng(made)).reader().imageCount();
+    return OpenImage(makePng(made)).reader().imageCount({});
   };
   EXPECT_EQ(countWith(pngChunk("tIME", {7, 208, 1, 1, 0, 0, 0})), 1);
   EXPECT_EQ(countWith(pngChunk("acTL", fixedNumbers({12, 0}))), 12);
@@ -249,7 +249,7 @@ TEST(PngReader, IsNoAnimationWhenTheControlComesAfterThePicture) {
   PngSpec made = spec(2, 8);
   made.after = {pngChunk("acTL", fixedNumbers({12, 0}))};
   OpenImage image(makePng(made));
-  EXPECT_EQ(image.reader().imageCount(), 1);
+  EXPECT_EQ(image.reader().imageCount({}), 1);
   EXPECT_EQ(image.reader().type(), ImageType::Png);
   EXPECT_NO_THROW((void)image.reader().decode({}));
 }
@@ -265,12 +265,13 @@ TEST(PngReader, StopsWhenAskedTo) {
   OpenImage image(makePng(spec(2, 8)));
   std::stop_source source;
   source.request_stop();
+  EXPECT_THROW((void)image.reader().imageCount(source.get_token()), Cancelled);
   EXPECT_THROW((void)image.reader().decode(source.get_token()), Cancelled);
 }
 
 void expectDamaged(const Bytes& bytes) {
   OpenImage image(bytes);
-  EXPECT_EQ(image.reader().imageCount(), 1);
+  EXPECT_EQ(image.reader().imageCount({}), 1);
   EXPECT_THROW((void)image.reader().decode({}), ImageDamaged);
 }
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <stdexcept>
 #include <stop_token>
 #include <string>
 #include <system_error>
@@ -192,12 +193,12 @@ TEST_F(PngWriter, GivesPixelsPastThePaletteABlackEntry) {
 }
 
 TEST_F(PngWriter, KeepsTheProfileByteForByte) {
-  const std::vector<uint8_t> rgb = test::wideRgbProfile();
+  const std::vector<uint8_t> rgb = testing::wideRgbProfile();
   const PngContents color = written(makeBitmap(4, 4, kRgb8, scatter, {rgb, {}}), {1, 1, 2, 2});
   EXPECT_EQ(color.iccProfile, rgb);
   EXPECT_EQ(color.chunks, (std::vector<std::string>{"IHDR", "iCCP", "IDAT", "IEND"}));
 
-  const std::vector<uint8_t> gray = test::grayProfile(1.8);
+  const std::vector<uint8_t> gray = testing::grayProfile(1.8);
   EXPECT_EQ(written(makeBitmap(4, 4, kGray8, scatter, {gray, {}}), {0, 0, 4, 4}).iccProfile, gray);
 
   BitmapColor indexed = colorsOf(256);
@@ -214,7 +215,7 @@ TEST_F(PngWriter, SaysSrgbInAChunkOfItsOwn) {
 
 TEST_F(PngWriter, LeavesOutAProfileOfAnotherKindOfColour) {
   const PngContents png =
-      written(makeBitmap(4, 4, kGray8, scatter, {test::wideRgbProfile(), {}}), {0, 0, 4, 4});
+      written(makeBitmap(4, 4, kGray8, scatter, {testing::wideRgbProfile(), {}}), {0, 0, 4, 4});
   EXPECT_EQ(png.colorType, 0);
   EXPECT_EQ(png.chunks, (std::vector<std::string>{"IHDR", "IDAT", "IEND"}));
 }
@@ -229,7 +230,7 @@ TEST_F(PngWriter, ConvertsInkToTaggedRgb) {
 }
 
 TEST_F(PngWriter, WritesFloatsAsWordsInTheirOwnSpace) {
-  const std::vector<uint8_t> profile = test::wideRgbProfile();
+  const std::vector<uint8_t> profile = testing::wideRgbProfile();
   const auto sample = [](int64_t x, int64_t, int channel) {
     return static_cast<double>(x) - 0.5 + channel * 0.25;
   };
@@ -282,6 +283,16 @@ TEST_F(PngWriter, ReplacesALongerFile) {
   testing::writeFile(path(), std::string(100000, 'x'));
   const Bitmap bitmap = makeBitmap(3, 3, kGray8, scatter);
   EXPECT_EQ(written(bitmap, bitmap.bounds()).pixels, storedBytes(bitmap, bitmap.bounds()));
+}
+
+TEST_F(PngWriter, RefusesMorePixelsOnASideThanAPngHolds) {
+  constexpr int64_t kTooMany = int64_t{1} << 31;
+  // All rows are the same byte.
+  const Bitmap high(1, kTooMany, kGray8, std::make_shared<const std::byte>(), 0, {});
+  ASSERT_THROW(writePng(high, high.bounds(), path(), {}), std::length_error);
+  const Bitmap wide(kTooMany, 1, kGray8, nullptr, 0, {});
+  EXPECT_THROW(writePng(wide, wide.bounds(), path(), {}), std::length_error);
+  EXPECT_FALSE(std::filesystem::exists(path()));
 }
 
 TEST_F(PngWriter, IsCancelledBeforeItStarts) {
