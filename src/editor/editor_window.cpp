@@ -44,6 +44,11 @@ EditorWindow::EditorWindow(ExportSession::Review review, QWidget* parent)
   updateActions();
 }
 
+EditorWindow::~EditorWindow() {
+  // The focus moves while the children go; there is nobody left to follow it.
+  disconnect(qApp, nullptr, this, nullptr);
+}
+
 void EditorWindow::buildFileMenu() {
   QMenu* menu = menuBar()->addMenu(tr("&File"));
   menu->addAction(tr("New Window"), QKeySequence(Qt::CTRL | Qt::Key_N), this,

@@ -17,6 +17,7 @@ class EditorWindow final : public QMainWindow {
 
  public:
   explicit EditorWindow(ExportSession::Review review, QWidget* parent = nullptr);
+  ~EditorWindow() override;
 
   [[nodiscard]] EditorView* view() const { return m_view; }
 
