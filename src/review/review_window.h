@@ -44,6 +44,8 @@ class ReviewWindow final : public QMainWindow {
   QMenu* m_fileMenu = nullptr;
   QAction* m_saveAction = nullptr;
   bool m_asking = false;
+  /// The place to save to is being asked for.
+  bool m_choosing = false;
   /// The save that runs, or is being asked for, is the answer to closing the window.
   bool m_closeAfterSave = false;
   bool m_discard = false;
