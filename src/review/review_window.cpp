@@ -27,12 +27,19 @@ ReviewWindow::ReviewWindow(std::unique_ptr<ExportReviewDocument> document, QWidg
   buildMenu();
   setCentralWidget(
       new ImageReviewView(m_document->temporaryExportPath(), m_document->summary(), this));
-  resize(kWindowSize);
-  move(screen()->availableGeometry().center() - rect().center());
+  const QRect place = placeIn(screen()->availableGeometry());
+  resize(place.size());
+  move(place.topLeft());
   updateTitle();
   connect(m_document.get(), &ExportReviewDocument::saved, this, &ReviewWindow::finishSave);
   connect(m_document.get(), &ExportReviewDocument::saveFailed, this,
           &ReviewWindow::showSaveFailure);
+}
+
+QRect ReviewWindow::placeIn(const QRect& room) {
+  QRect place(QPoint(0, 0), kWindowSize.boundedTo(room.size()));
+  place.moveCenter(room.center());
+  return place;
 }
 
 void ReviewWindow::buildMenu() {

@@ -22,6 +22,9 @@ class ReviewWindow final : public QMainWindow {
   /// For the application's own items.
   [[nodiscard]] QMenu* fileMenu() { return m_fileMenu; }
 
+  /// Where a window opens in the free part of a screen: in the middle, no larger than it.
+  [[nodiscard]] static QRect placeIn(const QRect& room);
+
   /// Asks where to save, and saves there.
   void save();
 

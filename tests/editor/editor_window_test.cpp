@@ -129,6 +129,11 @@ TEST_F(EditorWindowTest, ClosingAReviewThatAsksForAPlaceAsksNothingElse) {
   EXPECT_NE(review.findChild<QMessageBox*>(), nullptr);
 }
 
+TEST(ReviewWindow, OpensInTheMiddleAndInsideTheScreen) {
+  EXPECT_EQ(ReviewWindow::placeIn({100, 0, 1400, 900}), QRect(400, 150, 800, 600));
+  EXPECT_EQ(ReviewWindow::placeIn({0, 20, 700, 430}), QRect(0, 20, 700, 430));
+}
+
 TEST(ApplicationLook, GivesTheWindowsAnIcon) {
   ApplicationLook::install();
   EXPECT_FALSE(QApplication::windowIcon().pixmap(64, 64).isNull());
