@@ -15,7 +15,7 @@ int main(int argc, char** argv) {
 
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Vantrel"));
-  QApplication::setDesktopFileName(QStringLiteral("vantrel"));
+  QApplication::setDesktopFileName(QStringLiteral("org.vantrel.Vantrel"));
   QLocale::setDefault(vantrel::CropFormatting::locale());
   vantrel::ApplicationLook::install();
 

@@ -12,6 +12,7 @@ constexpr int kLineWidth = 280;
 }  // namespace
 
 void layOutMessage(QMessageBox& box) {
+  box.setTextFormat(Qt::PlainText);
   // The names that the toolkit gives to its two labels.
   if (auto* text = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) {
     QFont font = text->font();
@@ -20,6 +21,7 @@ void layOutMessage(QMessageBox& box) {
     text->setMinimumWidth(kLineWidth);
   }
   if (auto* more = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"))) {
+    more->setTextFormat(Qt::PlainText);
     more->setMinimumWidth(kLineWidth);
   }
 }

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFontDatabase>
+#include <QIcon>
 #include <QStyle>
 
 #include "editor/quiet_style.h"
@@ -79,6 +80,7 @@ QPalette palette(bool dark) {
 }
 
 void install() {
+  QApplication::setWindowIcon(QIcon(QStringLiteral(":/vantrel/icon.svg")));
   if (QApplication::style()->name() != QLatin1String("fusion")) return;
   const auto* system = new SystemAppearance(qApp);
   QApplication::setStyle(new QuietStyle);

@@ -8,8 +8,8 @@ namespace vantrel::ApplicationLook {
 
 [[nodiscard]] QPalette palette(bool dark);
 
-/// Installs the style and the fonts, unless the desktop has a style, and follows the desktop's wish
-/// for dark or light windows from then on. Needs the QApplication.
+/// Installs the icon of the windows, and the style and the fonts unless the desktop has a style,
+/// and follows the desktop's wish for dark or light windows from then on. Needs the QApplication.
 void install();
 
 }  // namespace vantrel::ApplicationLook

@@ -9,6 +9,7 @@
 #include <QToolBar>
 #include <utility>
 
+#include "controls/window_title.h"
 #include "editor/editor_view.h"
 #include "editor/text_editing.h"
 #include "editor/toolbar_icon.h"
@@ -100,7 +101,7 @@ void EditorWindow::updateActions() {
   m_redo->setEnabled(canEdit && (history.canRedo() || isEditingText()));
   m_undoButton->setEnabled(!state.busy() && history.canUndo());
   m_redoButton->setEnabled(!state.busy() && history.canRedo());
-  setWindowTitle(state.loaded() ? displayName(state.file()->path)
+  setWindowTitle(state.loaded() ? windowTitleOf(displayName(state.file()->path))
                                 : QCoreApplication::applicationName());
 }
 
@@ -108,6 +109,14 @@ void EditorWindow::updateIcons() {
   m_open->setIcon(toolbarIcon(QStringLiteral("open"), palette()));
   m_undoButton->setIcon(toolbarIcon(QStringLiteral("undo"), palette()));
   m_redoButton->setIcon(toolbarIcon(QStringLiteral("redo"), palette()));
+}
+
+bool EditorWindow::event(QEvent* event) {
+  // A window in which nothing has the focus would give it to its first field, and so begin to edit.
+  if (event->type() == QEvent::WindowActivate && m_view->state().loaded() && !focusWidget()) {
+    setFocus(Qt::ActiveWindowFocusReason);
+  }
+  return QMainWindow::event(event);
 }
 
 void EditorWindow::changeEvent(QEvent* event) {

@@ -26,6 +26,7 @@ class EditorWindow final : public QMainWindow {
   void quitRequested();
 
  protected:
+  bool event(QEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:

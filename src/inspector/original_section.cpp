@@ -51,7 +51,9 @@ void OriginalSection::setSource(const InspectorSource& source) {
   m_size.value->setText(CropFormatting::byteCount(source.sourceBytes));
   m_colorProfile.row->setVisible(image.colorProfileName.has_value());
   m_colorProfile.value->setText(image.colorProfileName.value_or(QString()));
-  m_colorProfile.value->setToolTip(m_colorProfile.value->text());
+  // Marked up, so that the name itself, which comes out of the file, is not taken for markup.
+  m_colorProfile.value->setToolTip(
+      QStringLiteral("<p>%1</p>").arg(m_colorProfile.value->text().toHtmlEscaped()));
 }
 
 }  // namespace vantrel

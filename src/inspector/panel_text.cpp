@@ -1,12 +1,27 @@
 #include "inspector/panel_text.h"
 
 #include <QLabel>
+#include <QPainter>
+#include <QStyle>
 
 namespace vantrel::PanelText {
 namespace {
 
-QLabel* label(const QString& text, int size, QFont::Weight weight, QWidget* parent) {
-  auto* label = new QLabel(text, parent);
+/// Ends in "…" where its text is wider than itself.
+class ElidedLabel final : public QLabel {
+ public:
+  using QLabel::QLabel;
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QPainter painter(this);
+    style()->drawItemText(&painter, rect(), static_cast<int>(alignment()), palette(), isEnabled(),
+                          fontMetrics().elidedText(text(), Qt::ElideRight, width()),
+                          foregroundRole());
+  }
+};
+
+QLabel* styled(QLabel* label, int size, QFont::Weight weight) {
   QFont font = label->font();
   font.setPixelSize(size);
   font.setWeight(weight);
@@ -18,21 +33,21 @@ QLabel* label(const QString& text, int size, QFont::Weight weight, QWidget* pare
 }  // namespace
 
 QLabel* title(const QString& text, QWidget* parent) {
-  return label(text, kTextSize, QFont::DemiBold, parent);
+  return styled(new QLabel(text, parent), kTextSize, QFont::DemiBold);
 }
 
 QLabel* body(const QString& text, QWidget* parent) {
-  return label(text, kTextSize, QFont::Normal, parent);
+  return styled(new QLabel(text, parent), kTextSize, QFont::Normal);
 }
 
 QLabel* caption(const QString& text, QWidget* parent) {
-  QLabel* caption = label(text, kCaptionSize, QFont::Normal, parent);
+  QLabel* caption = styled(new QLabel(text, parent), kCaptionSize, QFont::Normal);
   caption->setForegroundRole(QPalette::PlaceholderText);
   return caption;
 }
 
 QLabel* value(QWidget* parent) {
-  QLabel* value = body({}, parent);
+  QLabel* value = styled(new ElidedLabel(parent), kTextSize, QFont::Normal);
   value->setForegroundRole(QPalette::PlaceholderText);
   value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   value->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);

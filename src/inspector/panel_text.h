@@ -17,7 +17,7 @@ inline constexpr int kTextSize = 13, kCaptionSize = 11;
 [[nodiscard]] QLabel* body(const QString& text, QWidget* parent);
 /// Text of `kCaptionSize` in the secondary colour.
 [[nodiscard]] QLabel* caption(const QString& text, QWidget* parent);
-/// A value in the secondary colour that gives way when it is too long.
+/// A value in the secondary colour; it is cut short with "…" when it is too long.
 [[nodiscard]] QLabel* value(QWidget* parent);
 
 /// "640 × 480", digits without grouping.

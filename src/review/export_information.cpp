@@ -12,8 +12,6 @@ constexpr int kHorizontalPadding = 10;
 constexpr int kVerticalPadding = 6;
 constexpr double kRadius = 6;
 constexpr int kCaptionPixels = 11;
-// Text laid out for a fractional display can be wider than its metrics.
-constexpr int kRoundingSlack = 4;
 constexpr float kBackgroundOpacity = 0.6F;
 
 }  // namespace
@@ -30,7 +28,7 @@ ExportInformation::ExportInformation(const ExportSummary& summary, QWidget* pare
 
 QSize ExportInformation::sizeHint() const {
   const QFontMetricsF metrics(font());
-  return {static_cast<int>(std::ceil(metrics.horizontalAdvance(m_description))) + kRoundingSlack +
+  return {static_cast<int>(std::ceil(metrics.horizontalAdvance(m_description))) +
               2 * kHorizontalPadding,
           static_cast<int>(std::ceil(metrics.height())) + 2 * kVerticalPadding};
 }
@@ -47,8 +45,12 @@ void ExportInformation::paintEvent(QPaintEvent* /*event*/) {
   painter.drawRoundedRect(QRectF(rect()), kRadius, kRadius);
   painter.setPen(Qt::white);
   const QRect line = rect().adjusted(kHorizontalPadding, 0, -kHorizontalPadding, 0);
-  painter.drawText(line, Qt::AlignVCenter | Qt::AlignLeft,
-                   fontMetrics().elidedText(m_description, Qt::ElideRight, line.width()));
+  // Text laid out for a fractional display can be wider than its metrics; what fits by these is
+  // neither cut short nor clipped.
+  const bool fits = QFontMetricsF(font()).horizontalAdvance(m_description) <= line.width();
+  painter.drawText(
+      line, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextDontClip,
+      fits ? m_description : fontMetrics().elidedText(m_description, Qt::ElideRight, line.width()));
 }
 
 }  // namespace vantrel

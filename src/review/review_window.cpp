@@ -11,6 +11,7 @@
 #include <QScreen>
 
 #include "controls/message_layout.h"
+#include "controls/window_title.h"
 #include "review/image_review_view.h"
 
 namespace vantrel {
@@ -26,12 +27,19 @@ ReviewWindow::ReviewWindow(std::unique_ptr<ExportReviewDocument> document, QWidg
   buildMenu();
   setCentralWidget(
       new ImageReviewView(m_document->temporaryExportPath(), m_document->summary(), this));
-  resize(kWindowSize);
-  move(screen()->availableGeometry().center() - rect().center());
+  const QRect place = placeIn(screen()->availableGeometry());
+  resize(place.size());
+  move(place.topLeft());
   updateTitle();
   connect(m_document.get(), &ExportReviewDocument::saved, this, &ReviewWindow::finishSave);
   connect(m_document.get(), &ExportReviewDocument::saveFailed, this,
           &ReviewWindow::showSaveFailure);
+}
+
+QRect ReviewWindow::placeIn(const QRect& room) {
+  QRect place(QPoint(0, 0), kWindowSize.boundedTo(room.size()));
+  place.moveCenter(room.center());
+  return place;
 }
 
 void ReviewWindow::buildMenu() {
@@ -45,13 +53,14 @@ void ReviewWindow::buildMenu() {
 }
 
 void ReviewWindow::updateTitle() {
-  setWindowTitle(m_document->displayName() + QStringLiteral("[*]"));
+  setWindowTitle(windowTitleOf(m_document->displayName()) + QStringLiteral("[*]"));
   setWindowModified(m_document->isUnsaved());
   m_saveAction->setEnabled(!m_document->isSaving());
 }
 
 void ReviewWindow::save() {
-  if (m_document->isSaving()) return;
+  if (m_document->isSaving() || m_choosing) return;
+  m_choosing = true;
   auto* dialog = new QFileDialog(this, tr("Save"));
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setAcceptMode(QFileDialog::AcceptSave);
@@ -63,6 +72,7 @@ void ReviewWindow::save() {
     m_document->save(QFile::encodeName(file).toStdString());
     updateTitle();
   });
+  connect(dialog, &QDialog::finished, this, [this] { m_choosing = false; });
   connect(dialog, &QDialog::rejected, this, &ReviewWindow::refuseClose);
   dialog->open();
 }
@@ -84,7 +94,7 @@ void ReviewWindow::showSaveFailure(const QString& message) {
 }
 
 void ReviewWindow::closeEvent(QCloseEvent* event) {
-  if (m_document->isSaving()) {
+  if (m_document->isSaving() || m_choosing) {
     m_closeAfterSave = true;
     event->ignore();
   } else if (m_document->isUnsaved() && !m_discard) {

@@ -22,6 +22,9 @@ class ReviewWindow final : public QMainWindow {
   /// For the application's own items.
   [[nodiscard]] QMenu* fileMenu() { return m_fileMenu; }
 
+  /// Where a window opens in the free part of a screen: in the middle, no larger than it.
+  [[nodiscard]] static QRect placeIn(const QRect& room);
+
   /// Asks where to save, and saves there.
   void save();
 
@@ -44,6 +47,8 @@ class ReviewWindow final : public QMainWindow {
   QMenu* m_fileMenu = nullptr;
   QAction* m_saveAction = nullptr;
   bool m_asking = false;
+  /// The place to save to is being asked for.
+  bool m_choosing = false;
   /// The save that runs, or is being asked for, is the answer to closing the window.
   bool m_closeAfterSave = false;
   bool m_discard = false;

@@ -60,6 +60,23 @@ TEST_F(InspectorViewTest, SetsALegalMargin) {
   EXPECT_EQ(history.crop().top, 0);
 }
 
+TEST_F(InspectorViewTest, CutsALongProfileShortAndTellsAllOfIt) {
+  const QString name = QStringLiteral("<b>Wide</b> gamut, ") + QString(60, QLatin1Char('m'));
+  source.imageSource->colorProfileName = name;
+  show();
+  QLabel* value = nullptr;
+  for (QLabel* label : view.findChildren<QLabel*>()) {
+    if (label->text() == name) value = label;
+  }
+  ASSERT_NE(value, nullptr);
+  EXPECT_TRUE(value->toolTip().contains(name.toHtmlEscaped()));
+  const QImage shown = value->grab().toImage();
+  const QString cut = value->fontMetrics().elidedText(name, Qt::ElideRight, value->width());
+  ASSERT_TRUE(cut.endsWith(QStringLiteral("…")));
+  value->setText(cut);
+  EXPECT_EQ(value->grab().toImage(), shown);
+}
+
 TEST_F(InspectorViewTest, LeavesDropsToTheWindow) {
   show();
   for (const QLineEdit* text : view.findChildren<QLineEdit*>())

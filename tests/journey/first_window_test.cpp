@@ -362,7 +362,7 @@ TEST_F(FirstWindowTest, UndoesTypingInTheFieldFirstAndTheCropThen) {
 
 TEST_F(FirstWindowTest, LeadsTheKeyboardThroughTheFieldsToTheExport) {
   open(folder / "photo.png");
-  EXPECT_EQ(editor->focusWidget(), nullptr);
+  EXPECT_EQ(qobject_cast<QLineEdit*>(editor->focusWidget()), nullptr);
   QTest::keyClick(editor, Qt::Key_Tab);
   EXPECT_TRUE(field(Edge::top)->hasFocus());
   QTest::keyClicks(editor->focusWidget(), QStringLiteral("4"));

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QFontMetricsF>
 #include <QTest>
+#include <cmath>
 
 #include "controls/picture_preview.h"
 #include "review/export_information.h"
@@ -52,6 +54,15 @@ TEST(ImageReviewView, ShowsTheFileAndTheSummary) {
   EXPECT_EQ(information->pos(), QPoint(12, 12));
   EXPECT_EQ(information->description(), QStringLiteral("PNG · 60 × 60 px · 1.2 MB"));
   EXPECT_EQ(view.childAt(20, 20), nullptr) << "clicks pass through";
+}
+
+TEST(ExportInformation, PadsItsLineEvenly) {
+  const ExportInformation information(summaryOf(640, 480));
+  const QFontMetricsF metrics(information.font());
+  EXPECT_EQ(information.sizeHint(),
+            QSize(static_cast<int>(std::ceil(metrics.horizontalAdvance(information.description()))),
+                  static_cast<int>(std::ceil(metrics.height()))) +
+                QSize(20, 12));
 }
 
 TEST(ImageReviewView, KeepsTheSummaryInTheCornerOfTheSmallestWindow) {

@@ -1,0 +1,143 @@
+#include "editor/editor_window.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+
+#include "controls/crop_number_field.h"
+#include "editor/application_look.h"
+#include "editor/editor_view.h"
+#include "export/export_temporary_storage.h"
+#include "inspector/crop_export_footer.h"
+#include "inspector/crop_section.h"
+#include "inspector/inspector_view.h"
+#include "review/review_window.h"
+#include "support/picture_files.h"
+#include "support/temporary_folder.h"
+
+namespace vantrel {
+namespace {
+
+class EditorWindowTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    testing::savePng(folder / "photo.png", 40, 30);
+  }
+  void load(const std::filesystem::path& path) {
+    window.view()->loader().loadMedia(path);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !state().busy(); }));
+    QCoreApplication::processEvents();
+  }
+  void show() {
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  }
+  EditorState& state() { return window.view()->state(); }
+  CropExportFooter* footer() { return window.view()->inspector()->footer(); }
+  std::unique_ptr<ExportReviewDocument> finished(const QString& title) {
+    testing::savePng(folder / "Vantrel-1.png", 8, 8);
+    return std::make_unique<ExportReviewDocument>(
+        FinishedExport{TemporaryExport(folder / "Vantrel-1.png"), {}, ContentType::png(), title});
+  }
+
+  testing::TemporaryFolder folder;
+  EditorWindow window{[](const FinishedExport&) {}};
+};
+
+// The title as the toolkit shows it, without its mark of unsaved changes.
+QString shownTitle(const QWidget& window) {
+  return window.windowHandle()->title();
+}
+
+TEST_F(EditorWindowTest, ShowsTheWholeNameOfTheFile) {
+  testing::savePng(folder / "a[*]b[*].png", 4, 4);
+  load(folder / "a[*]b[*].png");
+  show();
+  EXPECT_EQ(shownTitle(window), QStringLiteral("a[*]b[*].png"));
+  ReviewWindow review(finished(QStringLiteral("a[*]")));
+  review.setAttribute(Qt::WA_DeleteOnClose, false);
+  review.show();
+  EXPECT_EQ(shownTitle(review), QStringLiteral("a[*]*"));
+}
+
+TEST_F(EditorWindowTest, ReadsNoMarkupInTheNameOfAFile) {
+  show();
+  load(folder / "<h1>missing.png");
+  const auto* alert = window.findChild<QMessageBox*>();
+  ASSERT_NE(alert, nullptr);
+  EXPECT_TRUE(alert->informativeText().contains(QStringLiteral("<h1>missing.png")));
+  for (const QLabel* label : alert->findChildren<QLabel*>()) {
+    if (label->text().isEmpty()) continue;
+    EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->text().toStdString();
+  }
+}
+
+TEST_F(EditorWindowTest, ActivatedWithoutTheFocusGivesItToNoField) {
+  load(folder / "photo.png");
+  show();
+  EXPECT_EQ(QApplication::focusWidget(), &window);
+  for (const auto* field : window.findChildren<SelectingNumberField*>())
+    EXPECT_FALSE(field->isEditing());
+}
+
+TEST_F(EditorWindowTest, ReportsAnExportThatFailsAndKeepsTheEdit) {
+  load(folder / "photo.png");
+  show();
+  state().history().setCrop({1, 2, 3, 4});
+  const std::filesystem::path session = ExportTemporaryStorage::shared().directory();
+  const std::filesystem::path aside = session.string() + ".aside";
+  std::filesystem::rename(session, aside);
+  QTest::mouseClick(footer()->exportButton(), Qt::LeftButton);
+  const bool idle = QTest::qWaitFor([this] { return !state().busy(); });
+  std::filesystem::rename(aside, session);
+  ASSERT_TRUE(idle);
+
+  auto* alert = window.findChild<QMessageBox*>();
+  ASSERT_NE(alert, nullptr);
+  EXPECT_EQ(alert->text(), QStringLiteral("Could Not Export File"));
+  EXPECT_EQ(alert->informativeText(), state().exportError());
+  EXPECT_EQ(footer()->statusLabel()->text(), QStringLiteral("Export failed"));
+  alert->button(QMessageBox::Ok)->click();
+  EXPECT_FALSE(state().exportError());
+  EXPECT_EQ(footer()->statusLabel()->text(), QStringLiteral("Export failed"));
+  EXPECT_EQ(state().history().crop(), (CropMargins{1, 2, 3, 4}));
+}
+
+TEST_F(EditorWindowTest, ClosingAReviewThatAsksForAPlaceAsksNothingElse) {
+  ReviewWindow review(finished(QStringLiteral("photo-framed")));
+  review.setAttribute(Qt::WA_DeleteOnClose, false);
+  review.show();
+  review.save();
+  review.save();
+  review.close();
+  EXPECT_TRUE(review.isVisible());
+  EXPECT_EQ(review.findChild<QMessageBox*>(), nullptr);
+  ASSERT_EQ(review.findChildren<QFileDialog*>().size(), 1);
+
+  QSignalSpy refused(&review, &ReviewWindow::closeRefused);
+  review.findChild<QFileDialog*>()->reject();
+  EXPECT_EQ(refused.count(), 1);
+  review.close();
+  EXPECT_NE(review.findChild<QMessageBox*>(), nullptr);
+}
+
+TEST(ReviewWindow, OpensInTheMiddleAndInsideTheScreen) {
+  EXPECT_EQ(ReviewWindow::placeIn({100, 0, 1400, 900}), QRect(400, 150, 800, 600));
+  EXPECT_EQ(ReviewWindow::placeIn({0, 20, 700, 430}), QRect(0, 20, 700, 430));
+}
+
+TEST(ApplicationLook, GivesTheWindowsAnIcon) {
+  ApplicationLook::install();
+  EXPECT_FALSE(QApplication::windowIcon().pixmap(64, 64).isNull());
+}
+
+}  // namespace
+}  // namespace vantrel
