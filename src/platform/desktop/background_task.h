@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <stop_token>
+#include <system_error>
 #include <thread>
 #include <type_traits>
 #include <utility>
@@ -42,23 +43,26 @@ class BackgroundTask final {
   using Delivery = std::function<void(Outcome)>;
 
   /// Starts `work` at once. `deliver` is called later from the event loop, once; it may destroy the
-  /// task. Throws std::system_error when there is no thread to be had.
+  /// task. Where there is no thread to be had, that is the outcome.
   BackgroundTask(Work work, Delivery deliver)
-      : m_receiver(std::make_unique<QObject>()),
-        m_mailbox(std::make_shared<Mailbox>()),
-        m_thread([work = std::move(work), receiver = m_receiver.get(),
-                  mailbox = m_mailbox](std::stop_token stop) mutable {
-          run(std::exchange(work, nullptr), std::move(stop), mailbox->outcome);
-          QMetaObject::invokeMethod(
-              receiver, [mailbox = std::move(mailbox)] { mailbox->open(); }, Qt::QueuedConnection);
-        }) {
+      : m_receiver(std::make_unique<QObject>()), m_mailbox(std::make_shared<Mailbox>()) {
     m_mailbox->deliver = std::move(deliver);
-    m_mailbox->stop = m_thread.get_stop_token();
+    m_mailbox->stop = m_stop.get_token();
+    try {
+      m_thread = std::jthread([work = std::move(work), stop = m_stop.get_token(),
+                               receiver = m_receiver.get(), mailbox = m_mailbox]() mutable {
+        run(std::exchange(work, nullptr), std::move(stop), mailbox->outcome);
+        post(receiver, std::move(mailbox));
+      });
+    } catch (const std::system_error&) {
+      m_mailbox->outcome.m_error = std::current_exception();
+      post(m_receiver.get(), m_mailbox);
+    }
   }
 
   ~BackgroundTask() {
-    m_thread.request_stop();
-    m_thread.join();
+    m_stop.request_stop();
+    if (m_thread.joinable()) m_thread.join();
     m_mailbox->deliver = nullptr;
     // An outcome that waits in the event queue dies with its receiver. Within the delivery the
     // receiver is still handling its event, and must outlive it.
@@ -70,8 +74,8 @@ class BackgroundTask final {
 
   /// Asks the work to stop. Whatever becomes of it, Cancelled is delivered, also when it had ended
   /// already and its outcome was on the way.
-  void cancel() { m_thread.request_stop(); }
-  [[nodiscard]] bool isCancelled() const { return m_thread.get_stop_token().stop_requested(); }
+  void cancel() { m_stop.request_stop(); }
+  [[nodiscard]] bool isCancelled() const { return m_stop.stop_requested(); }
 
  private:
   /// Where the work leaves its outcome.
@@ -108,8 +112,14 @@ class BackgroundTask final {
     }
   }
 
+  static void post(QObject* receiver, std::shared_ptr<Mailbox> mailbox) {
+    QMetaObject::invokeMethod(
+        receiver, [mailbox = std::move(mailbox)] { mailbox->open(); }, Qt::QueuedConnection);
+  }
+
   std::unique_ptr<QObject> m_receiver;
   std::shared_ptr<Mailbox> m_mailbox;
+  std::stop_source m_stop;
   std::jthread m_thread;
 };
 

@@ -1,13 +1,20 @@
 #include "platform/desktop/background_task.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QThread>
+#include <fstream>
 #include <future>
 #include <memory>
+#include <optional>
 #include <stdexcept>
+#include <system_error>
+#include <thread>
+#include <vector>
 
 #include "base/cancelled.h"
 
@@ -256,6 +263,57 @@ TEST(BackgroundTask, LetsGoOfItsWorkBeforeTheDelivery) {
   loop.exec();
   EXPECT_EQ(uses, 1);
 }
+
+#ifndef __SANITIZE_ADDRESS__  // which takes terabytes of address space for itself
+/// Within its life, no memory as large as a thread's stack can be had.
+class AddressSpaceLimit {
+ public:
+  AddressSpaceLimit() {
+    std::ifstream("/proc/self/statm") >> m_pages;
+    getrlimit(RLIMIT_AS, &m_before);
+    rlimit limited = m_before;
+    limited.rlim_cur = m_pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + (1 << 20);
+    setrlimit(RLIMIT_AS, &limited);
+  }
+  ~AddressSpaceLimit() { setrlimit(RLIMIT_AS, &m_before); }
+  AddressSpaceLimit(const AddressSpaceLimit&) = delete;
+  AddressSpaceLimit& operator=(const AddressSpaceLimit&) = delete;
+
+ private:
+  rlim_t m_pages = 0;
+  rlimit m_before{};
+};
+
+TEST(BackgroundTask, NoThreadToBeHadIsAnOutcome) {
+  QEventLoop loop;
+  bool worked = false;
+  std::string message;
+  std::optional<BackgroundTask<void>> task;
+  // Stacks of threads that have ended are kept for new ones: all of those are in use first.
+  std::vector<std::jthread> others;
+  {
+    const AddressSpaceLimit limit;
+    try {
+      for (;;) {
+        others.emplace_back([](const std::stop_token& stop) { waitForStop(stop); });
+      }
+    } catch (const std::system_error&) {
+    }
+    task.emplace([&](const std::stop_token&) { worked = true; },
+                 [&](auto outcome) {
+                   try {
+                     outcome.get();
+                   } catch (const std::system_error& error) {
+                     message = error.what();
+                   }
+                   loop.quit();
+                 });
+  }
+  loop.exec();
+  EXPECT_FALSE(worked);
+  EXPECT_FALSE(message.empty());
+}
+#endif
 
 TEST(BackgroundTask, SurvivesEveryMomentOfDestruction) {
   int delivered = 0;
