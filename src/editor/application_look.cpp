@@ -3,7 +3,10 @@
 #include <QApplication>
 #include <QFontDatabase>
 #include <QIcon>
+#include <QPainter>
+#include <QPixmap>
 #include <QStyle>
+#include <QSvgRenderer>
 
 #include "editor/quiet_style.h"
 #include "editor/system_appearance.h"
@@ -53,6 +56,21 @@ void setDark(bool dark) {
   QApplication::setPalette(inspectorPalette(dark), "vantrel::InspectorView");
 }
 
+/// Drawn here, as the plugin that reads SVG into icons is not installed with Qt everywhere.
+QIcon windowIcon() {
+  QSvgRenderer drawing(QStringLiteral(":/vantrel/icon.svg"));
+  QIcon icon;
+  for (const int side : {16, 24, 32, 48, 64, 128, 256}) {
+    QPixmap pixmap(side, side);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    drawing.render(&painter);
+    painter.end();
+    icon.addPixmap(pixmap);
+  }
+  return icon;
+}
+
 }  // namespace
 
 QPalette palette(bool dark) {
@@ -80,7 +98,7 @@ QPalette palette(bool dark) {
 }
 
 void install() {
-  QApplication::setWindowIcon(QIcon(QStringLiteral(":/vantrel/icon.svg")));
+  QApplication::setWindowIcon(windowIcon());
   if (QApplication::style()->name() != QLatin1String("fusion")) return;
   const auto* system = new SystemAppearance(qApp);
   QApplication::setStyle(new QuietStyle);

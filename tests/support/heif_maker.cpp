@@ -6,13 +6,6 @@
 #include <stdexcept>
 #include <string>
 
-/// Read by the leak sanitizer: x265 never gives back all it took, and libheif drops a description
-/// of colour whose code points it does not know.
-extern "C" const char* __lsan_default_suppressions();
-const char* __lsan_default_suppressions() {
-  return "leak:libx265\nleak:libheif\n";
-}
-
 namespace vantrel::testing {
 namespace {
 
