@@ -28,12 +28,16 @@ size_t bigEndianAt(const std::vector<uint8_t>& bytes, size_t at, int count) {
   return value;
 }
 
-bool isWholeStream(const std::vector<uint8_t>& compressed, size_t expected) {
+// Without interlacing each row is a type byte and the filtered bytes.
+void readFilteredRows(const std::vector<uint8_t>& compressed, PngContents& png) {
+  const size_t expected = png.pixels.size() + png.height;
   std::vector<uint8_t> output(expected + 1);
   uLongf size = output.size();
   uLong read = compressed.size();
-  return uncompress2(output.data(), &size, compressed.data(), &read) == Z_OK && size == expected &&
-         read == compressed.size();
+  png.streamIsWhole = uncompress2(output.data(), &size, compressed.data(), &read) == Z_OK &&
+                      size == expected && read == compressed.size();
+  for (size_t at = 0; at < expected; at += png.rowBytes() + 1)
+    png.filterTypes.push_back(output[at]);
 }
 
 void readChunks(const std::vector<uint8_t>& file, PngContents& png) {
@@ -47,7 +51,7 @@ void readChunks(const std::vector<uint8_t>& file, PngContents& png) {
     if (type == "IDAT") stream.insert(stream.end(), data, data + static_cast<ptrdiff_t>(length));
     at += length + 12;
   }
-  png.streamIsWhole = isWholeStream(stream, png.pixels.size() + png.height);
+  readFilteredRows(stream, png);
 }
 
 // libpng is written in C, but built so that exceptions pass through it.

@@ -22,6 +22,8 @@ struct PngContents {
   std::vector<std::string> chunks;
   /// Whether the joined IDAT chunks are one complete zlib stream with a right checksum.
   bool streamIsWhole = false;
+  /// The type of each row's filter.
+  std::vector<uint8_t> filterTypes;
 
   [[nodiscard]] size_t rowBytes() const { return height == 0 ? 0 : pixels.size() / height; }
 };

@@ -49,25 +49,25 @@ void subtract(const Row& row, uint8_t* __restrict output, Predict predict) {
   }
 }
 
-void filterNone(const Row& row, uint8_t* output) {
+void copy(const Row& row, uint8_t* output) {
   std::memcpy(output, row.bytes, row.size);
 }
 
-void filterSub(const Row& row, uint8_t* output) {
+void subtractLeft(const Row& row, uint8_t* output) {
   subtract(row, output, [](uint8_t left, uint8_t, uint8_t) { return left; });
 }
 
-void filterUp(const Row& row, uint8_t* output) {
+void subtractAbove(const Row& row, uint8_t* output) {
   subtract(row, output, [](uint8_t, uint8_t above, uint8_t) { return above; });
 }
 
-void filterAverage(const Row& row, uint8_t* output) {
+void subtractAverage(const Row& row, uint8_t* output) {
   subtract(row, output, [](uint8_t left, uint8_t above, uint8_t) {
     return static_cast<uint8_t>(static_cast<uint16_t>(left + above) >> 1);
   });
 }
 
-void filterPaeth(const Row& row, uint8_t* output) {
+void subtractPaeth(const Row& row, uint8_t* output) {
   subtract(row, output, [](int16_t left, int16_t above, int16_t corner) {
     const auto fromLeft = static_cast<int16_t>(above - corner);
     const auto fromAbove = static_cast<int16_t>(left - corner);
@@ -82,24 +82,31 @@ void filterPaeth(const Row& row, uint8_t* output) {
 }
 
 // In the order of their type numbers.
-constexpr std::array kFilters{filterNone, filterSub, filterUp, filterAverage, filterPaeth};
+constexpr std::array kFilters{copy, subtractLeft, subtractAbove, subtractAverage, subtractPaeth};
+constexpr uint8_t kTypeNone = 0;
+constexpr uint8_t kTypeUp = 2;
 
 }  // namespace
 
-PngFilter::PngFilter(size_t rowBytes, size_t pixelBytes, bool adaptive)
-    : m_rowBytes(rowBytes), m_pixelBytes(pixelBytes), m_adaptive(adaptive) {
-  if (!adaptive) return;
-  m_top.resize(rowBytes);
-  m_best.resize(rowBytes);
-  m_candidate.resize(rowBytes);
+PngFilter::PngFilter(size_t rowBytes, size_t pixelBytes)
+    : m_rowBytes(rowBytes),
+      m_pixelBytes(pixelBytes),
+      m_top(rowBytes),
+      m_best(rowBytes),
+      m_candidate(rowBytes) {}
+
+void PngFilter::filterNone(const uint8_t* row, uint8_t* output) const {
+  *output = kTypeNone;
+  std::memcpy(output + 1, row, m_rowBytes);
 }
 
-void PngFilter::filter(const uint8_t* row, const uint8_t* above, uint8_t* output) {
-  if (!m_adaptive) {
-    *output = 0;
-    std::memcpy(output + 1, row, m_rowBytes);
-    return;
-  }
+void PngFilter::filterUp(const uint8_t* row, const uint8_t* above, uint8_t* output) const {
+  *output = kTypeUp;
+  subtractAbove({row, above != nullptr ? above : m_top.data(), m_rowBytes, m_pixelBytes},
+                output + 1);
+}
+
+void PngFilter::filterToLeastSum(const uint8_t* row, const uint8_t* above, uint8_t* output) {
   const Row subject{row, above != nullptr ? above : m_top.data(), m_rowBytes, m_pixelBytes};
   uint64_t least = UINT64_MAX;
   for (size_t type = 0; type < kFilters.size(); ++type) {

@@ -42,7 +42,8 @@ struct DeflateEffort {
   bool patient;
 };
 
-/// Filters and compresses stripes, in any order. One thread; several compressors can share `rows`.
+/// Filters and compresses stripes, in any order, each as if it stood alone. One thread; several
+/// compressors can share `rows`.
 class PngStripeCompressor {
  public:
   /// `rows` must outlive the compressor. Throws std::bad_alloc.
@@ -55,17 +56,29 @@ class PngStripeCompressor {
   [[nodiscard]] CompressedStripe compress(int64_t stripe, const std::stop_token& stop);
 
  private:
+  /// What to deflate, and how.
+  struct Plan {
+    std::span<const uint8_t> filtered;
+    DeflateEffort effort;
+  };
+
   void filterRows(int64_t first, int64_t last, const std::stop_token& stop);
-  [[nodiscard]] DeflateEffort effortFor(std::span<const uint8_t> filtered);
-  void restart(const DeflateEffort& effort, std::span<const uint8_t> window);
-  [[nodiscard]] std::vector<uint8_t> deflateAll(std::span<const uint8_t> bytes, int ending,
-                                                const std::stop_token& stop);
+  [[nodiscard]] Plan choosePlan();
+  [[nodiscard]] size_t sampleSize(const Plan& plan);
+  /// `ending` is the flush mode of zlib for the last bytes. The result is valid until the next
+  /// call.
+  [[nodiscard]] std::span<const uint8_t> deflateAll(const Plan& plan, int ending,
+                                                    const std::stop_token& stop);
 
   const PngRows& m_rows;
   PngStripes m_stripes;
+  bool m_filtersHelp;
   PngFilter m_filter;
-  /// Filtered rows: those of the window before the stripe, then the stripe's own.
-  std::vector<uint8_t> m_filtered;
+  /// The stripe with each row filtered to its least sum (or not at all, where filters don't help),
+  /// and with all rows filtered by Up.
+  std::vector<uint8_t> m_filtered, m_filteredUp;
+  /// Room for the longest result so far: stripes that wait their turn hold only what they need.
+  std::vector<uint8_t> m_deflated;
   std::vector<uint8_t> m_row, m_above;
   z_stream m_deflate{};
 };

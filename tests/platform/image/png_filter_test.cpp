@@ -44,16 +44,20 @@ int sumOf(const Row& row) {
   return sum;
 }
 
+Row typed(int type, Row filtered) {
+  filtered.insert(filtered.begin(), static_cast<uint8_t>(type));
+  return filtered;
+}
+
 Row leastOfAll(const Row& row, const Row& above, size_t pixelBytes) {
   Row least;
   int leastSum = INT32_MAX;
   for (int type = 0; type < 5; ++type) {
-    Row candidate = filteredBy(type, row, above, pixelBytes);
+    const Row candidate = filteredBy(type, row, above, pixelBytes);
     const int sum = sumOf(candidate);
     if (sum >= leastSum) continue;
     leastSum = sum;
-    least = std::move(candidate);
-    least.insert(least.begin(), static_cast<uint8_t>(type));
+    least = typed(type, candidate);
   }
   return least;
 }
@@ -71,15 +75,15 @@ Row rowOfKind(int kind, size_t size) {
   return row;
 }
 
-TEST(PngFilter, ChoosesTheLeastSumOfAllFive) {
+TEST(PngFilter, FindsTheLeastSumOfAllFive) {
   for (const size_t pixelBytes : {1U, 2U, 3U, 4U, 6U, 8U}) {
     for (const size_t size : {1U, 2U, 7U, 8U, 31U, 64U, 255U, 256U, 257U, 1001U}) {
-      PngFilter filter(size, pixelBytes, true);
+      PngFilter filter(size, pixelBytes);
       for (int kind = 0; kind < 9; ++kind) {
         const Row row = rowOfKind(kind, size);
         const Row above = rowOfKind(kind * 7 % 5, size);
         Row output(size + 1);
-        filter.filter(row.data(), above.data(), output.data());
+        filter.filterToLeastSum(row.data(), above.data(), output.data());
         EXPECT_EQ(output, leastOfAll(row, above, pixelBytes)) << size << " bytes, kind " << kind;
       }
     }
@@ -88,19 +92,31 @@ TEST(PngFilter, ChoosesTheLeastSumOfAllFive) {
 
 TEST(PngFilter, TakesTheRowAboveTheTopAsZero) {
   const Row row = rowOfKind(1, 99);
-  PngFilter filter(row.size(), 3, true);
+  const Row zeros(row.size(), 0);
+  PngFilter filter(row.size(), 3);
   Row output(row.size() + 1);
-  filter.filter(row.data(), nullptr, output.data());
-  EXPECT_EQ(output, leastOfAll(row, Row(row.size(), 0), 3));
+  filter.filterToLeastSum(row.data(), nullptr, output.data());
+  EXPECT_EQ(output, leastOfAll(row, zeros, 3));
+  filter.filterUp(row.data(), nullptr, output.data());
+  EXPECT_EQ(output, typed(2, row));
 }
 
-TEST(PngFilter, LeavesRowsAsTheyAreWhenNotAdaptive) {
+TEST(PngFilter, SubtractsTheRowAboveThoughAnotherSumIsLess) {
   const Row row = rowOfKind(1, 99);
-  PngFilter filter(row.size(), 1, false);
+  const Row above = rowOfKind(0, 99);
+  const PngFilter filter(row.size(), 3);
+  Row output(row.size() + 1);
+  filter.filterUp(row.data(), above.data(), output.data());
+  EXPECT_EQ(output, typed(2, filteredBy(2, row, above, 3)));
+  EXPECT_NE(output, leastOfAll(row, above, 3));
+}
+
+TEST(PngFilter, LeavesRowsAsTheyAreWithoutAFilter) {
+  const Row row = rowOfKind(1, 99);
+  const PngFilter filter(row.size(), 1);
   Row output(row.size() + 1, 9);
-  filter.filter(row.data(), row.data(), output.data());
-  EXPECT_EQ(output.front(), 0);
-  EXPECT_TRUE(std::equal(row.begin(), row.end(), output.begin() + 1));
+  filter.filterNone(row.data(), output.data());
+  EXPECT_EQ(output, typed(0, row));
 }
 
 }  // namespace

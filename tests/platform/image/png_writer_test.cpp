@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <filesystem>
@@ -53,6 +54,12 @@ class PngWriter : public ::testing::Test {
   testing::TemporaryFolder m_folder;
 };
 
+/// Columns that each grow by a step of their own: the differences to the row above are not small,
+/// but the same in every row.
+double repeatingContent(int64_t x, int64_t y, int channel) {
+  return static_cast<double>((y + 1) * scatter(x, 0, channel) & 0xFF);
+}
+
 /// The bytes of `area` as PNG stores 8-bit and 16-bit samples.
 std::vector<uint8_t> storedBytes(const Bitmap& bitmap, const PixelRect& area) {
   std::vector<uint8_t> bytes;
@@ -67,6 +74,15 @@ std::vector<uint8_t> storedBytes(const Bitmap& bitmap, const PixelRect& area) {
     }
   }
   return bytes;
+}
+
+/// Bands of noise, of repetitions, and of flat areas, which are each filtered and compressed in
+/// another way.
+double mixedContent(int64_t x, int64_t y, int channel) {
+  const int64_t band = y / 300 % 3;
+  if (band == 0) return scatter(x, y, channel) & 0xFF;
+  if (band == 1) return repeatingContent(x, y, channel);
+  return static_cast<double>((x / 50 + y / 100) % 7 * 20);
 }
 
 /// Sample number x of a row of packed samples.
@@ -268,12 +284,29 @@ TEST_F(PngWriter, TakesColumnsOneWide) {
   EXPECT_EQ(written(column, column.bounds()).pixels, storedBytes(column, column.bounds()));
 }
 
+TEST_F(PngWriter, FiltersByTheRowAboveWhereThatRepeats) {
+  const Bitmap repeating = makeBitmap(601, 900, kRgb8, repeatingContent);
+  const PngContents png = written(repeating, repeating.bounds());
+  EXPECT_EQ(png.filterTypes, std::vector<uint8_t>(900, 2));
+
+  const Bitmap noise = makeBitmap(601, 900, kRgb8, scatter);
+  const std::vector<uint8_t> types = written(noise, noise.bounds()).filterTypes;
+  EXPECT_LT(std::count(types.begin(), types.end(), 2), 300);
+}
+
+TEST_F(PngWriter, KeepsPicturesOfMixedContent) {
+  const Bitmap bitmap = makeBitmap(1201, 2003, kRgb8, mixedContent);
+  const PngContents png = written(bitmap, bitmap.bounds());
+  for (int64_t y = 0; y < 2003; ++y) {
+    const auto* row = reinterpret_cast<const uint8_t*>(bitmap.pixel(0, y));
+    ASSERT_TRUE(std::equal(row, row + png.rowBytes(),
+                           png.pixels.data() + static_cast<size_t>(y) * png.rowBytes()))
+        << "row " << y;
+  }
+}
+
 TEST_F(PngWriter, WritesTheSameBytesWithAnyNumberOfThreads) {
-  // Noise, and flat areas that are compressed with more effort.
-  const auto mixed = [](int64_t x, int64_t y, int channel) -> double {
-    return y % 1000 < 500 ? scatter(x, y, channel) & 0xFF : (x / 50 + y / 100) % 7 * 20;
-  };
-  const Bitmap bitmap = makeBitmap(1201, 2003, kRgb8, mixed);
+  const Bitmap bitmap = makeBitmap(1201, 2003, kRgb8, mixedContent);
   const std::string alone = bytesWith(bitmap, 1);
   for (const int threads : {2, 3, 7, 64})
     EXPECT_EQ(bytesWith(bitmap, threads), alone) << threads;
