@@ -5,10 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <new>
 #include <utility>
-
-#include "base/cancelled.h"
 
 namespace vantrel {
 namespace {
@@ -58,20 +55,8 @@ JpegSession::~JpegSession() {
   jpeg_destroy_decompress(&m_decoder);
 }
 
-void JpegSession::throwError() const {
-  switch (m_outcome) {
-    case Outcome::OutOfMemory:
-      throw std::bad_alloc();
-    case Outcome::Cancelled:
-      throw Cancelled();
-    case Outcome::Damaged:
-      break;
-  }
-  throw ImageDamaged();
-}
-
-void JpegSession::leave(Outcome outcome) {
-  m_outcome = outcome;
+void JpegSession::leave(DecodeEnd end) {
+  m_end = end;
   std::longjmp(m_jump, 1);
 }
 
@@ -81,7 +66,7 @@ JpegSession& JpegSession::of(j_common_ptr decoder) {
 
 void JpegSession::onError(j_common_ptr decoder) {
   const bool memory = decoder->err->msg_code == JERR_OUT_OF_MEMORY;
-  of(decoder).leave(memory ? Outcome::OutOfMemory : Outcome::Damaged);
+  of(decoder).leave(memory ? DecodeEnd::OutOfMemory : DecodeEnd::Damaged);
 }
 
 void JpegSession::onMessage(j_common_ptr decoder, int level) {
@@ -89,22 +74,22 @@ void JpegSession::onMessage(j_common_ptr decoder, int level) {
   if (level >= 0) return;
   const bool harmless =
       std::find(kHarmless.begin(), kHarmless.end(), decoder->err->msg_code) != kHarmless.end();
-  if (!harmless) of(decoder).leave(Outcome::Damaged);
+  if (!harmless) of(decoder).leave(DecodeEnd::Damaged);
 }
 
 void JpegSession::onProgress(j_common_ptr decoder) {
   JpegSession& session = of(decoder);
-  if (session.m_stop.stop_requested()) session.leave(Outcome::Cancelled);
+  if (session.m_stop.stop_requested()) session.leave(DecodeEnd::Cancelled);
   if (session.m_decoder.input_scan_number > mostScans(session.m_decoder)) {
-    session.leave(Outcome::Damaged);
+    session.leave(DecodeEnd::Damaged);
   }
 }
 
 boolean JpegSession::fillInput(j_decompress_ptr decoder) {
   JpegSession& session = of(reinterpret_cast<j_common_ptr>(decoder));
-  if (session.m_stop.stop_requested()) session.leave(Outcome::Cancelled);
+  if (session.m_stop.stop_requested()) session.leave(DecodeEnd::Cancelled);
   const std::span<const std::byte> ready = session.m_cursor.peek();
-  if (ready.empty()) session.leave(Outcome::Damaged);
+  if (ready.empty()) session.leave(DecodeEnd::Damaged);
   session.m_source.next_input_byte = reinterpret_cast<const JOCTET*>(ready.data());
   session.m_source.bytes_in_buffer = ready.size();
   session.m_cursor.skip(ready.size());

@@ -9,8 +9,8 @@
 #include <stop_token>
 #include <type_traits>
 
+#include "platform/image/decode_end.h"
 #include "platform/image/file_cursor.h"
-#include "platform/image/image_reader.h"
 
 namespace vantrel {
 
@@ -32,15 +32,12 @@ class JpegSession {
   template <class Calls>
   void guarded(const Calls& calls) {
     static_assert(std::is_trivially_destructible_v<Calls>);
-    if (setjmp(m_jump) != 0) throwError();
+    if (setjmp(m_jump) != 0) throwFor(m_end);
     calls();
   }
 
  private:
-  enum class Outcome { Damaged, Cancelled, OutOfMemory };
-
-  [[noreturn]] void throwError() const;
-  [[noreturn]] void leave(Outcome outcome);
+  [[noreturn]] void leave(DecodeEnd end);
   static JpegSession& of(j_common_ptr decoder);
   static void onError(j_common_ptr decoder);
   static void onMessage(j_common_ptr decoder, int level);
@@ -51,7 +48,7 @@ class JpegSession {
   FileCursor m_cursor;
   std::stop_token m_stop;
   std::jmp_buf m_jump{};
-  Outcome m_outcome = Outcome::Damaged;
+  DecodeEnd m_end = DecodeEnd::Damaged;
   jpeg_error_mgr m_errors{};
   jpeg_source_mgr m_source{};
   jpeg_progress_mgr m_progress{};

@@ -6,8 +6,6 @@
 #include <string_view>
 #include <utility>
 
-#include "base/cancelled.h"
-
 namespace vantrel {
 namespace {
 
@@ -40,18 +38,6 @@ PngSession::PngSession(const ReadOnlyFile& file, std::stop_token stop)
   });
 }
 
-void PngSession::throwError() const {
-  switch (m_outcome) {
-    case Outcome::OutOfMemory:
-      throw std::bad_alloc();
-    case Outcome::Cancelled:
-      throw Cancelled();
-    case Outcome::Damaged:
-      break;
-  }
-  throw ImageDamaged();
-}
-
 void PngSession::onError(png_structp png, png_const_charp) {
   png_longjmp(png, 1);
 }
@@ -68,7 +54,7 @@ void PngSession::onWarning(png_structp png, png_const_charp message) {
 void PngSession::onRead(png_structp png, png_bytep to, size_t count) {
   auto* session = static_cast<PngSession*>(png_get_io_ptr(png));
   if (session->m_stop.stop_requested()) {
-    session->m_outcome = Outcome::Cancelled;
+    session->m_end = DecodeEnd::Cancelled;
     png_longjmp(png, 1);
   }
   if (!session->m_cursor.read({reinterpret_cast<std::byte*>(to), count})) png_longjmp(png, 1);
@@ -76,7 +62,7 @@ void PngSession::onRead(png_structp png, png_bytep to, size_t count) {
 
 png_voidp PngSession::allocate(png_structp png, png_alloc_size_t size) {
   void* const memory = std::malloc(size);
-  if (!memory) static_cast<PngSession*>(png_get_mem_ptr(png))->m_outcome = Outcome::OutOfMemory;
+  if (!memory) static_cast<PngSession*>(png_get_mem_ptr(png))->m_end = DecodeEnd::OutOfMemory;
   return memory;
 }
 

@@ -7,8 +7,8 @@
 #include <stop_token>
 #include <type_traits>
 
+#include "platform/image/decode_end.h"
 #include "platform/image/file_cursor.h"
-#include "platform/image/image_reader.h"
 
 namespace vantrel {
 
@@ -30,13 +30,11 @@ class PngSession {
   template <class Calls>
   void guarded(const Calls& calls) {
     static_assert(std::is_trivially_destructible_v<Calls>);
-    if (setjmp(png_jmpbuf(m_handles.png)) != 0) throwError();
+    if (setjmp(png_jmpbuf(m_handles.png)) != 0) throwFor(m_end);
     calls();
   }
 
  private:
-  enum class Outcome { Damaged, Cancelled, OutOfMemory };
-
   struct Handles {
     png_structp png = nullptr;
     png_infop info = nullptr;
@@ -47,7 +45,6 @@ class PngSession {
     Handles& operator=(const Handles&) = delete;
   };
 
-  [[noreturn]] void throwError() const;
   static void onError(png_structp png, png_const_charp message);
   static void onWarning(png_structp png, png_const_charp message);
   static void onRead(png_structp png, png_bytep to, size_t count);
@@ -56,7 +53,7 @@ class PngSession {
 
   FileCursor m_cursor;
   std::stop_token m_stop;
-  Outcome m_outcome = Outcome::Damaged;
+  DecodeEnd m_end = DecodeEnd::Damaged;
   Handles m_handles;
 };
 
