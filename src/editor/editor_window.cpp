@@ -14,6 +14,7 @@
 #include "editor/text_editing.h"
 #include "editor/toolbar_icon.h"
 #include "platform/desktop/file_error.h"
+#include "platform/desktop/key_names.h"
 
 namespace vantrel {
 namespace {
@@ -24,7 +25,7 @@ constexpr QSize kIdealSize{1280, 800};
 constexpr int kToolBarHeight = 48;
 
 QString withKey(const QString& help, const QKeySequence& key) {
-  return QStringLiteral("%1 (%2)").arg(help, key.toString(QKeySequence::NativeText));
+  return QStringLiteral("%1 (%2)").arg(help, keyText(key));
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "inspector/crop_export_footer.h"
 
 #include <QHBoxLayout>
-#include <QKeySequence>
 #include <QLabel>
 #include <QPushButton>
 #include <QStackedLayout>
@@ -13,6 +12,7 @@
 #include "inspector/export_progress_bar.h"
 #include "inspector/panel_text.h"
 #include "platform/desktop/formatting.h"
+#include "platform/desktop/key_names.h"
 
 namespace vantrel {
 namespace {
@@ -50,8 +50,7 @@ QWidget* CropExportFooter::makeActionRow() {
   m_export = new QPushButton(tr("Export"), row);
   m_export->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   m_export->setToolTip(
-      tr("Encode and review the crop (%1)")
-          .arg(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E).toString(QKeySequence::NativeText)));
+      tr("Encode and review the crop (%1)").arg(keyText(Qt::CTRL | Qt::SHIFT | Qt::Key_E)));
   QFont font = m_export->font();
   font.setWeight(QFont::DemiBold);
   m_export->setFont(font);

@@ -97,6 +97,7 @@ class FirstWindowTest : public ::testing::Test {
   void answerFileDialog(const std::filesystem::path& path) {
     auto* dialog = waitFor<QFileDialog>();
     ASSERT_NE(dialog, nullptr);
+    ASSERT_TRUE(activate(dialog));
     auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     ASSERT_NE(name, nullptr);
     name->setText(QString::fromStdString(path.string()));
@@ -109,6 +110,7 @@ class FirstWindowTest : public ::testing::Test {
   void answer(QMessageBox::StandardButton button) {
     auto* box = waitFor<QMessageBox>();
     ASSERT_NE(box, nullptr);
+    ASSERT_TRUE(activate(box));
     QTest::mouseClick(box->button(button), Qt::LeftButton);
     ASSERT_TRUE(waitUntilGone<QMessageBox>());
   }

@@ -86,6 +86,14 @@ void saveBytes(const std::filesystem::path& path, const Bytes& bytes) {
   if (!file.flush()) throw std::runtime_error("cannot write " + path.string());
 }
 
+Bytes withFlippedBits(Bytes bytes, uint32_t flips, std::mt19937& random) {
+  for (; flips > 0; --flips) {
+    const size_t at = random() % bytes.size();
+    bytes[at] ^= static_cast<uint8_t>(1U << random() % 8);
+  }
+  return bytes;
+}
+
 Bytes loadBytes(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <random>
 #include <string>
 #include <utility>
 #include <vector>
@@ -14,6 +15,8 @@ using Bytes = std::vector<uint8_t>;
 /// Writes `bytes` to a file, replacing it.
 void saveBytes(const std::filesystem::path& path, const Bytes& bytes);
 [[nodiscard]] Bytes loadBytes(const std::filesystem::path& path);
+/// `bytes` with as many bits turned over, at places that `random` says.
+[[nodiscard]] Bytes withFlippedBits(Bytes bytes, uint32_t flips, std::mt19937& random);
 
 /// A TIFF structure with the one field Orientation, as EXIF has it.
 [[nodiscard]] Bytes exifBlock(uint16_t orientation, bool bigEndian = false);

@@ -347,11 +347,8 @@ TEST_F(HeifReader, FlippedBitsDoNoHarm) {
     testing::saveHeif(path(), {spec});
     const Bytes whole = testing::loadBytes(path());
     for (int round = 0; round < 400; ++round) {
-      Bytes bytes = whole;
-      for (uint32_t flips = random() % 4 + 1; flips > 0; --flips) {
-        bytes[random() % bytes.size()] ^= static_cast<uint8_t>(1U << random() % 8);
-      }
-      testing::saveBytes(path(), bytes);
+      const uint32_t flips = random() % 4 + 1;
+      testing::saveBytes(path(), testing::withFlippedBits(whole, flips, random));
       readWhatMayBeDamaged(path());
     }
   }

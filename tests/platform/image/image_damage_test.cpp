@@ -124,11 +124,8 @@ TEST_P(ImageDamage, OfAnyBitIsSurvived) {
   std::mt19937 random(1);
   int refused = 0;
   for (int round = 0; round < 2000; ++round) {
-    Bytes bytes = m_whole;
-    const int flips = 1 + round % 4;
-    for (int i = 0; i < flips; ++i) {
-      bytes[random() % bytes.size()] ^= static_cast<uint8_t>(1u << random() % 8);
-    }
+    const uint32_t flips = 1 + static_cast<uint32_t>(round) % 4;
+    const Bytes bytes = testing::withFlippedBits(m_whole, flips, random);
     if (outcomeFor(bytes) == Outcome::Refused) ++refused;
   }
   EXPECT_GT(refused, 0);
