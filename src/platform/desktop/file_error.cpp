@@ -1,7 +1,6 @@
 #include "platform/desktop/file_error.h"
 
 #include <cerrno>
-#include <string>
 
 namespace vantrel {
 namespace {
@@ -46,9 +45,13 @@ QString displayName(const std::filesystem::path& path) {
   return name;
 }
 
+std::string fileFailure(const std::filesystem::path& path, FileAction action) {
+  return "“" + displayName(path).toStdString() + "” " + wordsFor(action);
+}
+
 std::system_error fileError(const std::filesystem::path& path, FileAction action,
                             std::error_code code) {
-  return {code, "“" + displayName(path).toStdString() + "” " + wordsFor(action)};
+  return {code, fileFailure(path, action)};
 }
 
 std::system_error fileError(const std::filesystem::path& path, FileAction action) {

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <filesystem>
+#include <string>
 #include <system_error>
 
 namespace vantrel {
@@ -20,6 +21,9 @@ enum class FileFault {
 /// The last part of `path` for people to read, whatever bytes it has: what is no UTF-8 and no
 /// printable character becomes U+FFFD. All of `path` if it ends in a slash.
 [[nodiscard]] QString displayName(const std::filesystem::path& path);
+
+/// What happened, in UTF-8, for a reason to be added: "“photo.jpg” could not be opened".
+[[nodiscard]] std::string fileFailure(const std::filesystem::path& path, FileAction action);
 
 /// An error whose what() is the line that the user reads, in UTF-8, for example "“photo.jpg” could
 /// not be opened: No such file or directory".

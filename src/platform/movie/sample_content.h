@@ -1,0 +1,20 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+
+#include "platform/movie/av_ptr.h"
+#include "platform/movie/sample_flow.h"
+
+namespace vantrel {
+
+/// A decoded picture or a packet; the other is null. The time stamps inside count as the sample's
+/// own time does: from the movie's start, in the time base that stands beside them.
+struct MovieSample::Content {
+  AvFramePtr frame;
+  AvPacketPtr packet;
+  /// Of the time stamps of `packet`, or of `frame`.
+  AVRational timeBase{0, 1};
+};
+
+}  // namespace vantrel

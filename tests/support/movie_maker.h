@@ -1,0 +1,17 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace vantrel::testing {
+
+/// Runs the `ffmpeg` command with `arguments` behind "-v error -nostdin -y". Throws what it printed
+/// if it fails.
+void runFfmpeg(const std::vector<std::string>& arguments);
+
+/// What the `ffprobe` command prints for `arguments` behind "-v error". Throws what it printed on
+/// standard error if it fails.
+[[nodiscard]] std::string runFfprobe(const std::vector<std::string>& arguments);
+
+}  // namespace vantrel::testing
