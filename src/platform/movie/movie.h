@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <stop_token>
 #include <string>
@@ -26,6 +27,9 @@ struct PictureSize {
   friend bool operator==(const PictureSize&, const PictureSize&) = default;
 };
 
+/// How the samples of a track are coded, known to platform/movie alone.
+struct CodedFormat;
+
 /// One video or audio track of a file, as it describes itself. A value; any thread.
 struct MovieTrack {
   enum class Kind { Video, Audio };
@@ -43,6 +47,8 @@ struct MovieTrack {
   double estimatedDataRate = 0;
   /// Ticks per second of the times of its samples.
   int32_t timescale = 0;
+  /// Never null in a track of an opened movie.
+  std::shared_ptr<const CodedFormat> format;
   /// Its boxes, where the file is a QuickTime or ISO base media file.
   std::optional<QuickTimeTrack> quickTime;
   /// The container's name for the track; empty if it has none. Only for files without boxes.
