@@ -10,11 +10,11 @@ namespace vantrel {
 
 VideoExportOperation::VideoExportOperation(VideoExportRequest request, Reports reports,
                                            Completion completion)
-    : m_task([request = std::move(request),
-              reports = Reports{delivered(std::move(reports.fileSize)),
-                                delivered(std::move(reports.progress))}](
-                 const std::stop_token& stop) { return run(request, reports, stop); },
-             std::move(completion)) {}
+    : m_task(
+          [request = std::move(request), reports = Reports{delivered(std::move(reports.fileSize)),
+                                                           delivered(std::move(reports.progress))}](
+              const std::stop_token& stop) { return run(request, reports, stop); },
+          std::move(completion)) {}
 
 FinishedExport VideoExportOperation::run(const VideoExportRequest& request, const Reports& reports,
                                          const std::stop_token& stop) {

@@ -49,8 +49,8 @@ class VideoExportOperation final {
 
   /// The work itself, blocking, on any thread; reports come from several. Throws what
   /// VideoExporter::write throws, and std::system_error where the finished file is gone.
-  [[nodiscard]] static FinishedExport run(const VideoExportRequest& request,
-                                          const Reports& reports, const std::stop_token& stop);
+  [[nodiscard]] static FinishedExport run(const VideoExportRequest& request, const Reports& reports,
+                                          const std::stop_token& stop);
 
   void cancel() { m_task.cancel(); }
 

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <iterator>
 #include <optional>
+#include <utility>
 #include <variant>
 
 #include "base/failure.h"
@@ -22,10 +23,9 @@ std::optional<Density> densityOf(const MovieMetadataItem& item) {
   if (!dictionary) return std::nullopt;
   Density density{};
   for (size_t i = 0; i < density.size(); ++i) {
-    const auto found =
-        std::find_if(dictionary->begin(), dictionary->end(), [i](const auto& entry) {
-          return entry.first == MovieMetadataItem::kDensityKeys[i];
-        });
+    const auto found = std::find_if(dictionary->begin(), dictionary->end(), [i](const auto& entry) {
+      return entry.first == MovieMetadataItem::kDensityKeys[i];
+    });
     if (found == dictionary->end()) return std::nullopt;
     if (!std::isfinite(found->second) || !(found->second > 0)) return std::nullopt;
     density[i] = found->second;
@@ -43,7 +43,10 @@ double pointsOf(double croppedPixels, double points, double pixels) {
 VideoGeometry VideoExporter::geometry(const Movie& movie) {
   std::vector<MovieTrack> tracks = movie.tracks(MovieTrack::Kind::Video);
   if (tracks.empty()) throw Failure("This file has no readable video track.");
-  MovieTrack& track = tracks.front();
+  return geometry(std::move(tracks.front()));
+}
+
+VideoGeometry VideoExporter::geometry(MovieTrack track) {
   const AffineTransform& stored = track.preferredTransform;
   const QTransform preferred(stored.a, stored.b, stored.c, stored.d, stored.tx, stored.ty);
   const QRectF turned =

@@ -24,6 +24,8 @@ namespace VideoExporter {
 
 /// Throws Failure if the movie has no video track. Any thread.
 [[nodiscard]] VideoGeometry geometry(const Movie& movie);
+/// Of one video track.
+[[nodiscard]] VideoGeometry geometry(MovieTrack track);
 
 /// The colour of the first description that is HDR, or else of the first; all absent without any.
 /// Any thread.
