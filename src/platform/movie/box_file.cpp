@@ -14,6 +14,14 @@
 #include "platform/movie/box_bytes.h"
 
 namespace vantrel {
+namespace {
+
+/// Types of boxes that files of this family begin with.
+constexpr std::array kFirstTypes = {fourCC("ftyp"), fourCC("styp"), fourCC("moov"), fourCC("mdat"),
+                                    fourCC("moof"), fourCC("wide"), fourCC("free"), fourCC("skip"),
+                                    fourCC("pnot"), fourCC("uuid"), fourCC("sidx"), fourCC("junk")};
+
+}  // namespace
 
 BoxFile::BoxFile(std::filesystem::path path)
     : m_path(std::move(path)), m_file(openRegularFile(m_path)) {
@@ -22,9 +30,15 @@ BoxFile::BoxFile(std::filesystem::path path)
   m_size = static_cast<uint64_t>(status.st_size);
 }
 
+bool BoxFile::isQuickTime() {
+  const std::optional<FileBox> first = boxAt(0, m_size);
+  return first &&
+         std::find(kFirstTypes.begin(), kFirstTypes.end(), first->type) != kFirstTypes.end();
+}
+
 bool BoxFile::read(uint64_t offset, std::span<uint8_t> to) {
   if (offset > m_size || to.size() > m_size - offset) return false;
-  if (to.size() > kWindow) return readFile(offset, to) == to.size();
+  if (to.size() > kWindow) return readAt(offset, to) == to.size();
   const auto holds = [this, offset, &to] {
     return offset >= m_windowBegin && offset - m_windowBegin <= m_window.size() &&
            to.size() <= m_window.size() - (offset - m_windowBegin);
@@ -32,7 +46,7 @@ bool BoxFile::read(uint64_t offset, std::span<uint8_t> to) {
   if (!holds()) {
     m_window.resize(kWindow);
     m_windowBegin = offset;
-    m_window.resize(readFile(offset, m_window));
+    m_window.resize(readAt(offset, m_window));
     if (!holds()) return false;
   }
   const auto from = m_window.begin() + static_cast<ptrdiff_t>(offset - m_windowBegin);
@@ -77,7 +91,7 @@ std::optional<std::vector<uint8_t>> BoxFile::load(uint64_t begin, uint64_t end) 
   return bytes;
 }
 
-size_t BoxFile::readFile(uint64_t offset, std::span<uint8_t> to) const {
+size_t BoxFile::readAt(uint64_t offset, std::span<uint8_t> to) const {
   size_t done = 0;
   while (done < to.size()) {
     const ssize_t got = ::pread(m_file.get(), to.data() + done, to.size() - done,

@@ -28,6 +28,11 @@ class BoxFile final {
   /// Bytes at the time of opening.
   [[nodiscard]] uint64_t size() const { return m_size; }
 
+  /// Whether it begins as files of this family do.
+  [[nodiscard]] bool isQuickTime();
+
+  /// Bytes read, fewer than asked for only at the end of the file. Throws std::system_error.
+  [[nodiscard]] size_t readAt(uint64_t offset, std::span<uint8_t> to) const;
   /// Fills `to`; false when the file ends before. Small reads near each other are cheap. Throws
   /// std::system_error.
   [[nodiscard]] bool read(uint64_t offset, std::span<uint8_t> to);
@@ -51,9 +56,6 @@ class BoxFile final {
   /// More than the header of any movie needs beside its sample tables, which are never loaded.
   static constexpr uint64_t kMostLoaded = uint64_t{64} << 20;
   static constexpr size_t kWindow = size_t{16} << 10;
-
-  /// Bytes read, fewer than asked for only at the end of the file.
-  [[nodiscard]] size_t readFile(uint64_t offset, std::span<uint8_t> to) const;
 
   std::filesystem::path m_path;
   FileDescriptor m_file;

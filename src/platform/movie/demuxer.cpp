@@ -50,18 +50,38 @@ void Demuxer::requireWholeFile() const {
   if (!extent->boxesAreWhole || (track && !track->isWhole)) failAtEarlyEnd();
 }
 
-bool Demuxer::read(AVPacket& packet) {
+bool Demuxer::readOwn(AVPacket& packet) {
   while (m_input.readPacket(packet)) {
-    if (packet.stream_index != m_stream->index) continue;
-    // Only the end of a transmission is cut without harm.
-    if (m_isCut) fail("Some of its data is missing");
-    m_isCut = (packet.flags & AV_PKT_FLAG_CORRUPT) != 0;
-    if (m_isCut && !isTransmission()) failAtEarlyEnd();
-    countPacket(packet);
-    return true;
+    if (packet.stream_index == m_stream->index) return true;
   }
-  requireAllPackets();
   return false;
+}
+
+bool Demuxer::read(AVPacket& packet) {
+  if (!readOwn(packet)) {
+    requireAllPackets();
+    return false;
+  }
+  if ((packet.flags & AV_PKT_FLAG_CORRUPT) != 0) {
+    if (!isTransmission()) failAtEarlyEnd();
+    if (m_stream->codecpar->codec_type == AVMEDIA_TYPE_AUDIO) {
+      if (readOwn(packet)) fail("Some of its sound is missing");
+      return false;
+    }
+  }
+  countPacket(packet);
+  return true;
+}
+
+std::optional<int> Demuxer::entryOf(const AVPacket& packet) const {
+  const int flags = AVSEEK_FLAG_ANY | AVSEEK_FLAG_BACKWARD;
+  const int found = av_index_search_timestamp(m_stream, packet.dts, flags);
+  const int count = avformat_index_get_entries_count(m_stream);
+  for (int entry = found; entry >= 0 && entry < count; ++entry) {
+    // Several entries may have one time, but not one place.
+    if (avformat_index_get_entry(m_stream, entry)->pos == packet.pos) return entry;
+  }
+  return {};
 }
 
 void Demuxer::countPacket(const AVPacket& packet) {
@@ -69,16 +89,8 @@ void Demuxer::countPacket(const AVPacket& packet) {
   const AVCodecParserContext* parser = av_stream_get_parser(m_stream);
   m_isParsed = parser && (parser->flags & PARSER_FLAG_COMPLETE_FRAMES) == 0;
   if (m_isParsed) return;
-  if (!m_nextEntry) {
-    // Several entries may have one time, but not one place.
-    int entry = av_index_search_timestamp(m_stream, packet.dts, AVSEEK_FLAG_ANY);
-    const int count = avformat_index_get_entries_count(m_stream);
-    for (; entry >= 0 && entry < count; ++entry) {
-      if (avformat_index_get_entry(m_stream, entry)->pos == packet.pos) break;
-    }
-    m_nextEntry = entry;
-  }
-  ++*m_nextEntry;
+  if (!m_nextEntry) m_nextEntry = entryOf(packet);
+  if (m_nextEntry) ++*m_nextEntry;
 }
 
 void Demuxer::requireAllPackets() const {

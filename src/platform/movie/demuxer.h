@@ -24,8 +24,8 @@ class Demuxer final {
   /// was lost on the way is lost.
   [[nodiscard]] bool isTransmission() const;
 
-  /// The next packet in the place of the old content of `packet`; false at the end. Throws
-  /// MovieError, std::system_error or Cancelled.
+  /// The next packet in the place of the old content of `packet`; false at the end. Pictures of a
+  /// transmission may be flagged corrupt. Throws MovieError, std::system_error or Cancelled.
   [[nodiscard]] bool read(AVPacket& packet);
 
   /// Goes to a key frame at or before a time of the stream; some formats only come near it. False
@@ -40,6 +40,9 @@ class Demuxer final {
  private:
   [[noreturn]] void failAtEarlyEnd() const { fail("The file ends too early"); }
   void requireWholeFile() const;
+  [[nodiscard]] bool readOwn(AVPacket& packet);
+  /// Its place in the stream's index.
+  [[nodiscard]] std::optional<int> entryOf(const AVPacket& packet) const;
   void countPacket(const AVPacket& packet);
   void requireAllPackets() const;
 
@@ -53,8 +56,6 @@ class Demuxer final {
   std::optional<int> m_nextEntry;
   /// A parser joins and splits the samples, so that packets cannot be counted.
   bool m_isParsed = false;
-  /// Bytes of the last packet are missing.
-  bool m_isCut = false;
 };
 
 }  // namespace vantrel

@@ -1,7 +1,6 @@
 #include "platform/movie/quicktime_atoms.h"
 
 #include <algorithm>
-#include <array>
 
 #include "platform/movie/box_bytes.h"
 #include "platform/movie/box_file.h"
@@ -9,20 +8,6 @@
 
 namespace vantrel {
 namespace {
-
-/// Types of boxes that files of this family begin with.
-constexpr std::array kFirstTypes = {fourCC("ftyp"), fourCC("styp"), fourCC("moov"), fourCC("mdat"),
-                                    fourCC("moof"), fourCC("wide"), fourCC("free"), fourCC("skip"),
-                                    fourCC("pnot"), fourCC("uuid"), fourCC("sidx")};
-
-std::optional<FileBox> movieHeader(BoxFile& file) {
-  const std::optional<FileBox> first = file.boxAt(0, file.size());
-  if (!first ||
-      std::find(kFirstTypes.begin(), kFirstTypes.end(), first->type) == kFirstTypes.end()) {
-    return std::nullopt;
-  }
-  return file.find(fourCC("moov"), 0, file.size());
-}
 
 /// False if there is none that makes sense.
 bool readMovieHeader(BoxFile& file, const FileBox& moov, QuickTimeMovie& movie) {
@@ -53,7 +38,8 @@ void readExtends(BoxFile& file, const FileBox& moov, QuickTimeMovie& movie) {
 
 std::optional<QuickTimeMovie> QuickTimeMovie::read(const std::filesystem::path& path) {
   BoxFile file(path);
-  const std::optional<FileBox> moov = movieHeader(file);
+  if (!file.isQuickTime()) return std::nullopt;
+  const std::optional<FileBox> moov = file.find(fourCC("moov"), 0, file.size());
   QuickTimeMovie movie;
   if (!moov || !readMovieHeader(file, *moov, movie)) return std::nullopt;
   readExtends(file, *moov, movie);
