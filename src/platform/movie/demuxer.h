@@ -38,7 +38,7 @@ class Demuxer final {
   [[noreturn]] void fail(const std::string& words) const;
 
  private:
-  [[noreturn]] void failAtEarlyEnd() const { fail("The file ends too early"); }
+  [[noreturn]] void failAtEarlyEnd() const { fail(kEndsTooEarly); }
   void requireWholeFile() const;
   [[nodiscard]] bool readOwn(AVPacket& packet);
   /// Its place in the stream's index.

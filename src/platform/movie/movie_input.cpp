@@ -67,6 +67,7 @@ class MovieInput::File final {
     if (m_error != 0) {
       throw fileError(m_path, FileAction::Read, {m_error, std::generic_category()});
     }
+    if (m_hasShrunk) throw MovieError(m_path, FileAction::Read, kEndsTooEarly);
   }
   [[noreturn]] void fail(FileAction action, int code) const {
     throwIfInterrupted();
@@ -87,7 +88,10 @@ class MovieInput::File final {
       count = ::read(file.m_descriptor.get(), to, static_cast<size_t>(size));
     } while (count < 0 && errno == EINTR);
     if (count > 0) return static_cast<int>(count);
-    if (count == 0) return AVERROR_EOF;
+    if (count == 0) {
+      file.m_hasShrunk |= ::lseek(file.m_descriptor.get(), 0, SEEK_CUR) < file.m_size;
+      return AVERROR_EOF;
+    }
     file.m_error = errno;
     return AVERROR(file.m_error);
   }
@@ -105,6 +109,8 @@ class MovieInput::File final {
   int64_t m_size = 0;
   /// The errno of the first failed read; 0 if none failed.
   int m_error = 0;
+  /// The file ended where it had more when it was opened.
+  bool m_hasShrunk = false;
   AVIOContext* m_io = nullptr;
 };
 

@@ -8,6 +8,9 @@
 
 namespace vantrel {
 
+/// What a MovieError says of a file that ends before it should.
+inline constexpr const char* kEndsTooEarly = "The file ends too early";
+
 /// How a file is demuxed.
 struct MovieInputOptions {
   /// Every packet in the order and with the times of the track's media, as if a QuickTime file had
