@@ -2,37 +2,77 @@
 
 #include <algorithm>
 #include <iterator>
-#include <string_view>
 
 #include "platform/movie/movie_input.h"
 #include "platform/movie/movie_tracks.h"
+#include "platform/movie/packet_scan.h"
 
 namespace vantrel {
 namespace {
 
-bool isQuickTime(const AVFormatContext& context) {
-  return std::string_view(context.iformat->name).substr(0, 4) == "mov,";
-}
-
-/// Ticks that times of the first track, video before audio, are whole numbers of, but no coarser
-/// than a film's.
+/// Ticks that the times of the first track, video before audio, are whole numbers of, but no
+/// coarser than a film's.
 int32_t timescaleOf(const std::vector<MovieTrack>& tracks) {
-  constexpr int32_t kFinest = 600;
+  constexpr int32_t kCoarsest = 600;
   const auto video = std::find_if(tracks.begin(), tracks.end(), [](const MovieTrack& track) {
     return track.kind == MovieTrack::Kind::Video;
   });
-  if (tracks.empty()) return kFinest;
+  if (tracks.empty()) return kCoarsest;
   const int32_t own = (video == tracks.end() ? tracks.front() : *video).timescale;
-  return own >= kFinest ? own : (kFinest + own - 1) / own * own;
+  return own >= kCoarsest ? own : (kCoarsest + own - 1) / own * own;
 }
 
-/// What the demuxer knows of the time at which the last track ends, from the start of the movie.
-MediaTime durationOf(const AVFormatContext& context, int32_t timescale) {
-  if (context.duration == AV_NOPTS_VALUE || context.duration <= 0) return {};
-  // What lies before 0 is not shown. QuickTime's movie header does not count it.
-  const bool countsPreroll = !isQuickTime(context) && context.start_time != AV_NOPTS_VALUE;
-  const int64_t preroll = countsPreroll ? std::max<int64_t>(0, -context.start_time) : 0;
-  const int64_t end = std::max<int64_t>(0, context.duration - preroll);
+/// Microseconds from the demuxer's zero to the movie's start. QuickTime movies have a time line of
+/// their own, in others what lies before zero is not shown.
+int64_t movieStart(const MovieInput& input) {
+  const int64_t start = input.context().start_time;
+  return input.boxes() || start == AV_NOPTS_VALUE ? 0 : std::max<int64_t>(0, start);
+}
+
+/// Ticks of the movie that a track is shown for; 0 if its boxes don't tell.
+int64_t shownLength(const QuickTimeTrack& track, uint32_t movieTimescale) {
+  int64_t length = 0;
+  for (const QuickTimeEdit& edit : track.edits)
+    length = av_sat_add64(length, edit.segmentDuration);
+  if (length > 0) return length;
+  const auto media = static_cast<int64_t>(std::min<uint64_t>(track.mediaDuration, INT64_MAX));
+  return av_rescale_rnd(media, movieTimescale, track.timescale, AV_ROUND_UP);
+}
+
+/// The longest track as shown, or what the movie header says where tracks don't tell. Not valid if
+/// the rest of the file has to be looked at.
+MediaTime headerDuration(const QuickTimeMovie& movie, int32_t timescale) {
+  int64_t longest = 0;
+  for (const QuickTimeTrack& track : movie.tracks)
+    longest = std::max(longest, shownLength(track, movie.timescale));
+  const auto whole = static_cast<int64_t>(std::min<uint64_t>(movie.duration, INT64_MAX));
+  // A fragmented movie may tell the length of its first part only.
+  if (movie.isFragmented ? whole <= longest : longest == 0 && whole == 0) return {};
+  return {movie.isFragmented || longest == 0 ? whole : longest, timescale};
+}
+
+/// The end of the last packet of these tracks.
+MediaTime scannedDuration(const PacketScan& scan, const std::vector<MovieTrack>& tracks,
+                          int64_t start, int32_t timescale) {
+  int64_t end = 0;
+  for (const MovieTrack& track : tracks) {
+    const auto index = static_cast<size_t>(track.streamIndex);
+    if (index >= scan.streams.size() || scan.streams[index].end == AV_NOPTS_VALUE) continue;
+    const PacketScan::Stream& stream = scan.streams[index];
+    const int64_t origin = av_rescale_q(start, AV_TIME_BASE_Q, stream.timeBase);
+    end = std::max(end,
+                   av_rescale_q(av_sat_sub64(stream.end, origin), stream.timeBase, {1, timescale}));
+  }
+  return end > 0 ? MediaTime{end, timescale} : MediaTime{};
+}
+
+/// What libavformat knows. Not valid where it guesses.
+MediaTime demuxerDuration(const AVFormatContext& context, int32_t timescale) {
+  const bool isGuess = context.duration_estimation_method == AVFMT_DURATION_FROM_BITRATE;
+  if (isGuess || context.duration == AV_NOPTS_VALUE || context.duration <= 0) return {};
+  const int64_t beforeZero =
+      context.start_time == AV_NOPTS_VALUE ? 0 : std::min<int64_t>(0, context.start_time);
+  const int64_t end = std::max<int64_t>(0, context.duration + beforeZero);
   return {av_rescale(end, timescale, AV_TIME_BASE), timescale};
 }
 
@@ -40,14 +80,19 @@ MediaTime durationOf(const AVFormatContext& context, int32_t timescale) {
 
 Movie Movie::open(const std::filesystem::path& path, const std::stop_token& stop) {
   MovieInput input = MovieInput::open(path, stop);
-  const AVFormatContext& context = input.context();
   Movie movie;
   movie.m_path = path;
   movie.m_tracks = movieTracks(input);
-  movie.m_timescale = timescaleOf(movie.m_tracks);
-  const bool startsAnywhere = !isQuickTime(context) && context.start_time != AV_NOPTS_VALUE;
-  movie.m_startOffset = startsAnywhere ? std::min<int64_t>(0, -context.start_time) : 0;
-  movie.m_duration = durationOf(context, movie.m_timescale);
+  movie.m_timescale =
+      input.boxes() ? static_cast<int32_t>(input.boxes()->timescale) : timescaleOf(movie.m_tracks);
+  const int64_t start = movieStart(input);
+  movie.m_startOffset = -start;
+  movie.m_duration = input.boxes() ? headerDuration(*input.boxes(), movie.m_timescale)
+                                   : demuxerDuration(input.context(), movie.m_timescale);
+  if (!movie.m_duration.isValid() && !movie.m_tracks.empty()) {
+    const PacketScan scan = scanPackets(path, stop, INT64_MAX);
+    movie.m_duration = scannedDuration(scan, movie.m_tracks, start, movie.m_timescale);
+  }
   return movie;
 }
 

@@ -8,6 +8,7 @@
 #include <mutex>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "base/cancelled.h"
 #include "platform/desktop/regular_file.h"
@@ -127,6 +128,7 @@ MovieInput::MovieInput(MovieInput&&) noexcept = default;
 MovieInput& MovieInput::operator=(MovieInput&& other) noexcept {
   m_context = std::move(other.m_context);
   m_file = std::move(other.m_file);
+  m_boxes = std::move(other.m_boxes);
   return *this;
 }
 MovieInput::~MovieInput() = default;
@@ -141,6 +143,7 @@ MovieInput MovieInput::open(const std::filesystem::path& path, const std::stop_t
   int code = av_probe_input_buffer2(file.io(), &format, path.c_str(), nullptr, 0, 0);
   if (code < 0) file.fail(FileAction::Open, code);
   if (isRefused(*format)) file.fail(FileAction::Open, AVERROR_INVALIDDATA);
+  input.readBoxes(*format);
 
   AVFormatContext* context = avformat_alloc_context();
   if (!context) throw std::bad_alloc();
@@ -154,10 +157,34 @@ MovieInput MovieInput::open(const std::filesystem::path& path, const std::stop_t
   av_dict_free(&settings);
   if (code < 0) file.fail(FileAction::Open, code);
   input.m_context.reset(context);
-  code = avformat_find_stream_info(context, nullptr);
-  file.throwIfInterrupted();
-  if (code < 0 && context->nb_streams == 0) file.fail(FileAction::Open, code);
+  input.findStreams();
   return input;
+}
+
+void MovieInput::readBoxes(const AVInputFormat& format) {
+  if (std::string_view(format.name).substr(0, 4) != "mov,") return;
+  m_boxes = QuickTimeMovie::read(m_file->path());
+  if (m_boxes && m_boxes->timescale > INT32_MAX) m_boxes.reset();
+  if (!m_boxes) return;
+  // libavformat makes an entry for each sample that a table claims, so that a few bytes could take
+  // up gigabytes.
+  const auto fileBytes = static_cast<uint64_t>(m_file->size());
+  for (const QuickTimeTrack& track : m_boxes->tracks) {
+    if (track.sampleCount > fileBytes) m_file->fail(FileAction::Open, AVERROR_INVALIDDATA);
+  }
+}
+
+void MovieInput::findStreams() {
+  std::vector<AVDictionary*> settings;
+  for (unsigned i = 0; i < m_context->nb_streams; ++i) {
+    settings.push_back(nullptr);
+    av_dict_set_int(&settings.back(), "max_pixels", kMaxPixels, 0);
+  }
+  const int code = avformat_find_stream_info(m_context.get(), settings.data());
+  for (AVDictionary* dictionary : settings)
+    av_dict_free(&dictionary);
+  m_file->throwIfInterrupted();
+  if (code < 0 && m_context->nb_streams == 0) m_file->fail(FileAction::Open, code);
 }
 
 AVFormatContext& MovieInput::context() const {

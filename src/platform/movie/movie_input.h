@@ -1,10 +1,13 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <stop_token>
 
 #include "platform/movie/av_ptr.h"
+#include "platform/movie/quicktime_atoms.h"
 
 namespace vantrel {
 
@@ -23,6 +26,9 @@ struct MovieInputOptions {
 /// token ends whatever it does. One thread at a time.
 class MovieInput final {
  public:
+  /// Pictures with more pixels than this are not decoded; for AVCodecContext::max_pixels.
+  static constexpr int64_t kMaxPixels = int64_t{1} << 28;
+
   /// Opens a file and finds its streams. Throws std::system_error for what is no file or cannot be
   /// read, MovieError for what is no movie, or Cancelled. Blocking.
   [[nodiscard]] static MovieInput open(const std::filesystem::path& path,
@@ -33,6 +39,8 @@ class MovieInput final {
   ~MovieInput();
 
   [[nodiscard]] AVFormatContext& context() const;
+  /// The movie header of a QuickTime or ISO base media file; absent for all others.
+  [[nodiscard]] const std::optional<QuickTimeMovie>& boxes() const { return m_boxes; }
   /// Bytes of the file.
   [[nodiscard]] int64_t fileSize() const;
 
@@ -46,10 +54,13 @@ class MovieInput final {
  private:
   class File;
   explicit MovieInput(std::unique_ptr<File> file);
+  void readBoxes(const AVInputFormat& format);
+  void findStreams();
 
   /// Outlives the context, which reads through it.
   std::unique_ptr<File> m_file;
   AvInputPtr m_context;
+  std::optional<QuickTimeMovie> m_boxes;
 };
 
 }  // namespace vantrel

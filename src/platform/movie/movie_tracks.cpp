@@ -1,13 +1,13 @@
 #include "platform/movie/movie_tracks.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstring>
+#include <map>
 #include <string>
+#include <string_view>
 
 #include "platform/movie/coded_format.h"
-#include "platform/movie/display_matrix.h"
-#include "platform/movie/stream_side_data.h"
+#include "platform/movie/first_frames.h"
+#include "platform/movie/video_facts.h"
 
 namespace vantrel {
 namespace {
@@ -24,16 +24,48 @@ bool fitsQuickTime(AVCodecID codec) {
   return std::find(std::begin(kFitting), std::end(kFitting), codec) != std::end(kFitting);
 }
 
-bool isPicture(const AVStream& stream) {
-  constexpr int kPictures =
-      AV_DISPOSITION_ATTACHED_PIC | AV_DISPOSITION_TIMED_THUMBNAILS | AV_DISPOSITION_STILL_IMAGE;
-  return (stream.disposition & kPictures) != 0;
+/// Seconds; 0 if not known.
+double lengthOf(const AVStream& stream) {
+  return stream.duration > 0 ? static_cast<double>(stream.duration) * av_q2d(stream.time_base) : 0;
 }
 
-bool isVideoTrack(const AVStream& stream) {
+/// Whether a file of this kind never holds more than pictures.
+bool isPictureFile(const AVFormatContext& context) {
+  const std::string_view name = context.iformat->name;
+  if (name.substr(0, 6) == "image2" || name == "ico") return true;
+  if (name.size() > 5 && name.substr(name.size() - 5) == "_pipe") return true;
+  const AVDictionaryEntry* brand = av_dict_get(context.metadata, "major_brand", nullptr, 0);
+  constexpr std::string_view kPictureBrands[] = {"avif", "heic", "heix", "heim", "heis", "mif1"};
+  return brand && std::find(std::begin(kPictureBrands), std::end(kPictureBrands), brand->value) !=
+                      std::end(kPictureBrands);
+}
+
+bool isPictureCodec(AVCodecID codec) {
+  constexpr AVCodecID kPictureCodecs[] = {AV_CODEC_ID_MJPEG, AV_CODEC_ID_PNG,     AV_CODEC_ID_BMP,
+                                          AV_CODEC_ID_GIF,   AV_CODEC_ID_TIFF,    AV_CODEC_ID_WEBP,
+                                          AV_CODEC_ID_APNG,  AV_CODEC_ID_JPEG2000};
+  return std::find(std::begin(kPictureCodecs), std::end(kPictureCodecs), codec) !=
+         std::end(kPictureCodecs);
+}
+
+bool isVideo(const AVStream& stream) {
+  constexpr int kPictures =
+      AV_DISPOSITION_ATTACHED_PIC | AV_DISPOSITION_TIMED_THUMBNAILS | AV_DISPOSITION_STILL_IMAGE;
   const AVCodecParameters& parameters = *stream.codecpar;
-  return parameters.codec_type == AVMEDIA_TYPE_VIDEO && !isPicture(stream) &&
+  return parameters.codec_type == AVMEDIA_TYPE_VIDEO && (stream.disposition & kPictures) == 0 &&
          parameters.width > 0 && parameters.height > 0 && avcodec_find_decoder(parameters.codec_id);
+}
+
+/// Whether this video stream is one still picture beside a stream that lasts longer: cover art that
+/// the container does not mark.
+bool isCover(const AVFormatContext& context, const AVStream& stream) {
+  if (stream.nb_frames != 1 || !isPictureCodec(stream.codecpar->codec_id)) return false;
+  for (unsigned i = 0; i < context.nb_streams; ++i) {
+    const AVStream& other = *context.streams[i];
+    const bool isReal = isVideo(other) || other.codecpar->codec_type == AVMEDIA_TYPE_AUDIO;
+    if (&other != &stream && isReal && lengthOf(other) > lengthOf(stream)) return true;
+  }
+  return false;
 }
 
 std::string tag(const AVStream& stream, const char* key) {
@@ -48,74 +80,74 @@ std::string languageCode(const AVStream& stream) {
   return isCode && code != "und" ? code : "";
 }
 
-double asNumber(AVRational value) {
-  return value.num > 0 && value.den > 0 ? av_q2d(value) : 0;
-}
-
-PictureSize squarePixelSize(const AVStream& stream, const AVCodecParameters& parameters) {
-  double aspect = asNumber(stream.sample_aspect_ratio);
-  if (aspect == 0) aspect = asNumber(parameters.sample_aspect_ratio);
-  const double width = std::round(parameters.width * (aspect == 0 ? 1 : aspect));
-  return {std::max(1.0, width), static_cast<double>(parameters.height)};
-}
-
-AffineTransform preferredTransform(const AVStream& stream) {
-  DisplayMatrix matrix{};
-  const uint8_t* data = streamSideData(stream, AV_PKT_DATA_DISPLAYMATRIX, sizeof matrix);
-  if (!data) return {};
-  std::memcpy(matrix.data(), data, sizeof matrix);
-  return nearestQuarterTurn(matrix);
-}
-
-void describeVideo(MovieTrack& track, const AVStream& stream) {
-  const AVCodecParameters& parameters = *stream.codecpar;
-  track.naturalSize = squarePixelSize(stream, parameters);
-  track.storedSize = {static_cast<double>(parameters.width),
-                      static_cast<double>(parameters.height)};
-  track.preferredTransform = preferredTransform(stream);
-  track.nominalFrameRate = asNumber(stream.avg_frame_rate);
-  if (track.nominalFrameRate == 0) track.nominalFrameRate = asNumber(stream.r_frame_rate);
-  track.formatDescriptions = {
-      {parameters.color_primaries, parameters.color_trc, parameters.color_space}};
-}
-
-MovieTrack makeTrack(const AVStream& stream, MovieTrack::Kind kind) {
+std::shared_ptr<const CodedFormat> codedFormat(const AVStream& stream) {
   auto format = std::make_shared<CodedFormat>();
   format->parameters = owned<AvCodecParametersPtr>(avcodec_parameters_alloc());
   if (avcodec_parameters_copy(format->parameters.get(), stream.codecpar) < 0) {
     throw std::bad_alloc();
   }
   format->timeBase = stream.time_base;
+  return format;
+}
+
+/// What the boxes say beyond what libavformat hands on.
+void describeBoxes(MovieTrack& track, const QuickTimeTrack* boxes) {
+  if (!boxes) return;
+  track.quickTime = *boxes;
+  track.isEnabled = boxes->enabled;
+  track.extendedLanguageTag = boxes->extendedLanguageTag;
+  track.metadata = boxes->items;
+  track.title.clear();
+}
+
+MovieTrack makeTrack(const MovieInput& input, const AVStream& stream, const AVFrame* frame) {
+  const AVCodecParameters& parameters = *stream.codecpar;
   MovieTrack track;
-  track.kind = kind;
+  const bool isAudio = parameters.codec_type == AVMEDIA_TYPE_AUDIO;
+  track.kind = isAudio ? MovieTrack::Kind::Audio : MovieTrack::Kind::Video;
   track.streamIndex = stream.index;
   track.id = stream.id;
   track.languageCode = languageCode(stream);
   track.title = tag(stream, "title");
-  track.estimatedDataRate = static_cast<double>(std::max<int64_t>(0, stream.codecpar->bit_rate));
+  track.estimatedDataRate = static_cast<double>(std::max<int64_t>(0, parameters.bit_rate));
   track.timescale = stream.time_base.den;
-  track.format = std::move(format);
-  track.hasFormatDescription = stream.codecpar->codec_id != AV_CODEC_ID_NONE;
-  if (kind == MovieTrack::Kind::Video) {
-    describeVideo(track, stream);
+  track.format = codedFormat(stream);
+  track.hasFormatDescription = parameters.codec_id != AV_CODEC_ID_NONE;
+  const auto& boxes = input.boxes();
+  describeBoxes(track, boxes ? boxes->track(static_cast<uint32_t>(stream.id)) : nullptr);
+  if (isAudio) {
+    track.fitsQuickTime = fitsQuickTime(parameters.codec_id);
   } else {
-    track.fitsQuickTime = fitsQuickTime(stream.codecpar->codec_id);
+    describeVideo(track, stream, frame);
   }
   return track;
+}
+
+/// The streams that are video tracks.
+std::vector<int> videoStreams(const AVFormatContext& context) {
+  std::vector<int> found;
+  if (isPictureFile(context)) return found;
+  for (unsigned i = 0; i < context.nb_streams; ++i) {
+    const AVStream& stream = *context.streams[i];
+    if (isVideo(stream) && !isCover(context, stream)) found.push_back(stream.index);
+  }
+  return found;
 }
 
 }  // namespace
 
 std::vector<MovieTrack> movieTracks(MovieInput& input) {
   const AVFormatContext& context = input.context();
+  const std::vector<int> video = videoStreams(context);
+  const std::map<int, AvFramePtr> frames = decodeFirstFrames(input, video);
   std::vector<MovieTrack> tracks;
-  for (unsigned index = 0; index < context.nb_streams; ++index) {
-    const AVStream& stream = *context.streams[index];
-    if (isVideoTrack(stream)) {
-      tracks.push_back(makeTrack(stream, MovieTrack::Kind::Video));
-    } else if (stream.codecpar->codec_type == AVMEDIA_TYPE_AUDIO) {
-      tracks.push_back(makeTrack(stream, MovieTrack::Kind::Audio));
-    }
+  for (unsigned i = 0; i < context.nb_streams; ++i) {
+    const AVStream& stream = *context.streams[i];
+    const bool isVideoTrack = std::find(video.begin(), video.end(), stream.index) != video.end();
+    if (!isVideoTrack && stream.codecpar->codec_type != AVMEDIA_TYPE_AUDIO) continue;
+    const auto frame = frames.find(stream.index);
+    tracks.push_back(
+        makeTrack(input, stream, frame == frames.end() ? nullptr : frame->second.get()));
   }
   return tracks;
 }
