@@ -23,8 +23,8 @@ constexpr std::array kFirstTypes = {fourCC("ftyp"), fourCC("styp"), fourCC("moov
 
 }  // namespace
 
-BoxFile::BoxFile(std::filesystem::path path)
-    : m_path(std::move(path)), m_file(openRegularFile(m_path)) {
+BoxFile::BoxFile(std::filesystem::path path, uint64_t mostLoaded)
+    : m_path(std::move(path)), m_file(openRegularFile(m_path)), m_loadable(mostLoaded) {
   struct stat status {};
   if (::fstat(m_file.get(), &status) != 0) throw fileError(m_path, FileAction::Read);
   m_size = static_cast<uint64_t>(status.st_size);
@@ -84,10 +84,10 @@ std::optional<FileBox> BoxFile::find(uint32_t type, uint64_t offset, uint64_t li
 }
 
 std::optional<std::vector<uint8_t>> BoxFile::load(uint64_t begin, uint64_t end) {
-  if (begin > end || end > m_size || end - begin > kMostLoaded - m_loaded) return std::nullopt;
+  if (begin > end || end > m_size || end - begin > m_loadable) return std::nullopt;
   std::vector<uint8_t> bytes(static_cast<size_t>(end - begin));
   if (!read(begin, bytes)) return std::nullopt;
-  m_loaded += bytes.size();
+  m_loadable -= bytes.size();
   return bytes;
 }
 

@@ -20,8 +20,11 @@ struct FileBox {
 /// A file of boxes, read in small pieces where one looks. One thread.
 class BoxFile final {
  public:
-  /// Throws std::system_error.
-  explicit BoxFile(std::filesystem::path path);
+  /// More bytes than the header of any movie needs beside its sample tables.
+  static constexpr uint64_t kMostLoaded = uint64_t{64} << 20;
+
+  /// `mostLoaded` limits the bytes of all that is loaded. Throws std::system_error.
+  explicit BoxFile(std::filesystem::path path, uint64_t mostLoaded = kMostLoaded);
 
   [[nodiscard]] const std::filesystem::path& path() const { return m_path; }
   [[nodiscard]] int descriptor() const { return m_file.get(); }
@@ -49,18 +52,17 @@ class BoxFile final {
   }
 
   /// The bytes between two offsets. Absent when the file has not so many, or when all that was
-  /// loaded would pass kMostLoaded.
+  /// loaded would pass its limit.
   [[nodiscard]] std::optional<std::vector<uint8_t>> load(uint64_t begin, uint64_t end);
 
  private:
-  /// More than the header of any movie needs beside its sample tables, which are never loaded.
-  static constexpr uint64_t kMostLoaded = uint64_t{64} << 20;
   static constexpr size_t kWindow = size_t{16} << 10;
 
   std::filesystem::path m_path;
   FileDescriptor m_file;
   uint64_t m_size = 0;
-  uint64_t m_loaded = 0;
+  /// Bytes that may still be loaded.
+  uint64_t m_loadable = 0;
   /// What the file holds from m_windowBegin on.
   uint64_t m_windowBegin = 0;
   std::vector<uint8_t> m_window;

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "platform/movie/box_bytes.h"
+#include "platform/movie/edit_list.h"
 #include "platform/movie/quicktime_metadata.h"
 
 namespace vantrel {
@@ -63,24 +64,10 @@ void readLanguageTag(BoxFile& file, const FileBox& media, QuickTimeTrack& track)
   track.extendedLanguageTag.emplace(text.begin(), std::find(text.begin(), text.end(), 0));
 }
 
-/// Those that fit into the box, whatever their number is said to be. None if one makes no sense.
 std::vector<QuickTimeEdit> readEdits(BoxFile& file, const FileBox& trak) {
   const std::optional<FileBox> box = file.child(trak, fourCC("edts"));
   if (!box) return {};
-  const std::vector<uint8_t> bytes = loadChild(file, *box, fourCC("elst"));
-  ByteCursor cursor(bytes);
-  const bool wide = cursor.u32() >> 24 == 1;
-  const uint64_t count = cursor.u32();
-  const uint64_t room = cursor.rest().size() / (wide ? 20 : 12);
-  std::vector<QuickTimeEdit> edits(static_cast<size_t>(std::min(count, room)));
-  for (QuickTimeEdit& edit : edits) {
-    edit.segmentDuration = static_cast<int64_t>(cursor.word(wide));
-    const uint64_t time = cursor.word(wide);
-    edit.mediaTime = wide ? static_cast<int64_t>(time) : static_cast<int32_t>(time);
-    edit.mediaRate = static_cast<int32_t>(cursor.u32());
-    if (edit.segmentDuration < 0 || edit.mediaTime < -1) return {};
-  }
-  return edits;
+  return parseEditList(loadChild(file, *box, fourCC("elst")));
 }
 
 ColorTags colorOf(std::span<const uint8_t> boxes) {
