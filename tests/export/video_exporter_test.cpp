@@ -20,6 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using ::testing::Contains;
+using testing::FileSizeLimit;
 using testing::FilmFolder;
 using testing::modeOf;
 using testing::namesIn;
