@@ -35,6 +35,12 @@ class FilmFolder final {
                "rotate=" + std::to_string(degrees), (m_folder / name).string()});
   }
 
+  /// The pictures of `from` as many times one after the other.
+  void makeRepeated(const std::string& from, const std::string& name, int times) const {
+    runFfmpeg({"-stream_loop", std::to_string(times - 1), "-i", (m_folder / from).string(), "-an",
+               "-c", "copy", (m_folder / name).string()});
+  }
+
   /// Ten bits with this transfer function, named as ffmpeg does.
   void makeHdr(const std::string& name, const std::string& transfer) const {
     make(name,
