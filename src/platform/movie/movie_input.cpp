@@ -13,6 +13,7 @@
 #include "base/cancelled.h"
 #include "platform/desktop/regular_file.h"
 #include "platform/movie/movie_error.h"
+#include "platform/movie/sample_claims.h"
 
 namespace vantrel {
 namespace {
@@ -164,9 +165,8 @@ void MovieInput::readBoxes(const AVInputFormat& format) {
   if (!m_boxes) return;
   // libavformat makes an entry for each sample that a table claims, so that a few bytes could take
   // up gigabytes.
-  const auto fileBytes = static_cast<uint64_t>(m_file->size());
-  for (const QuickTimeTrack& track : m_boxes->tracks) {
-    if (track.sampleCount > fileBytes) m_file->fail(FileAction::Open, AVERROR_INVALIDDATA);
+  if (claimedSamples(m_file->path(), *m_boxes) > static_cast<uint64_t>(m_file->size())) {
+    m_file->fail(FileAction::Open, AVERROR_INVALIDDATA);
   }
 }
 

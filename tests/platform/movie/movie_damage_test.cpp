@@ -103,5 +103,16 @@ TEST(MovieDamage, OfATableThatClaimsMoreSamplesThanTheFileHasBytesIsRefused) {
   EXPECT_FALSE(opens(path));
 }
 
+TEST(MovieDamage, OfAFragmentThatClaimsMoreSamplesThanTheFileHasBytesIsRefused) {
+  const TemporaryFolder folder;
+  const auto path = folder / "film.mp4";
+  makeFilm(path, {"-an", "-movflags", "frag_keyframe+empty_moov"});
+  Bytes bytes = loadBytes(path);
+  ASSERT_TRUE(opens(path));
+  put32(bytes, findBox(bytes, "trun") + 8, 0x0FFFFFFF);
+  saveBytes(path, bytes);
+  EXPECT_FALSE(opens(path));
+}
+
 }  // namespace
 }  // namespace vantrel
