@@ -73,9 +73,15 @@ MediaTime demuxerDuration(const AVFormatContext& context, int32_t timescale) {
   return {av_rescale(end, timescale, AV_TIME_BASE), timescale};
 }
 
+/// Not valid for a length that only damage explains, and with which others could not reckon.
+MediaTime plausible(const MediaTime& duration) {
+  constexpr double kMaxSeconds = INT32_MAX;
+  return duration.isValid() && duration.seconds() < kMaxSeconds ? duration : MediaTime{};
+}
+
 MediaTime knownDuration(const MovieInput& input, int32_t timescale) {
-  return input.boxes() ? headerDuration(*input.boxes(), timescale)
-                       : demuxerDuration(input.context(), timescale);
+  return plausible(input.boxes() ? headerDuration(*input.boxes(), timescale)
+                                 : demuxerDuration(input.context(), timescale));
 }
 
 /// The packets among which is the last one.
@@ -102,7 +108,7 @@ Movie Movie::open(const std::filesystem::path& path, const std::stop_token& stop
   std::optional<PacketScan> scan;
   if (!movie.m_duration.isValid()) {
     scan = scanPackets(path, stop, lastPackets(input.context()));
-    movie.m_duration = scannedDuration(*scan, movie.m_tracks, start, movie.m_timescale);
+    movie.m_duration = plausible(scannedDuration(*scan, movie.m_tracks, start, movie.m_timescale));
   }
   const FileRate fileRate{input.fileSize(), movie.m_duration};
   const bool isComplete = !lacksRates(movie.m_tracks, fileRate);

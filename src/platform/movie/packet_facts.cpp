@@ -55,7 +55,7 @@ MediaTime scannedDuration(const PacketScan& scan, const std::vector<MovieTrack>&
   for (const MovieTrack& track : tracks) {
     const PacketScan::Stream* stream = scanned(scan, track);
     if (!stream) continue;
-    const int64_t origin = av_rescale_q(start, AV_TIME_BASE_Q, stream->timeBase);
+    const int64_t origin = av_rescale_q(start, {1, AV_TIME_BASE}, stream->timeBase);
     // Streams without times have their packets one behind the other.
     const int64_t end =
         stream->end == AV_NOPTS_VALUE ? stream->length : av_sat_sub64(stream->end, origin);

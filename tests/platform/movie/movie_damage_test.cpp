@@ -80,6 +80,17 @@ TEST(MovieDamage, OfTheFirstPictureDoesNotHideTheTrack) {
   EXPECT_EQ(tracks[0].storedSize, (PictureSize{320, 240}));
 }
 
+TEST(MovieDamage, OfTheEditsDoesNotHideTheLength) {
+  const TemporaryFolder folder;
+  const auto path = folder / "film.mp4";
+  makeFilm(path, {"-an"});
+  Bytes bytes = loadBytes(path);
+  put32(bytes, findBox(bytes, "mvhd") + 16, 1);
+  put32(bytes, findBox(bytes, "elst") + 12, 0xFFFFFFFE);
+  saveBytes(path, bytes);
+  EXPECT_EQ(Movie::open(path).duration(), (MediaTime{1, 1}));
+}
+
 TEST(MovieDamage, OfATableThatClaimsMoreSamplesThanTheFileHasBytesIsRefused) {
   const TemporaryFolder folder;
   const auto path = folder / "film.mp4";
@@ -88,6 +99,17 @@ TEST(MovieDamage, OfATableThatClaimsMoreSamplesThanTheFileHasBytesIsRefused) {
   const size_t sizes = findBox(bytes, "stsz");
   put32(bytes, sizes + 8, 1);
   put32(bytes, sizes + 12, 0x0FFFFFFF);
+  saveBytes(path, bytes);
+  EXPECT_FALSE(opens(path));
+}
+
+TEST(MovieDamage, OfAFragmentThatClaimsMoreSamplesThanTheFileHasBytesIsRefused) {
+  const TemporaryFolder folder;
+  const auto path = folder / "film.mp4";
+  makeFilm(path, {"-an", "-movflags", "frag_keyframe+empty_moov"});
+  Bytes bytes = loadBytes(path);
+  ASSERT_TRUE(opens(path));
+  put32(bytes, findBox(bytes, "trun") + 8, 0x0FFFFFFF);
   saveBytes(path, bytes);
   EXPECT_FALSE(opens(path));
 }

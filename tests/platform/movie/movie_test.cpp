@@ -114,9 +114,9 @@ TEST(Movie, SaysWhichSoundFitsAQuickTimeMovie) {
 
 TEST(Movie, NamesTheLanguageOfItsTracks) {
   const TemporaryFolder folder;
-  makeFilm(folder / "film.mov", {"-t", "0.2", "-metadata:s:a", "language=deu"});
+  makeFilm(folder / "film.mov", {"-t", "0.2", "-metadata:s:a", "language=ger"});
   const Movie movie = Movie::open(folder / "film.mov");
-  EXPECT_EQ(movie.tracks(Kind::Audio).at(0).languageCode, "deu");
+  EXPECT_EQ(movie.tracks(Kind::Audio).at(0).languageCode, "ger");
   EXPECT_EQ(movie.tracks(Kind::Video).at(0).languageCode, "");
   EXPECT_EQ(movie.tracks(Kind::Audio).at(0).extendedLanguageTag, std::nullopt);
 }

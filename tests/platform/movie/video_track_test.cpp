@@ -101,8 +101,8 @@ TEST_F(VideoTrack, HasTheSizeOfItsDecodedPictures) {
 }
 
 TEST_F(VideoTrack, HasTheColourOfTheContainerOrElseOfTheBitstream) {
-  makeFilm(path(), {"-an", "-t", "0.2", "-x264-params",
-                    "colorprim=bt709:transfer=bt709:colormatrix=smpte170m"});
+  makeFilm(path(), {"-an", "-t", "0.2", "-color_primaries", "bt709", "-color_trc", "bt709",
+                    "-colorspace", "smpte170m"});
   m_bytes = loadBytes(path());
   const size_t color = findBox(m_bytes, "colr");
   m_bytes[color + 9] = 5;
