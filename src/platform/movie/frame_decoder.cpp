@@ -26,11 +26,15 @@ AvCodecContextPtr openDecoder(const Demuxer& demuxer) {
   if (!codec) demuxer.fail("Nothing decodes its pictures");
   auto context = owned<AvCodecContextPtr>(avcodec_alloc_context3(codec));
   if (avcodec_parameters_to_context(context.get(), stream.codecpar) < 0) throw std::bad_alloc();
+  context->max_pixels = MovieInput::kMaxPixels;
   context->pkt_timebase = stream.time_base;
   context->thread_count = 0;
   context->thread_type = FF_THREAD_FRAME | FF_THREAD_SLICE;
   // Else the decoder rounds the left edge of its crop down for the sake of speed.
   context->flags |= AV_CODEC_FLAG_UNALIGNED;
+  // What is damaged is shown. Without this, H.264's decoder also ends early when it is drained soon
+  // after a seek.
+  context->flags |= AV_CODEC_FLAG_OUTPUT_CORRUPT;
   if (avcodec_open2(context.get(), codec, nullptr) < 0) {
     demuxer.fail("Its pictures cannot be decoded");
   }
@@ -56,6 +60,8 @@ AvFramePtr FrameDecoder::next() {
   while (true) {
     if (AvFramePtr frame = receive()) {
       setTime(*frame);
+      m_isWhole |= (frame->flags & AV_FRAME_FLAG_CORRUPT) == 0;
+      if (!m_isWhole) continue;
       ++m_pictures;
       return frame;
     }
@@ -133,6 +139,7 @@ void FrameDecoder::restart() {
   m_isDraining = false;
   m_decodingTimes.clear();
   m_lastTime = AV_NOPTS_VALUE;
+  m_isWhole = false;
 }
 
 void FrameDecoder::seek(int64_t time) {

@@ -19,7 +19,8 @@ class FrameDecoder final {
 
   /// The next picture, with a `pts` that is greater than that of the picture before; null at the
   /// end. A picture whose time is not greater is moved behind the one before by a tick: none is
-  /// dropped. Packets that cannot be decoded are passed over. Throws what Demuxer::read throws.
+  /// dropped. Damaged pictures are given, but not those that need others from before the start.
+  /// Packets that cannot be decoded are passed over. Throws what Demuxer::read throws.
   [[nodiscard]] AvFramePtr next();
 
   /// `next` then begins with a picture at or before a time of the stream, if there is one.
@@ -47,6 +48,8 @@ class FrameDecoder final {
   /// Read ahead while seeking.
   AvFramePtr m_ahead;
   bool m_isDraining = false;
+  /// A picture came that needs nothing from before the start, or from before the place sought.
+  bool m_isWhole = false;
 
   enum class Times { Unknown, OfPresentation, OfDecoding };
   Times m_times = Times::Unknown;
