@@ -38,6 +38,7 @@ class FrameDecoder final {
   [[nodiscard]] AvFramePtr receive();
   /// False at the end of the track.
   [[nodiscard]] bool send();
+  [[nodiscard]] bool isWanted(const AVPacket& packet);
   void noteTimeOf(const AVPacket& packet);
   void setTime(AVFrame& frame);
   void restart();
@@ -48,8 +49,11 @@ class FrameDecoder final {
   /// Read ahead while seeking.
   AvFramePtr m_ahead;
   bool m_isDraining = false;
-  /// A picture came that needs nothing from before the start, or from before the place sought.
-  bool m_isWhole = false;
+  /// Packets are passed over until a key frame comes: so many so far.
+  bool m_awaitsKeyFrame = false;
+  int m_passedOver = 0;
+  /// Pictures before this time need others from before the key frame that decoding began with.
+  int64_t m_earliestTime = INT64_MIN;
 
   enum class Times { Unknown, OfPresentation, OfDecoding };
   Times m_times = Times::Unknown;
