@@ -1,7 +1,5 @@
 #include "platform/movie/demuxer.h"
 
-#include <string_view>
-
 #include "platform/movie/container_extent.h"
 #include "platform/movie/movie_error.h"
 #include "platform/movie/quicktime_extent.h"
@@ -18,7 +16,6 @@ AVMediaType mediaTypeOf(MovieTrack::Kind kind) {
 Demuxer::Demuxer(const Movie& movie, const MovieTrack& track, const std::stop_token& stop)
     : m_path(movie.path()), m_input(MovieInput::open(m_path, stop, {.ignoresEditLists = true})) {
   AVFormatContext& context = m_input.context();
-  m_isQuickTime = std::string_view(context.iformat->name).starts_with("mov,");
   const auto index = static_cast<unsigned>(track.streamIndex);
   if (track.streamIndex < 0 || index >= context.nb_streams ||
       context.streams[index]->codecpar->codec_type != mediaTypeOf(track.kind)) {
@@ -28,7 +25,7 @@ Demuxer::Demuxer(const Movie& movie, const MovieTrack& track, const std::stop_to
     if (i != index) context.streams[i]->discard = AVDISCARD_ALL;
   }
   m_stream = context.streams[index];
-  if (m_isQuickTime && track.kind == MovieTrack::Kind::Video && track.quickTime) {
+  if (m_input.boxes() && track.kind == MovieTrack::Kind::Video && track.quickTime) {
     m_sampleCount = track.quickTime->sampleCount;
   }
   m_nextEntry = 0;
@@ -40,7 +37,7 @@ bool Demuxer::isTransmission() const {
 }
 
 void Demuxer::requireWholeFile() const {
-  if (!m_isQuickTime) {
+  if (!m_input.boxes()) {
     if (!containerIsWhole(m_path)) failAtEarlyEnd();
     return;
   }
@@ -85,7 +82,7 @@ std::optional<int> Demuxer::entryOf(const AVPacket& packet) const {
 }
 
 void Demuxer::countPacket(const AVPacket& packet) {
-  if (!m_isQuickTime) return;
+  if (!m_input.boxes()) return;
   const AVCodecParserContext* parser = av_stream_get_parser(m_stream);
   m_isParsed = parser && (parser->flags & PARSER_FLAG_COMPLETE_FRAMES) == 0;
   if (m_isParsed) return;
@@ -94,7 +91,7 @@ void Demuxer::countPacket(const AVPacket& packet) {
 }
 
 void Demuxer::requireAllPackets() const {
-  if (!m_isQuickTime || m_isParsed || !m_nextEntry) return;
+  if (!m_input.boxes() || m_isParsed || !m_nextEntry) return;
   const int count = avformat_index_get_entries_count(m_stream);
   if (*m_nextEntry < count || static_cast<uint64_t>(count) < m_sampleCount) failAtEarlyEnd();
 }
@@ -105,11 +102,15 @@ bool Demuxer::seek(int64_t time) {
 }
 
 bool Demuxer::rewind() {
-  const int64_t start = m_stream->start_time == AV_NOPTS_VALUE ? 0 : m_stream->start_time;
-  const AVIndexEntry* first = avformat_index_get_entry(m_stream, 0);
   m_nextEntry.reset();
-  return av_seek_frame(&m_input.context(), m_stream->index, first ? first->timestamp : start,
-                       AVSEEK_FLAG_BACKWARD | AVSEEK_FLAG_ANY) >= 0;
+  if (isTransmission()) {
+    return av_seek_frame(&m_input.context(), -1, 0, AVSEEK_FLAG_BYTE) >= 0;
+  }
+  // The first packet need not be marked as a key frame.
+  const AVIndexEntry* first = avformat_index_get_entry(m_stream, 0);
+  const int flags = AVSEEK_FLAG_BACKWARD | AVSEEK_FLAG_ANY;
+  return first ? av_seek_frame(&m_input.context(), m_stream->index, first->timestamp, flags) >= 0
+               : m_input.rewind();
 }
 
 void Demuxer::fail(const std::string& words) const {

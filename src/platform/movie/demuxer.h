@@ -49,7 +49,6 @@ class Demuxer final {
   std::filesystem::path m_path;
   MovieInput m_input;
   AVStream* m_stream = nullptr;
-  bool m_isQuickTime = false;
   /// Samples of the track outside fragments; 0 if unknown.
   uint64_t m_sampleCount = 0;
   /// Where the next packet is expected in the stream's index; absent after a seek.

@@ -13,6 +13,8 @@ constexpr int64_t kTolerableCount = 8;
 constexpr size_t kMostPending = 1024;
 /// Times beyond are damage. Keeps sums and products of times within 64 bits.
 constexpr int64_t kLatestTime = int64_t{1} << 52;
+/// Packets in front of the first key frame that are passed over; some streams mark none.
+constexpr int kMostBeforeKeyFrame = 600;
 /// How far before the wanted time the second attempt of a seek begins, in seconds.
 constexpr int64_t kFirstStepBack = 2;
 
@@ -26,11 +28,15 @@ AvCodecContextPtr openDecoder(const Demuxer& demuxer) {
   if (!codec) demuxer.fail("Nothing decodes its pictures");
   auto context = owned<AvCodecContextPtr>(avcodec_alloc_context3(codec));
   if (avcodec_parameters_to_context(context.get(), stream.codecpar) < 0) throw std::bad_alloc();
+  context->max_pixels = MovieInput::kMaxPixels;
   context->pkt_timebase = stream.time_base;
   context->thread_count = 0;
   context->thread_type = FF_THREAD_FRAME | FF_THREAD_SLICE;
   // Else the decoder rounds the left edge of its crop down for the sake of speed.
   context->flags |= AV_CODEC_FLAG_UNALIGNED;
+  // Else H.264's decoder, which drops the pictures in front of a key frame that need the one
+  // before, ends at such a picture when it is drained soon after a seek.
+  if (stream.codecpar->codec_id == AV_CODEC_ID_H264) context->flags |= AV_CODEC_FLAG_OUTPUT_CORRUPT;
   if (avcodec_open2(context.get(), codec, nullptr) < 0) {
     demuxer.fail("Its pictures cannot be decoded");
   }
@@ -56,6 +62,7 @@ AvFramePtr FrameDecoder::next() {
   while (true) {
     if (AvFramePtr frame = receive()) {
       setTime(*frame);
+      if (frame->pts < m_earliestTime) continue;
       ++m_pictures;
       return frame;
     }
@@ -84,17 +91,28 @@ bool FrameDecoder::send() {
     avcodec_send_packet(m_decoder.get(), nullptr);
     return true;
   }
+  if (!isWanted(*m_packet)) return true;
   ++m_packets;
   if ((m_packet->flags & AV_PKT_FLAG_CORRUPT) != 0) ++m_lost;
   noteTimeOf(*m_packet);
   // What `receive` has emptied takes a packet; any failure is about the packet's content.
   const int code = avcodec_send_packet(m_decoder.get(), m_packet.get());
   if (code == AVERROR(ENOMEM)) throw std::bad_alloc();
-  // What a transmission begins with may lean on what was sent before.
-  const bool isStart = m_pictures == 0 && m_demuxer.isTransmission();
-  if (code < 0 && !isStart) {
+  if (code < 0) {
     ++m_lost;
     if (!m_decodingTimes.empty()) m_decodingTimes.pop_front();
+  }
+  return true;
+}
+
+bool FrameDecoder::isWanted(const AVPacket& packet) {
+  if (!m_awaitsKeyFrame) return true;
+  const bool isKeyFrame = (packet.flags & AV_PKT_FLAG_KEY) != 0;
+  if (!isKeyFrame && ++m_passedOver < kMostBeforeKeyFrame) return false;
+  m_awaitsKeyFrame = false;
+  m_passedOver = 0;
+  if (isKeyFrame && isTime(packet.pts) && m_decoder->codec_id == AV_CODEC_ID_H264) {
+    m_earliestTime = packet.pts;
   }
   return true;
 }
@@ -133,6 +151,8 @@ void FrameDecoder::restart() {
   m_isDraining = false;
   m_decodingTimes.clear();
   m_lastTime = AV_NOPTS_VALUE;
+  m_earliestTime = INT64_MIN;
+  m_awaitsKeyFrame = true;
 }
 
 void FrameDecoder::seek(int64_t time) {

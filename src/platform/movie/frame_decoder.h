@@ -19,7 +19,8 @@ class FrameDecoder final {
 
   /// The next picture, with a `pts` that is greater than that of the picture before; null at the
   /// end. A picture whose time is not greater is moved behind the one before by a tick: none is
-  /// dropped. Packets that cannot be decoded are passed over. Throws what Demuxer::read throws.
+  /// dropped. Damaged pictures are given, but not those that need others from before the start.
+  /// Packets that cannot be decoded are passed over. Throws what Demuxer::read throws.
   [[nodiscard]] AvFramePtr next();
 
   /// `next` then begins with a picture at or before a time of the stream, if there is one.
@@ -37,6 +38,7 @@ class FrameDecoder final {
   [[nodiscard]] AvFramePtr receive();
   /// False at the end of the track.
   [[nodiscard]] bool send();
+  [[nodiscard]] bool isWanted(const AVPacket& packet);
   void noteTimeOf(const AVPacket& packet);
   void setTime(AVFrame& frame);
   void restart();
@@ -47,6 +49,11 @@ class FrameDecoder final {
   /// Read ahead while seeking.
   AvFramePtr m_ahead;
   bool m_isDraining = false;
+  /// Packets are passed over until a key frame comes: so many so far.
+  bool m_awaitsKeyFrame = false;
+  int m_passedOver = 0;
+  /// Pictures before this time need others from before the key frame that decoding began with.
+  int64_t m_earliestTime = INT64_MIN;
 
   enum class Times { Unknown, OfPresentation, OfDecoding };
   Times m_times = Times::Unknown;

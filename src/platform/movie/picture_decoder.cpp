@@ -1,6 +1,7 @@
 #include "platform/movie/picture_decoder.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace vantrel {
 namespace {
@@ -17,11 +18,9 @@ void setDuration(AVFrame& frame, int64_t duration) {
 }
 
 /// Ticks of the stream that a picture lasts on average; 0 if unknown.
-int64_t averageDuration(const MovieTrack& track, const AVStream& stream) {
-  const AVRational rate = stream.avg_frame_rate;
-  if (rate.num > 0 && rate.den > 0) return av_rescale_q(1, av_inv_q(rate), stream.time_base);
+int64_t averageDuration(const MovieTrack& track, AVRational timeBase) {
   if (track.nominalFrameRate <= 0) return 0;
-  return static_cast<int64_t>(1 / (track.nominalFrameRate * av_q2d(stream.time_base)));
+  return std::llround(1 / (track.nominalFrameRate * av_q2d(timeBase)));
 }
 
 }  // namespace
@@ -30,7 +29,7 @@ PictureDecoder::PictureDecoder(const Movie& movie, const MovieTrack& track,
                                const std::stop_token& stop)
     : m_frames(movie, track, stop),
       m_segments(movieSegments(movie, track, m_frames.stream().time_base)),
-      m_averageDuration(averageDuration(track, m_frames.stream())) {}
+      m_averageDuration(averageDuration(track, m_frames.stream().time_base)) {}
 
 std::optional<DecodedPicture> PictureDecoder::next() {
   for (; m_segment < m_segments.size(); ++m_segment) {
