@@ -77,8 +77,8 @@ struct Sound {
     auto content = std::make_unique<MovieSample::Content>();
     content->packet = owned<AvPacketPtr>(av_packet_clone(packets.at(index).get()));
     content->timeBase = timeBase;
-    const int64_t ticks = av_rescale(content->packet->pts, int64_t{timeBase.num} * 1'000'000,
-                                     timeBase.den);
+    const int64_t ticks =
+        av_rescale(content->packet->pts, int64_t{timeBase.num} * 1'000'000, timeBase.den);
     return {{ticks, 1'000'000}, {}, std::move(content)};
   }
 };
@@ -129,8 +129,7 @@ inline std::string text(const QJsonObject& object, const char* key) {
 /// The presentation times of the decoded frames of a stream, in its ticks.
 inline std::vector<int64_t> frameTimes(const std::filesystem::path& file,
                                        const std::string& stream) {
-  const QJsonObject found =
-      probe(file, {"-select_streams", stream, "-show_entries", "frame=pts"});
+  const QJsonObject found = probe(file, {"-select_streams", stream, "-show_entries", "frame=pts"});
   std::vector<int64_t> times;
   for (const QJsonValue& frame : found[QStringLiteral("frames")].toArray()) {
     times.push_back(frame.toObject()[QStringLiteral("pts")].toInteger());
@@ -153,9 +152,8 @@ inline std::vector<int64_t> keyFrameTimes(const std::filesystem::path& file) {
 
 /// A checksum of the packets of a stream, without their times.
 inline std::string packetBytes(const std::filesystem::path& file, const std::string& stream) {
-  const QJsonObject found =
-      probe(file, {"-select_streams", stream, "-show_data_hash", "MD5", "-show_entries",
-                   "packet=data_hash"});
+  const QJsonObject found = probe(file, {"-select_streams", stream, "-show_data_hash", "MD5",
+                                         "-show_entries", "packet=data_hash"});
   std::string hashes;
   for (const QJsonValue& packet : found[QStringLiteral("packets")].toArray()) {
     hashes += text(packet.toObject(), "data_hash") + "\n";
