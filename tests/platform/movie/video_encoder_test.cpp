@@ -10,7 +10,7 @@ using testing::makePicture;
 using testing::smallSettings;
 
 EncoderCandidate candidateNamed(const std::string& name) {
-  EncoderCandidate candidate;
+  EncoderCandidate candidate = encoderCandidates(smallSettings(VideoCodec::H264)).back();
   candidate.setup.encoder = name;
   return candidate;
 }
