@@ -39,8 +39,9 @@ std::vector<EncoderCandidate> hardwareCandidates(const VideoInputSettings& setti
   candidates.push_back(hardware(settings, software, "nvenc", nvenc));
   candidates.back().bFrames = 0;
 
-  candidates.push_back(hardware(
-      settings, "qsv", {{"preset", "medium"}, {"forced_idr", "1"}, {"idr_interval", "0"}}));
+  candidates.push_back(
+      hardware(settings, software, "qsv",
+               {{"preset", "medium"}, {"forced_idr", "1"}, {"idr_interval", "0"}}));
 
   candidates.push_back(
       hardware(settings, software, "vaapi", {{"rc_mode", "VBR"}, {"idr_interval", "0"}}));

@@ -62,6 +62,7 @@ TEST_F(MovieWriterEndTest, ReportsADiskThatBecomesFullWherever) {
   }
   // In the media, and in the movie header behind it.
   for (const uintmax_t bytes : {whole / 2, whole - 100}) {
+    SCOPED_TRACE(std::to_string(bytes) + " of " + std::to_string(whole));
     MovieWriter writer(m_file);
     const FileSizeLimit limit(bytes);
     writeAll(writer);
