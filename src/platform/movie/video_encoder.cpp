@@ -19,8 +19,6 @@ namespace {
 /// Key frames are forced by time; an encoder's own count of frames must not come before it, nor
 /// pass the 16 bits that some keep it in.
 constexpr int kLongestGroup = 32767;
-/// What rate control goes by if nothing is known.
-constexpr double kUsualFrameRate = 30;
 constexpr int kLargestRateDenominator = 100'000;
 /// As many surfaces as pictures may wait within an encoder.
 constexpr int kSurfaces = 20;
@@ -51,6 +49,12 @@ AVPixelFormat planarFormat(const VideoInputSettings& settings) {
 }
 AVPixelFormat interleavedFormat(const VideoInputSettings& settings) {
   return settings.isHdr ? AV_PIX_FMT_P010 : AV_PIX_FMT_NV12;
+}
+
+/// A whole number of the encoder's blocks, so that it needs no cropping of its own, which ours
+/// would replace.
+int paddedSide(int side, int least) {
+  return (side + least - 1) / least * least;
 }
 
 AvFramePtr greyPicture(const VideoInputSettings& settings) {
@@ -110,8 +114,12 @@ VideoEncoder::VideoEncoder(std::filesystem::path file, const VideoInputSettings&
     : m_file(std::move(file)),
       m_settings(settings),
       m_candidate(std::move(candidate)),
-      m_width(std::max(settings.width, m_candidate.leastSide)),
-      m_height(std::max(settings.height, m_candidate.leastSide)) {
+      m_width(settings.width),
+      m_height(settings.height) {
+  if (std::min(m_width, m_height) < m_candidate.leastSide) {
+    m_width = paddedSide(m_width, m_candidate.leastSide);
+    m_height = paddedSide(m_height, m_candidate.leastSide);
+  }
   const AVCodec* codec = avcodec_find_encoder_by_name(name().c_str());
   if (!codec) checked(AVERROR_ENCODER_NOT_FOUND);
   m_context = owned<AvCodecContextPtr>(avcodec_alloc_context3(codec));
@@ -137,10 +145,10 @@ void VideoEncoder::setUp(AVCodecContext& context) const {
       m_candidate.isHardware ? interleavedFormat(m_settings) : planarFormat(m_settings);
   context.sample_aspect_ratio = {1, 1};
   context.time_base = timeBase();
-  const double rate =
-      m_settings.expectedFrameRate > 0 ? m_settings.expectedFrameRate : kUsualFrameRate;
-  context.framerate = av_d2q(rate, kLargestRateDenominator);
-  context.bit_rate = m_settings.bitsPerSecond;
+  context.framerate = av_d2q(m_candidate.setup.frameRate, kLargestRateDenominator);
+  context.bit_rate = m_candidate.setup.averageRate;
+  context.rc_max_rate = m_candidate.setup.maxRate;
+  context.rc_buffer_size = m_candidate.setup.bufferSize;
   context.gop_size = kLongestGroup;
   if (m_candidate.bFrames >= 0) context.max_b_frames = m_candidate.bFrames;
   context.flags |= AV_CODEC_FLAG_GLOBAL_HEADER | AV_CODEC_FLAG_CLOSED_GOP;

@@ -21,8 +21,14 @@ class AudioClockTest : public ::testing::Test {
     m_parameters->frame_size = 1024;
   }
 
+  static AvPacketPtr makeCoded() {
+    AvPacketPtr packet = makePacket();
+    if (av_new_packet(packet.get(), 100) < 0) throw std::bad_alloc();
+    return packet;
+  }
+
   int64_t timeOf(int64_t pts, AVRational source, int64_t duration = 0) {
-    const AvPacketPtr packet = makePacket();
+    const AvPacketPtr packet = makeCoded();
     packet->pts = packet->dts = pts;
     packet->duration = duration;
     m_clock.convert(*packet, source);
@@ -31,8 +37,7 @@ class AudioClockTest : public ::testing::Test {
     return packet->pts;
   }
 
-  AvCodecParametersPtr m_parameters =
-      owned<AvCodecParametersPtr>(avcodec_parameters_alloc());
+  AvCodecParametersPtr m_parameters = owned<AvCodecParametersPtr>(avcodec_parameters_alloc());
   AudioClock m_clock{*m_parameters, {1, 44'100}};
   std::vector<int64_t> m_durations;
 };
@@ -71,7 +76,7 @@ TEST_F(AudioClockTest, GoesOnBehindTheLastPacketWhereThereIsNoTime) {
 }
 
 TEST_F(AudioClockTest, EndsBeforeTheSamplesThatAreNotToBeHeard) {
-  const AvPacketPtr packet = makePacket();
+  const AvPacketPtr packet = makeCoded();
   packet->pts = 0;
   uint8_t* record = av_packet_new_side_data(packet.get(), AV_PKT_DATA_SKIP_SAMPLES, 10);
   ASSERT_NE(record, nullptr);

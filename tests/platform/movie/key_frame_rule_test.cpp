@@ -31,7 +31,7 @@ TEST(KeyFrameRule, PutsTheKeyFrameBeforeTheLimitIsPassed) {
 }
 
 TEST(KeyFrameRule, MakesBothSidesOfAGapLongerThanTheLimitKeyFrames) {
-  EXPECT_EQ(keyFrames(20, {0, 5, 100, 105, 200}), std::vector<int64_t>({0, 5, 105}));
+  EXPECT_EQ(keyFrames(20, {0, 5, 100, 105, 110}), std::vector<int64_t>({0, 5, 100}));
 }
 
 TEST(KeyFrameRule, FollowsUnevenTimes) {

@@ -9,6 +9,7 @@
 #include <QString>
 #include <algorithm>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <string>
 #include <utility>
@@ -77,14 +78,14 @@ struct Sound {
     auto content = std::make_unique<MovieSample::Content>();
     content->packet = owned<AvPacketPtr>(av_packet_clone(packets.at(index).get()));
     content->timeBase = timeBase;
-    const int64_t ticks = av_rescale(content->packet->pts, int64_t{timeBase.num} * 1'000'000,
-                                     timeBase.den);
+    const int64_t ticks =
+        av_rescale(content->packet->pts, int64_t{timeBase.num} * 1'000'000, timeBase.den);
     return {{ticks, 1'000'000}, {}, std::move(content)};
   }
 };
 
-/// The first stream of sound in a file, with nothing trimmed.
-inline Sound readSound(const std::filesystem::path& file) {
+/// A stream of sound in a file that has no other kind, with nothing trimmed.
+inline Sound readSound(const std::filesystem::path& file, int index = 0) {
   AVFormatContext* opened = nullptr;
   AVDictionary* options = nullptr;
   av_dict_set(&options, "ignore_editlist", "1", 0);
@@ -95,7 +96,6 @@ inline Sound readSound(const std::filesystem::path& file) {
   }
   const AvInputPtr input(opened);
   Sound sound;
-  const int index = av_find_best_stream(opened, AVMEDIA_TYPE_AUDIO, -1, -1, nullptr, 0);
   const AVStream& stream = *opened->streams[index];
   sound.timeBase = stream.time_base;
   auto format = std::make_shared<CodedFormat>();
@@ -129,8 +129,7 @@ inline std::string text(const QJsonObject& object, const char* key) {
 /// The presentation times of the decoded frames of a stream, in its ticks.
 inline std::vector<int64_t> frameTimes(const std::filesystem::path& file,
                                        const std::string& stream) {
-  const QJsonObject found =
-      probe(file, {"-select_streams", stream, "-show_entries", "frame=pts"});
+  const QJsonObject found = probe(file, {"-select_streams", stream, "-show_entries", "frame=pts"});
   std::vector<int64_t> times;
   for (const QJsonValue& frame : found[QStringLiteral("frames")].toArray()) {
     times.push_back(frame.toObject()[QStringLiteral("pts")].toInteger());
@@ -151,16 +150,35 @@ inline std::vector<int64_t> keyFrameTimes(const std::filesystem::path& file) {
   return times;
 }
 
-/// A checksum of the packets of a stream, without their times.
-inline std::string packetBytes(const std::filesystem::path& file, const std::string& stream) {
-  const QJsonObject found =
-      probe(file, {"-select_streams", stream, "-show_data_hash", "MD5", "-show_entries",
-                   "packet=data_hash"});
-  std::string hashes;
+/// Of each stream of sound the checksums of its packets.
+inline std::vector<std::string> packetBytes(const std::filesystem::path& file) {
+  const QJsonObject found = probe(file, {"-select_streams", "a", "-show_data_hash", "MD5",
+                                         "-show_entries", "packet=stream_index,data_hash"});
+  std::map<int, std::string> hashes;
   for (const QJsonValue& packet : found[QStringLiteral("packets")].toArray()) {
-    hashes += text(packet.toObject(), "data_hash") + "\n";
+    const int stream = packet.toObject()[QStringLiteral("stream_index")].toInt();
+    hashes[stream] += text(packet.toObject(), "data_hash") + "\n";
   }
-  return hashes;
+  std::vector<std::string> all;
+  for (const auto& [stream, hash] : hashes)
+    all.push_back(hash);
+  return all;
+}
+
+/// Of each stream of sound the presentation times and lengths of its decoded frames.
+inline std::vector<std::string> soundTimes(const std::filesystem::path& file) {
+  const QJsonObject found =
+      probe(file, {"-select_streams", "a", "-show_entries", "frame=stream_index,pts,nb_samples"});
+  std::map<int, std::string> times;
+  for (const QJsonValue& frame : found[QStringLiteral("frames")].toArray()) {
+    const int stream = frame.toObject()[QStringLiteral("stream_index")].toInt();
+    times[stream] +=
+        text(frame.toObject(), "pts") + "+" + text(frame.toObject(), "nb_samples") + " ";
+  }
+  std::vector<std::string> all;
+  for (const auto& [stream, time] : times)
+    all.push_back(time);
+  return all;
 }
 
 /// Appends a picture for each of the times.
