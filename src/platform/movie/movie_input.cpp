@@ -210,4 +210,9 @@ bool MovieInput::readPacket(AVPacket& packet) {
   return false;
 }
 
+bool MovieInput::rewind() {
+  const int64_t start = m_context->start_time == AV_NOPTS_VALUE ? 0 : m_context->start_time;
+  return avformat_seek_file(m_context.get(), -1, INT64_MIN, start, start, 0) >= 0;
+}
+
 }  // namespace vantrel
