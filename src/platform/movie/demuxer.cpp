@@ -54,6 +54,13 @@ bool Demuxer::readOwn(AVPacket& packet) {
   return false;
 }
 
+bool Demuxer::endsCut(AVPacket& packet) {
+  while (readOwn(packet)) {
+    if ((packet.flags & AV_PKT_FLAG_CORRUPT) == 0) return false;
+  }
+  return true;
+}
+
 bool Demuxer::read(AVPacket& packet) {
   if (!readOwn(packet)) {
     requireAllPackets();
@@ -62,8 +69,8 @@ bool Demuxer::read(AVPacket& packet) {
   if ((packet.flags & AV_PKT_FLAG_CORRUPT) != 0) {
     if (!isTransmission()) failAtEarlyEnd();
     if (m_stream->codecpar->codec_type == AVMEDIA_TYPE_AUDIO) {
-      if (readOwn(packet)) fail("Some of its sound is missing");
-      return false;
+      if (endsCut(packet)) return false;
+      fail("Some of its sound is missing");
     }
   }
   countPacket(packet);

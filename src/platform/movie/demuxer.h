@@ -41,6 +41,8 @@ class Demuxer final {
   [[noreturn]] void failAtEarlyEnd() const { fail(kEndsTooEarly); }
   void requireWholeFile() const;
   [[nodiscard]] bool readOwn(AVPacket& packet);
+  /// Whether only damage follows, which is what the last, cut packet of a transmission becomes.
+  [[nodiscard]] bool endsCut(AVPacket& packet);
   /// Its place in the stream's index.
   [[nodiscard]] std::optional<int> entryOf(const AVPacket& packet) const;
   void countPacket(const AVPacket& packet);

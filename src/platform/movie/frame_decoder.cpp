@@ -108,9 +108,8 @@ bool FrameDecoder::send() {
 bool FrameDecoder::isWanted(const AVPacket& packet) {
   if (!m_awaitsKeyFrame) return true;
   const bool isKeyFrame = (packet.flags & AV_PKT_FLAG_KEY) != 0;
-  if (!isKeyFrame && ++m_passedOver < kMostBeforeKeyFrame) return false;
+  if (!isKeyFrame && m_passesOver && ++m_passedOver < kMostBeforeKeyFrame) return false;
   m_awaitsKeyFrame = false;
-  m_passedOver = 0;
   if (isKeyFrame && isTime(packet.pts) && m_decoder->codec_id == AV_CODEC_ID_H264) {
     m_earliestTime = packet.pts;
   }
@@ -152,7 +151,8 @@ void FrameDecoder::restart() {
   m_decodingTimes.clear();
   m_lastTime = AV_NOPTS_VALUE;
   m_earliestTime = INT64_MIN;
-  m_awaitsKeyFrame = true;
+  m_awaitsKeyFrame = m_passesOver = true;
+  m_passedOver = 0;
 }
 
 void FrameDecoder::seek(int64_t time) {

@@ -49,8 +49,10 @@ class FrameDecoder final {
   /// Read ahead while seeking.
   AvFramePtr m_ahead;
   bool m_isDraining = false;
-  /// Packets are passed over until a key frame comes: so many so far.
-  bool m_awaitsKeyFrame = false;
+  /// Until the first packet; or, where decoding may begin anywhere, until a key frame comes, and
+  /// so many packets are passed over so far.
+  bool m_awaitsKeyFrame = true;
+  bool m_passesOver = false;
   int m_passedOver = 0;
   /// Pictures before this time need others from before the key frame that decoding began with.
   int64_t m_earliestTime = INT64_MIN;

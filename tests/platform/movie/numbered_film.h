@@ -26,8 +26,8 @@ inline void makeNumberedFilm(const std::filesystem::path& file,
                              const std::string& filter = "", int pictures = kPictures) {
   std::string source = "nullsrc=s=64x48:r=" + std::to_string(kRate) +
                        ",geq=lum='20+mod(N,25)*8':cb=128:cr=128" + filter;
-  std::vector<std::string> arguments{"-f", "lavfi", "-i", source, "-frames:v",
-                                     std::to_string(pictures)};
+  std::vector<std::string> arguments{"-f",   "lavfi",     "-i",
+                                     source, "-frames:v", std::to_string(pictures)};
   const bool hasCodec = std::find(options.begin(), options.end(), "-c:v") != options.end();
   if (!hasCodec) {
     for (const char* option : {"-c:v", "libx264", "-preset", "ultrafast", "-crf", "10", "-bf", "3",
