@@ -2,13 +2,22 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
+#include <string_view>
 
 #include "platform/movie/movie_input.h"
 #include "platform/movie/movie_tracks.h"
-#include "platform/movie/packet_scan.h"
+#include "platform/movie/packet_facts.h"
 
 namespace vantrel {
 namespace {
+
+/// Bytes of packets that show how a file's data is spread among its tracks.
+constexpr int64_t kEnoughForRates = int64_t{16} << 20;
+
+bool isMatroska(const AVFormatContext& context) {
+  return std::string_view(context.iformat->name).substr(0, 8) == "matroska";
+}
 
 /// Ticks that the times of the first track, video before audio, are whole numbers of, but no
 /// coarser than a film's.
@@ -51,29 +60,35 @@ MediaTime headerDuration(const QuickTimeMovie& movie, int32_t timescale) {
   return {movie.isFragmented || longest == 0 ? whole : longest, timescale};
 }
 
-/// The end of the last packet of these tracks.
-MediaTime scannedDuration(const PacketScan& scan, const std::vector<MovieTrack>& tracks,
-                          int64_t start, int32_t timescale) {
-  int64_t end = 0;
-  for (const MovieTrack& track : tracks) {
-    const auto index = static_cast<size_t>(track.streamIndex);
-    if (index >= scan.streams.size() || scan.streams[index].end == AV_NOPTS_VALUE) continue;
-    const PacketScan::Stream& stream = scan.streams[index];
-    const int64_t origin = av_rescale_q(start, AV_TIME_BASE_Q, stream.timeBase);
-    end = std::max(end,
-                   av_rescale_q(av_sat_sub64(stream.end, origin), stream.timeBase, {1, timescale}));
+/// What libavformat knows. Not valid where it guesses, or where the file counts from the demuxer's
+/// zero or from its own start, nobody knows.
+MediaTime demuxerDuration(const AVFormatContext& context, int32_t timescale) {
+  if (context.duration == AV_NOPTS_VALUE || context.duration <= 0 ||
+      context.duration_estimation_method == AVFMT_DURATION_FROM_BITRATE) {
+    return {};
   }
-  return end > 0 ? MediaTime{end, timescale} : MediaTime{};
+  const int64_t start = context.start_time == AV_NOPTS_VALUE ? 0 : context.start_time;
+  if (start > 0 && isMatroska(context)) return {};
+  const int64_t end = std::max<int64_t>(0, context.duration + std::min<int64_t>(0, start));
+  return {av_rescale(end, timescale, AV_TIME_BASE), timescale};
 }
 
-/// What libavformat knows. Not valid where it guesses.
-MediaTime demuxerDuration(const AVFormatContext& context, int32_t timescale) {
-  const bool isGuess = context.duration_estimation_method == AVFMT_DURATION_FROM_BITRATE;
-  if (isGuess || context.duration == AV_NOPTS_VALUE || context.duration <= 0) return {};
-  const int64_t beforeZero =
-      context.start_time == AV_NOPTS_VALUE ? 0 : std::min<int64_t>(0, context.start_time);
-  const int64_t end = std::max<int64_t>(0, context.duration + beforeZero);
-  return {av_rescale(end, timescale, AV_TIME_BASE), timescale};
+/// Not valid for a length that only damage explains, and with which others could not reckon.
+MediaTime plausible(const MediaTime& duration) {
+  constexpr double kMaxSeconds = INT32_MAX;
+  return duration.isValid() && duration.seconds() < kMaxSeconds ? duration : MediaTime{};
+}
+
+MediaTime knownDuration(const MovieInput& input, int32_t timescale) {
+  return plausible(input.boxes() ? headerDuration(*input.boxes(), timescale)
+                                 : demuxerDuration(input.context(), timescale));
+}
+
+/// The packets among which is the last one.
+PacketRange lastPackets(const AVFormatContext& context) {
+  PacketRange range;
+  if (isMatroska(context) && context.duration > 0) range.from = context.duration;
+  return range;
 }
 
 }  // namespace
@@ -87,12 +102,21 @@ Movie Movie::open(const std::filesystem::path& path, const std::stop_token& stop
       input.boxes() ? static_cast<int32_t>(input.boxes()->timescale) : timescaleOf(movie.m_tracks);
   const int64_t start = movieStart(input);
   movie.m_startOffset = -start;
-  movie.m_duration = input.boxes() ? headerDuration(*input.boxes(), movie.m_timescale)
-                                   : demuxerDuration(input.context(), movie.m_timescale);
-  if (!movie.m_duration.isValid() && !movie.m_tracks.empty()) {
-    const PacketScan scan = scanPackets(path, stop, INT64_MAX);
-    movie.m_duration = scannedDuration(scan, movie.m_tracks, start, movie.m_timescale);
+  movie.m_duration = knownDuration(input, movie.m_timescale);
+  if (movie.m_tracks.empty()) return movie;
+
+  std::optional<PacketScan> scan;
+  if (!movie.m_duration.isValid()) {
+    scan = scanPackets(path, stop, lastPackets(input.context()));
+    movie.m_duration = plausible(scannedDuration(*scan, movie.m_tracks, start, movie.m_timescale));
   }
+  const FileRate fileRate{input.fileSize(), movie.m_duration};
+  const bool isComplete = !lacksRates(movie.m_tracks, fileRate);
+  if (isComplete && !scan) return movie;
+  if (!isComplete && (!scan || !scan->isWhole()))
+    scan = scanPackets(path, stop, {AV_NOPTS_VALUE, kEnoughForRates});
+  completeRates(movie.m_tracks, fileRate, *scan);
+  std::erase_if(movie.m_tracks, [&scan](const MovieTrack& track) { return isStill(track, *scan); });
   return movie;
 }
 

@@ -13,6 +13,7 @@
 #include "base/cancelled.h"
 #include "platform/desktop/regular_file.h"
 #include "platform/movie/movie_error.h"
+#include "platform/movie/sample_claims.h"
 
 namespace vantrel {
 namespace {
@@ -24,11 +25,12 @@ void silenceLibrary() {
   std::call_once(once, [] { av_log_set_level(AV_LOG_FATAL); });
 }
 
-/// Demuxers whose file is a list of other files or of addresses, or text drawn as a picture.
+/// Demuxers whose file is a list of other files or of addresses, a script, or text drawn as a
+/// picture.
 bool isRefused(const AVInputFormat& format) {
   static constexpr std::string_view kRefused[] = {
-      "adf", "bin", "concat", "dash", "hls",         "idf",
-      "imf", "sdp", "rtsp",   "tty",  "vapoursynth", "webm_dash_manifest",
+      "adf", "avisynth", "bin",  "concat", "dash",        "hls",    "idf",
+      "imf", "sdp",      "rtsp", "tty",    "vapoursynth", "vobsub", "webm_dash_manifest",
       "xbin"};
   return std::find(std::begin(kRefused), std::end(kRefused), format.name) != std::end(kRefused);
 }
@@ -72,7 +74,6 @@ class MovieInput::File final {
   }
   [[noreturn]] void fail(FileAction action, int code) const {
     throwIfInterrupted();
-    if (code == AVERROR(ENOMEM)) throw std::bad_alloc();
     throw MovieError(m_path, action, code);
   }
 
@@ -151,6 +152,8 @@ MovieInput MovieInput::open(const std::filesystem::path& path, const std::stop_t
   context->interrupt_callback = file.interruption();
   context->io_open = refuseToOpen;
   AVDictionary* settings = nullptr;
+  // For demuxers that open other files past `io_open`.
+  av_dict_set(&settings, "protocol_whitelist", "none", 0);
   if (options.ignoresEditLists) av_dict_set(&settings, "ignore_editlist", "1", 0);
   // Frees the context when it fails.
   code = avformat_open_input(&context, path.c_str(), format, &settings);
@@ -165,12 +168,10 @@ void MovieInput::readBoxes(const AVInputFormat& format) {
   if (std::string_view(format.name).substr(0, 4) != "mov,") return;
   m_boxes = QuickTimeMovie::read(m_file->path());
   if (m_boxes && m_boxes->timescale > INT32_MAX) m_boxes.reset();
-  if (!m_boxes) return;
   // libavformat makes an entry for each sample that a table claims, so that a few bytes could take
   // up gigabytes.
-  const auto fileBytes = static_cast<uint64_t>(m_file->size());
-  for (const QuickTimeTrack& track : m_boxes->tracks) {
-    if (track.sampleCount > fileBytes) m_file->fail(FileAction::Open, AVERROR_INVALIDDATA);
+  if (claimedSamples(m_file->path(), m_boxes) > static_cast<uint64_t>(m_file->size())) {
+    m_file->fail(FileAction::Open, AVERROR_INVALIDDATA);
   }
 }
 
@@ -206,11 +207,6 @@ bool MovieInput::readPacket(AVPacket& packet) {
   if (code != AVERROR_EOF) m_file->fail(FileAction::Read, code);
   m_file->throwIfInterrupted();
   return false;
-}
-
-bool MovieInput::rewind() {
-  const int64_t start = m_context->start_time == AV_NOPTS_VALUE ? 0 : m_context->start_time;
-  return avformat_seek_file(m_context.get(), -1, INT64_MIN, start, start, 0) >= 0;
 }
 
 }  // namespace vantrel

@@ -48,9 +48,6 @@ class MovieInput final {
   /// `packet`; false at the end. Throws MovieError, std::system_error or Cancelled.
   [[nodiscard]] bool readPacket(AVPacket& packet);
 
-  /// Goes back to the start. False if the format cannot.
-  [[nodiscard]] bool rewind();
-
  private:
   class File;
   explicit MovieInput(std::unique_ptr<File> file);

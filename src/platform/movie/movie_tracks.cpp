@@ -7,6 +7,7 @@
 
 #include "platform/movie/coded_format.h"
 #include "platform/movie/first_frames.h"
+#include "platform/movie/picture_codec.h"
 #include "platform/movie/video_facts.h"
 
 namespace vantrel {
@@ -38,14 +39,6 @@ bool isPictureFile(const AVFormatContext& context) {
   constexpr std::string_view kPictureBrands[] = {"avif", "heic", "heix", "heim", "heis", "mif1"};
   return brand && std::find(std::begin(kPictureBrands), std::end(kPictureBrands), brand->value) !=
                       std::end(kPictureBrands);
-}
-
-bool isPictureCodec(AVCodecID codec) {
-  constexpr AVCodecID kPictureCodecs[] = {AV_CODEC_ID_MJPEG, AV_CODEC_ID_PNG,     AV_CODEC_ID_BMP,
-                                          AV_CODEC_ID_GIF,   AV_CODEC_ID_TIFF,    AV_CODEC_ID_WEBP,
-                                          AV_CODEC_ID_APNG,  AV_CODEC_ID_JPEG2000};
-  return std::find(std::begin(kPictureCodecs), std::end(kPictureCodecs), codec) !=
-         std::end(kPictureCodecs);
 }
 
 bool isVideo(const AVStream& stream) {

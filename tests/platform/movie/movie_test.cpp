@@ -5,33 +5,20 @@
 
 #include "base/cancelled.h"
 #include "platform/movie/movie_error.h"
-#include "support/movie_maker.h"
-#include "support/temporary_folder.h"
+#include "platform/movie/test_film.h"
 
 namespace vantrel {
 namespace {
 
-using testing::runFfmpeg;
+using testing::Bytes;
+using testing::findBox;
+using testing::loadBytes;
+using testing::makeFilm;
+using testing::put32;
+using testing::saveBytes;
 using testing::TemporaryFolder;
 using testing::writeFile;
 using Kind = MovieTrack::Kind;
-
-/// Arguments for a film of one second, 320 by 240 pixels, 25 frames a second, with a tone.
-std::vector<std::string> film(const std::filesystem::path& path,
-                              const std::vector<std::string>& options = {}) {
-  std::vector<std::string> arguments = {
-      "-f", "lavfi", "-i", "testsrc2=size=320x240:rate=25:duration=1",
-      "-f", "lavfi", "-i", "sine=frequency=440:sample_rate=48000:duration=1"};
-  arguments.insert(arguments.end(), {"-preset", "ultrafast"});
-  arguments.insert(arguments.end(), options.begin(), options.end());
-  arguments.push_back(path.string());
-  return arguments;
-}
-
-Movie openFilm(const std::filesystem::path& path, const std::vector<std::string>& options = {}) {
-  runFfmpeg(film(path, options));
-  return Movie::open(path);
-}
 
 std::string messageOf(const std::filesystem::path& path) {
   try {
@@ -44,7 +31,8 @@ std::string messageOf(const std::filesystem::path& path) {
 
 TEST(Movie, SaysWhatAQuickTimeMovieHolds) {
   const TemporaryFolder folder;
-  const Movie movie = openFilm(folder / "film.mov", {"-video_track_timescale", "25000"});
+  makeFilm(folder / "film.mov", {"-video_track_timescale", "25000"});
+  const Movie movie = Movie::open(folder / "film.mov");
   EXPECT_EQ(movie.path(), folder / "film.mov");
   EXPECT_DOUBLE_EQ(movie.duration().seconds(), 1);
   EXPECT_EQ(movie.startOffset(), 0);
@@ -91,7 +79,7 @@ TEST(Movie, RefusesWhatIsNoMovie) {
 
 TEST(Movie, FollowsNoPlaylist) {
   const TemporaryFolder folder;
-  runFfmpeg(film(folder / "film.ts"));
+  makeFilm(folder / "film.ts");
   writeFile(folder / "list.m3u8",
             "#EXTM3U\n#EXT-X-TARGETDURATION:1\n#EXTINF:1,\nfilm.ts\n#EXT-X-ENDLIST\n");
   EXPECT_THROW(Movie::open(folder / "list.m3u8"), MovieError);
@@ -101,18 +89,60 @@ TEST(Movie, FollowsNoPlaylist) {
 
 TEST(Movie, StopsWhenTold) {
   const TemporaryFolder folder;
-  runFfmpeg(film(folder / "film.mov"));
+  makeFilm(folder / "film.mov");
   std::stop_source source;
   source.request_stop();
   EXPECT_THROW(Movie::open(folder / "film.mov", source.get_token()), Cancelled);
 }
 
-TEST(Movie, CountsTransportStreamsFromTheirStart) {
+TEST(Movie, SaysWhichSoundFitsAQuickTimeMovie) {
   const TemporaryFolder folder;
-  const Movie movie = openFilm(folder / "film.ts");
-  EXPECT_LT(movie.startOffset(), -1000000);
-  EXPECT_NEAR(movie.duration().seconds(), 1, 0.1);
-  EXPECT_EQ(movie.timescale(), 90000);
+  const auto fits = [&folder](const char* codec, const char* name) {
+    makeFilm(folder / name, {"-vn", "-t", "0.2", "-c:a", codec});
+    return Movie::open(folder / name).tracks(Kind::Audio).at(0).fitsQuickTime;
+  };
+  for (const char* codec : {"aac", "alac", "ac3", "eac3", "mp2", "libmp3lame", "pcm_s16le"}) {
+    EXPECT_TRUE(fits(codec, "sound.mkv")) << codec;
+  }
+  for (const char* codec : {"pcm_s24be", "pcm_f32le", "pcm_mulaw", "pcm_alaw"}) {
+    EXPECT_TRUE(fits(codec, "sound.mov")) << codec;
+  }
+  for (const char* codec : {"libopus", "flac", "libvorbis", "wavpack", "wmav2"}) {
+    EXPECT_FALSE(fits(codec, "sound.mkv")) << codec;
+  }
+}
+
+TEST(Movie, NamesTheLanguageOfItsTracks) {
+  const TemporaryFolder folder;
+  makeFilm(folder / "film.mov", {"-t", "0.2", "-metadata:s:a", "language=ger"});
+  const Movie movie = Movie::open(folder / "film.mov");
+  EXPECT_EQ(movie.tracks(Kind::Audio).at(0).languageCode, "ger");
+  EXPECT_EQ(movie.tracks(Kind::Video).at(0).languageCode, "");
+  EXPECT_EQ(movie.tracks(Kind::Audio).at(0).extendedLanguageTag, std::nullopt);
+}
+
+TEST(Movie, TakesWhatAFileSaysOfATrackWithoutBoxesFromItsTags) {
+  const TemporaryFolder folder;
+  makeFilm(folder / "film.mkv",
+           {"-t", "0.2", "-metadata:s:a", "language=fre", "-metadata:s:a", "title=Version longue"});
+  const MovieTrack track = Movie::open(folder / "film.mkv").tracks(Kind::Audio).at(0);
+  EXPECT_EQ(track.title, "Version longue");
+  EXPECT_EQ(track.languageCode, "fre");
+  EXPECT_TRUE(track.isEnabled);
+  EXPECT_FALSE(track.quickTime);
+}
+
+TEST(Movie, FindsTheBoxesOfATrackByItsNumber) {
+  const TemporaryFolder folder;
+  makeFilm(folder / "film.mov", {"-t", "0.2"});
+  Bytes bytes = loadBytes(folder / "film.mov");
+  const size_t first = findBox(bytes, "tkhd");
+  put32(bytes, first + 16, 7);
+  saveBytes(folder / "film.mov", bytes);
+  const Movie movie = Movie::open(folder / "film.mov");
+  EXPECT_EQ(movie.tracks(Kind::Video).at(0).id, 7);
+  EXPECT_EQ(movie.tracks(Kind::Video).at(0).quickTime.value().trackID, 7U);
+  EXPECT_EQ(movie.tracks(Kind::Audio).at(0).quickTime.value().handler, "soun");
 }
 
 }  // namespace
