@@ -28,6 +28,7 @@ Demuxer::Demuxer(const Movie& movie, const MovieTrack& track, const std::stop_to
   if (m_input.boxes() && track.kind == MovieTrack::Kind::Video && track.quickTime) {
     m_sampleCount = track.quickTime->sampleCount;
   }
+  m_isTransmittedSound = isTransmission() && track.kind == MovieTrack::Kind::Audio;
   m_nextEntry = 0;
   requireWholeFile();
 }
@@ -54,27 +55,37 @@ bool Demuxer::readOwn(AVPacket& packet) {
   return false;
 }
 
-bool Demuxer::endsCut(AVPacket& packet) {
-  while (readOwn(packet)) {
-    if ((packet.flags & AV_PKT_FLAG_CORRUPT) == 0) return false;
-  }
-  return true;
-}
-
 bool Demuxer::read(AVPacket& packet) {
+  if (m_isTransmittedSound) return readTransmittedSound(packet);
   if (!readOwn(packet)) {
     requireAllPackets();
     return false;
   }
-  if ((packet.flags & AV_PKT_FLAG_CORRUPT) != 0) {
-    if (!isTransmission()) failAtEarlyEnd();
-    if (m_stream->codecpar->codec_type == AVMEDIA_TYPE_AUDIO) {
-      if (endsCut(packet)) return false;
-      fail("Some of its sound is missing");
-    }
-  }
+  if ((packet.flags & AV_PKT_FLAG_CORRUPT) != 0 && !isTransmission()) failAtEarlyEnd();
   countPacket(packet);
   return true;
+}
+
+bool Demuxer::readTransmittedSound(AVPacket& packet) {
+  if (!m_ahead) {
+    m_ahead = makePacket();
+    readAhead();
+  }
+  if (!m_hasAhead) return false;
+  av_packet_move_ref(&packet, m_ahead.get());
+  readAhead();
+  return m_hasAhead || !m_isCut;
+}
+
+void Demuxer::readAhead() {
+  m_hasAhead = readOwn(*m_ahead);
+  if (!m_hasAhead) return;
+  if ((m_ahead->flags & AV_PKT_FLAG_CORRUPT) != 0) {
+    m_isCut = true;
+    m_packetsBehindCut = 0;
+  } else if (m_isCut && ++m_packetsBehindCut > 1) {
+    fail("Some of its sound is missing");
+  }
 }
 
 std::optional<int> Demuxer::entryOf(const AVPacket& packet) const {
