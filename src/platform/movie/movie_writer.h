@@ -66,7 +66,7 @@ class MovieWriter final : public WritingSession {
   /// Ticks per second of the movie header.
   void setMovieTimescale(int32_t timescale);
 
-  /// Whether an encoder takes these settings here and now; tried with a real frame.
+  /// Whether an encoder takes these settings here and now; tried out.
   [[nodiscard]] bool canApply(const VideoInputSettings& settings) const;
   [[nodiscard]] bool canAdd(const VideoInputSettings& settings) const;
   [[nodiscard]] bool canAdd(const AudioInputSettings& settings) const;

@@ -15,6 +15,13 @@ extern "C" {
 #include "platform/movie/shown_span.h"
 
 namespace vantrel {
+namespace {
+
+/// Damage alone explains times beyond this many ticks of their source; and sums of such times
+/// stay in range.
+constexpr int64_t kMostTicks = int64_t{1} << 40;
+
+}  // namespace
 
 VideoInput::VideoInput(std::filesystem::path file, const VideoInputSettings& settings,
                        WritingState& state, TrackPace& pace)
@@ -80,6 +87,9 @@ AvFramePtr VideoInput::accepted(MovieSample& sample) {
     throw MovieError(m_file, FileAction::Save, AVERROR(EINVAL));
   }
   AvFramePtr picture = std::move(content->frame);
+  if (picture->pts < -kMostTicks || picture->pts > kMostTicks) {
+    throw MovieError(m_file, FileAction::Save, AVERROR_INVALIDDATA);
+  }
   const AVRational ticks{1, m_settings.timescale};
   picture->pts = av_rescale_q(picture->pts, content->timeBase, ticks) - inTicks(m_sessionStart);
   if (m_lastTime && picture->pts <= *m_lastTime) {
