@@ -176,7 +176,7 @@ std::string packetLines(const std::filesystem::path& file) {
   while (const auto sample = output.copyNextSample()) {
     const AVPacket& packet = *sample->content()->packet;
     const int64_t shift =
-        av_rescale_q(movie.startOffset(), AV_TIME_BASE_Q, sample->content()->timeBase);
+        av_rescale_q(movie.startOffset(), {1, AV_TIME_BASE}, sample->content()->timeBase);
     const auto sum = static_cast<uint32_t>(
         av_adler32_update(1, packet.data, static_cast<unsigned>(packet.size)));
     char line[128];
