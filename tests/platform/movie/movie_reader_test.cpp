@@ -210,8 +210,8 @@ TEST_F(MovieReaderTest, GivesPacketsOfSoundAsTheyStand) {
     if (isQuickTime) arguments.insert(arguments.end(), {"-ignore_editlist", "1"});
     arguments.push_back(file.string());
     std::string expected = runFfprobe(arguments);
-    // Side data stand in lines of their own.
-    expected = std::regex_replace(expected, std::regex("MPEGTS Stream ID,[0-9]+\n,"), "");
+    // Side data stand behind or between, or begin a line.
+    expected = std::regex_replace(expected, std::regex("MPEGTS Stream ID,[0-9]+(\n,)?"), "");
     expected = std::regex_replace(expected, std::regex(",+\n"), "\n");
     expected = std::regex_replace(expected, std::regex("N/A"), "0");
     EXPECT_EQ(packetLines(file), expected);
