@@ -124,11 +124,11 @@ bool Demuxer::rewind() {
   if (isTransmission()) {
     return av_seek_frame(&m_input.context(), -1, 0, AVSEEK_FLAG_BYTE) >= 0;
   }
-  // The first packet need not be marked as a key frame.
   const AVIndexEntry* first = avformat_index_get_entry(m_stream, 0);
-  const int flags = AVSEEK_FLAG_BACKWARD | AVSEEK_FLAG_ANY;
-  return first ? av_seek_frame(&m_input.context(), m_stream->index, first->timestamp, flags) >= 0
-               : m_input.rewind();
+  const int64_t start = m_stream->start_time == AV_NOPTS_VALUE ? 0 : m_stream->start_time;
+  // The first packet need not be marked as a key frame.
+  return av_seek_frame(&m_input.context(), m_stream->index, first ? first->timestamp : start,
+                       AVSEEK_FLAG_BACKWARD | AVSEEK_FLAG_ANY) >= 0;
 }
 
 void Demuxer::fail(const std::string& words) const {
