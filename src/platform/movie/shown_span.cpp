@@ -19,4 +19,27 @@ std::vector<QuickTimeEdit> editsShowing(int64_t start, int64_t end, int64_t orig
   return edits;
 }
 
+std::vector<QuickTimeEdit> convertedEdits(const std::vector<QuickTimeEdit>& edits,
+                                          int64_t sourceTimescale, int64_t origin, int64_t end,
+                                          int32_t timescale, int32_t movieTimescale) {
+  const auto inMovie = [=](int64_t ticks) {
+    return av_rescale(std::max<int64_t>(ticks, 0), movieTimescale, timescale);
+  };
+  std::vector<QuickTimeEdit> converted;
+  for (const QuickTimeEdit& edit : edits) {
+    if (edit.mediaTime < 0) {
+      converted.push_back(edit);
+      continue;
+    }
+    const int64_t start = av_rescale(edit.mediaTime, timescale, sourceTimescale);
+    const bool isOpen = edit.segmentDuration == 0 && &edit == &edits.back();
+    const int64_t length = isOpen ? inMovie(end - start) : edit.segmentDuration;
+    const int64_t empty = std::min(inMovie(origin - start), length);
+    if (empty > 0) converted.push_back({empty, -1});
+    if (empty > 0 && empty == length) continue;
+    converted.push_back({length - empty, std::max<int64_t>(start - origin, 0), edit.mediaRate});
+  }
+  return converted;
+}
+
 }  // namespace vantrel
