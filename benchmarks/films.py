@@ -64,9 +64,10 @@ class Films:
         return self.convert(name, "-stream_loop", str(times - 1), "-i", film, "-c", "copy")
 
     def turned(self, name, film):
-        """The same pictures, to be shown after a quarter turn."""
+        """The same pictures, to be shown after a quarter turn to the right."""
         if b"display_rotation" in subprocess.run(
             [self.ffmpeg, "-v", "quiet", "-h", "full"], capture_output=True, check=True
         ).stdout:
             return self.convert(name, "-display_rotation", "-90", "-i", film, "-c", "copy")
-        return self.convert(name, "-i", film, "-c", "copy", "-metadata:s:v:0", "rotate=90")
+        # Before it had that option, ffmpeg counted the tag to the left.
+        return self.convert(name, "-i", film, "-c", "copy", "-metadata:s:v:0", "rotate=270")

@@ -132,9 +132,12 @@ class VideoBenchmarks:
         report = subprocess.run(
             [self.ffmpeg, "-nostdin", "-noautorotate", "-i", film, "-noautorotate", "-i", reference,
              "-lavfi", graph, "-f", "null", "-"],
-            check=True, capture_output=True, text=True,
+            capture_output=True, text=True,
         ).stderr  # fmt: skip
-        psnr = re.search(r"PSNR y:(inf|[\d.]+)", report)[1]
+        found = re.search(r"PSNR y:(inf|[\d.]+)", report)
+        if found is None:
+            sys.exit(f"{film} and {reference} cannot be compared:\n{report}")
+        psnr = found[1]
         return float(psnr), float(re.search(r"SSIM Y:([\d.]+)", report)[1])
 
     def memory_by_length(self, film):
