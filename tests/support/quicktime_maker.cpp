@@ -44,7 +44,7 @@ Place placeOfMovieHeader(const std::filesystem::path& file) {
 std::string bigEndian(uint64_t value, int bytes) {
   std::string result;
   for (int shift = 8 * (bytes - 1); shift >= 0; shift -= 8)
-    result += static_cast<char>(value >> shift & 0xff);
+    result += static_cast<char>(shift < 64 ? value >> shift & 0xff : 0);
   return result;
 }
 

@@ -9,7 +9,7 @@
 
 namespace vantrel::testing {
 
-/// The lowest `bytes` bytes of a number, the most significant first.
+/// A number in any number of bytes, the most significant first.
 [[nodiscard]] std::string bigEndian(uint64_t value, int bytes);
 
 /// A box whole, for boxes made by hand.

@@ -10,6 +10,9 @@
 
 namespace vantrel {
 
+/// Tracks of a movie that are looked at; a file may hold any number of small ones.
+constexpr size_t kMostTracks = 1024;
+
 /// Where a box lies in a file, in bytes from its start. `end` is what the box claims and may lie
 /// past the end of everything around it.
 struct FileBox {

@@ -38,16 +38,36 @@ void gatherBytes(const uint8_t* source, int step, int width, uint8_t* target) {
   }
 }
 
-template <bool swaps, class Sample>
+/// The component's bits of every `step`-th byte and the one behind it; as far apart as the
+/// component tells if `step` is 0.
+template <bool swaps, int step, class Sample>
 void gatherWords(const uint8_t* source, const AVComponentDescriptor& component, int width,
                  uint8_t* target) {
+  const int shift = component.shift, distance = step > 0 ? step : component.step;
   const auto mask = static_cast<uint16_t>((1U << component.depth) - 1);
   for (int x = 0; x < width; ++x) {
     uint16_t word = 0;
-    std::memcpy(&word, source + static_cast<ptrdiff_t>(x) * component.step, sizeof word);
+    std::memcpy(&word, source + static_cast<ptrdiff_t>(x) * distance, sizeof word);
     if constexpr (swaps) word = __builtin_bswap16(word);
-    const auto sample = static_cast<Sample>(word >> component.shift & mask);
+    const auto sample = static_cast<Sample>(word >> shift & mask);
     std::memcpy(target + static_cast<size_t>(x) * sizeof sample, &sample, sizeof sample);
+  }
+}
+
+template <bool swaps, class Sample>
+void gatherWords(const uint8_t* source, const AVComponentDescriptor& component, int width,
+                 uint8_t* target) {
+  switch (component.step) {
+    case 2:
+      return gatherWords<swaps, 2, Sample>(source, component, width, target);
+    case 4:
+      return gatherWords<swaps, 4, Sample>(source, component, width, target);
+    case 6:
+      return gatherWords<swaps, 6, Sample>(source, component, width, target);
+    case 8:
+      return gatherWords<swaps, 8, Sample>(source, component, width, target);
+    default:
+      return gatherWords<swaps, 0, Sample>(source, component, width, target);
   }
 }
 
@@ -104,12 +124,11 @@ void ComponentReader::readRow(int y, int width, uint8_t* target) {
   const uint8_t* source = m_frame.data[component.plane] +
                           static_cast<ptrdiff_t>(y) * m_frame.linesize[component.plane] +
                           component.offset;
-  if (m_descriptor.flags & AV_PIX_FMT_FLAG_BITSTREAM)
+  const bool isByte = isReadAsByte(component);
+  if (m_descriptor.flags & AV_PIX_FMT_FLAG_BITSTREAM || (isByte && component.depth < 8))
     readBits(y, width, target);
-  else if (isReadAsByte(component) && component.depth == 8)
+  else if (isByte)
     gatherBytes(source + isBigEndian, component.step, width, target);
-  else if (isReadAsByte(component))
-    readBits(y, width, target);
   else if (isBigEndian == (std::endian::native == std::endian::big))
     gatherWords<false>(source, component, width, target);
   else

@@ -44,7 +44,7 @@ std::optional<QuickTimeMovie> QuickTimeMovie::read(const std::filesystem::path& 
   if (!moov || !readMovieHeader(file, *moov, movie)) return std::nullopt;
   readExtends(file, *moov, movie);
   auto trak = file.child(*moov, fourCC("trak"));
-  while (trak) {
+  while (trak && movie.tracks.size() < kMostTracks) {
     if (auto track = readQuickTimeTrack(file, *trak)) movie.tracks.push_back(std::move(*track));
     trak = file.find(fourCC("trak"), trak->end, moov->end);
   }

@@ -55,7 +55,8 @@ class ExtentScan {
   void scanMovie(const FileBox& moov) {
     if (!m_extent.tracks.empty()) return;
     m_isFragmented = m_file.child(moov, fourCC("mvex")).has_value();
-    for (auto trak = m_file.child(moov, fourCC("trak")); trak;
+    for (auto trak = m_file.child(moov, fourCC("trak"));
+         trak && m_extent.tracks.size() < kMostTracks;
          trak = m_file.find(fourCC("trak"), trak->end, moov.end)) {
       if (const auto header = m_file.child(*trak, fourCC("tkhd"))) scanTrack(*trak, *header);
     }

@@ -6,6 +6,7 @@
 #include <limits>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/movie/box_bytes.h"
 #include "platform/movie/quicktime_atoms.h"
@@ -19,9 +20,11 @@ constexpr uint32_t kMeta = fourCC("meta"), kHandler = fourCC("hdlr"), kKeys = fo
 constexpr std::string_view kIdentifierPrefix = "mdta/";
 /// Version and flags of a full box.
 constexpr size_t kFullBoxHeader = 4;
+/// Type and locale of a value.
+constexpr size_t kDataHeader = 8;
 /// The well-known type of a density record.
 constexpr uint32_t kDensityType = 30;
-/// Bytes of all identifiers and values of a box: many items may name one long key.
+/// Bytes that all items of a box may take: any number of values may share one long key.
 constexpr size_t kMostItemBytes = size_t{4} << 20;
 
 /// Whether boxes follow each other in `bytes` up to their end. Four bytes of zero may end a list.
@@ -70,24 +73,40 @@ void interpretDensity(MovieMetadataItem& item) {
   item.value = std::move(dictionary);
 }
 
-/// One item for each value of an entry of the list.
-void appendItems(const std::string& identifier, const BoxView& entry,
-                 std::vector<MovieMetadataItem>& items) {
-  std::span<const uint8_t> rest = entry.payload;
-  bool any = false;
-  while (const std::optional<BoxView> data = takeBox(rest)) {
-    if (data->type != kData) continue;
-    ByteCursor cursor(data->payload);
-    MovieMetadataItem item{identifier, cursor.u32(), {}};
-    cursor.skip(4);  // locale
-    if (!cursor.ok()) continue;
-    item.value = std::vector<uint8_t>(cursor.rest().begin(), cursor.rest().end());
-    interpretDensity(item);
-    items.push_back(std::move(item));
-    any = true;
+/// The items of a list as long as there is room for them.
+class ItemList final {
+ public:
+  /// One item for each value of an entry. False if there is no more room.
+  [[nodiscard]] bool add(const std::string& identifier, const BoxView& entry) {
+    std::span<const uint8_t> rest = entry.payload;
+    bool any = false;
+    while (const std::optional<BoxView> data = takeBox(rest)) {
+      if (data->type != kData || data->payload.size() < kDataHeader) continue;
+      ByteCursor cursor(data->payload);
+      const uint32_t dataType = cursor.u32();
+      cursor.skip(4);  // locale
+      if (!add(identifier, dataType, cursor.rest())) return false;
+      any = true;
+    }
+    return any || add(identifier, std::nullopt, {});
   }
-  if (!any) items.push_back({identifier, std::nullopt, std::vector<uint8_t>{}});
-}
+
+  [[nodiscard]] std::vector<MovieMetadataItem> release() { return std::move(m_items); }
+
+ private:
+  bool add(const std::string& identifier, std::optional<uint32_t> dataType,
+           std::span<const uint8_t> value) {
+    const size_t bytes = sizeof(MovieMetadataItem) + identifier.size() + value.size();
+    if (bytes > m_room) return false;
+    m_room -= bytes;
+    m_items.push_back({identifier, dataType, std::vector<uint8_t>(value.begin(), value.end())});
+    interpretDensity(m_items.back());
+    return true;
+  }
+
+  size_t m_room = kMostItemBytes;
+  std::vector<MovieMetadataItem> m_items;
+};
 
 void writeValue(BoxWriter& writer, const MovieMetadataItem& item) {
   const auto* dictionary = std::get_if<MetadataDictionary>(&item.value);
@@ -145,19 +164,15 @@ std::vector<MovieMetadataItem> metadataItems(std::span<const uint8_t> metaBox) {
   if (cursor.u32() != kMetadataHandler) return {};
 
   const std::vector<std::string> names = identifiers(keys->payload);
-  std::vector<MovieMetadataItem> items;
-  size_t bytes = 0;
+  ItemList items;
   std::span<const uint8_t> rest = list->payload;
   while (const std::optional<BoxView> entry = takeBox(rest)) {
     // The type of an entry is the number of its key, counted from 1.
     if (entry->type == 0 || entry->type > names.size()) continue;
     const std::string& name = names[entry->type - 1];
-    if (name.empty()) continue;
-    bytes += name.size() + sizeof(MovieMetadataItem) + entry->whole.size();
-    if (bytes > kMostItemBytes) break;
-    appendItems(name, *entry, items);
+    if (!name.empty() && !items.add(name, *entry)) break;
   }
-  return items;
+  return items.release();
 }
 
 std::vector<uint8_t> quickTimeMetadataBox(const std::vector<MovieMetadataItem>& items) {

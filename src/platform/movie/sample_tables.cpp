@@ -10,6 +10,9 @@
 namespace vantrel {
 namespace {
 
+/// A month of film has fewer; a file that is all hole may claim any number.
+constexpr uint32_t kMostEntries = 1u << 28;
+
 /// The entries of a table, one after the other, with a buffer of its own.
 class EntryStream final {
  public:
@@ -78,7 +81,10 @@ class SampleSizes final {
     const uint32_t bits = isCompact ? start->first & 0xff : 32;
     if (isCompact && bits != 4 && bits != 8 && bits != 16) return std::nullopt;
     const uint32_t constant = isCompact ? 0 : start->first;
-    if (constant == 0 && (uint64_t{start->count} * bits + 7) / 8 > start->room) return std::nullopt;
+    if (constant != 0) return SampleSizes(file, *start, constant, bits);
+    if (start->count > kMostEntries || (uint64_t{start->count} * bits + 7) / 8 > start->room) {
+      return std::nullopt;
+    }
     return SampleSizes(file, *start, constant, bits);
   }
 
@@ -168,8 +174,8 @@ SampleTableExtent sampleTableExtent(BoxFile& file, const FileBox& table) {
   if (!offsets) offsets = file.child(table, fourCC("co64"));
   const std::optional<TableStart> chunks = startOf(file, offsets, 1);
   const std::optional<TableStart> runs = startOf(file, file.child(table, fourCC("stsc")), 1);
-  if (!sizes || !chunks || !runs || chunks->count * offsetSize > chunks->room ||
-      uint64_t{runs->count} * 12 > runs->room) {
+  if (!sizes || !chunks || !runs || chunks->count > kMostEntries ||
+      chunks->count * offsetSize > chunks->room || uint64_t{runs->count} * 12 > runs->room) {
     return extent;
   }
   extent.isSound = true;

@@ -370,6 +370,30 @@ TEST_F(QuickTimeAtoms, TakesWhatFitsOfCountsThatExceedTheirBox) {
   EXPECT_EQ(movie->tracks[0].descriptions.size(), 1u);
 }
 
+TEST_F(QuickTimeAtoms, RepeatsALongKeyOnlyWithinReason) {
+  std::string values;
+  for (int i = 0; i < 10000; ++i)
+    values += box("data", bigEndian(1, 8));
+  const std::string key(size_t{1} << 20, 'k');
+  const std::string meta =
+      box("meta", fullBox("hdlr", bigEndian(0, 4) + "mdta" + std::string(13, '\0')) +
+                      fullBox("keys", bigEndian(1, 4) + box("mdta", key)) +
+                      box("ilst", box(bigEndian(1, 4), values)));
+  const auto movie = QuickTimeMovie::read(header(movieHeader(600, 10) + track(meta)));
+  ASSERT_TRUE(movie && movie->tracks.size() == 1);
+  EXPECT_GT(movie->tracks[0].items.size(), 0u);
+  EXPECT_LT(movie->tracks[0].items.size(), 8u);
+}
+
+TEST_F(QuickTimeAtoms, ReadsNoMoreTracksThanMakeSense) {
+  std::string tracks;
+  for (int i = 0; i < 5000; ++i)
+    tracks += track();
+  const auto movie = QuickTimeMovie::read(header(movieHeader(600, 10) + tracks));
+  ASSERT_TRUE(movie);
+  EXPECT_EQ(movie->tracks.size(), 1024u);
+}
+
 TEST_F(QuickTimeAtoms, DropsEditListsThatMakeNoSense) {
   const std::string list = fullBox("elst", bigEndian(1, 4) + bigEndian(30, 4) +
                                                bigEndian(0x80000000, 4) + bigEndian(0x10000, 4));
