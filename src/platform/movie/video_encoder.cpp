@@ -187,7 +187,9 @@ void VideoEncoder::openFilter() {
 
 std::string VideoEncoder::filterChain() const {
   const bool isHevc = m_settings.codec == VideoCodec::Hevc;
-  std::string chain = isHevc ? "filter_units=remove_types=32-34" : "filter_units=remove_types=7-8";
+  // Parameter sets, and bytes that only fill up a constant rate.
+  std::string chain =
+      isHevc ? "filter_units=remove_types=32-34|38" : "filter_units=remove_types=7-8|12";
   const std::string metadata = isHevc ? ",hevc_metadata=" : ",h264_metadata=";
   if (m_width != m_settings.width || m_height != m_settings.height) {
     chain += metadata + "crop_right=" + std::to_string(m_width - m_settings.width) +
