@@ -6,6 +6,7 @@
 namespace vantrel {
 namespace {
 
+using testing::evenTimes;
 using testing::makePicture;
 using testing::smallSettings;
 
