@@ -113,8 +113,9 @@ TEST_F(MovieWriterAudioTest, HidesThePrimingThatAMatroskaFileHides) {
   const auto tone = makeTone("tone.mkv", {"-c:a", "aac"});
   Sound sound = readSound(tone);
   // The first packet as such files place it: before the start, and not to be heard.
+  const int64_t first = sound.packets.front()->pts;
   for (const AvPacketPtr& packet : sound.packets)
-    packet->pts -= 21, packet->dts -= 21;
+    packet->pts -= first + 21, packet->dts -= first + 21;
   write({&sound}, {settingsFor(sound)});
   EXPECT_EQ(packetBytes(m_file), packetBytes(tone));
   EXPECT_EQ(QuickTimeMovie::read(m_file)->tracks.at(1).edits.at(0).mediaTime, 21 * 48);
