@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <optional>
 #include <span>
 #include <stop_token>
 #include <system_error>
@@ -21,27 +22,13 @@
 #include "platform/desktop/atomic_file.h"
 #include "platform/desktop/content_type.h"
 #include "tools/crop_once_options.h"
+#include "tools/crop_video_once.h"
 #include "tools/stop_on_signals.h"
 
 namespace vantrel {
 namespace {
 
 enum ExitCode { kDone = 0, kFailed = 1, kCancelled = 2, kWrongUsage = 64 };
-
-/// The crop with the given margins. Throws ImageError::invalidCrop when they are not legal as they
-/// stand; nothing is moved to make them so.
-QRectF cropOf(const CropOnceOptions& options, const Bitmap& image) {
-  const CropMargins crop{options.left.value_or(0), options.top.value_or(0),
-                         options.right.value_or(0), options.bottom.value_or(0)};
-  const auto fits = [](int64_t before, int64_t after, int64_t extent) {
-    return before >= 0 && after >= 0 && before < extent && after < extent - before;
-  };
-  if (!fits(crop.left, crop.right, image.width()) || !fits(crop.top, crop.bottom, image.height())) {
-    throw ImageError(ImageError::invalidCrop);
-  }
-  return crop.rectangle(
-      QSizeF(static_cast<double>(image.width()), static_cast<double>(image.height())));
-}
 
 /// A JPEG stays a JPEG, everything else becomes a PNG, unless another format was asked for.
 ImageEncodingSettings settingsOf(const CropOnceOptions& options, const ContentType& type) {
@@ -56,23 +43,25 @@ ImageEncodingSettings settingsOf(const CropOnceOptions& options, const ContentTy
 
 QJsonObject cropImage(const CropOnceOptions& options, const std::stop_token& stop) {
   const ImageSource source = ImageSource::load(options.source, stop);
-  const QRectF crop = cropOf(options, source.image);
+  const QSizeF size(static_cast<double>(source.image.width()),
+                    static_cast<double>(source.image.height()));
+  const std::optional<QRectF> crop = options.crop(size, 1);
+  if (!crop) throw ImageError(ImageError::invalidCrop);
   AtomicFile file(options.destination);
-  ImageExporter::write(source, file.temporaryPath(), crop, settingsOf(options, source.type), stop);
+  ImageExporter::write(source, file.temporaryPath(), *crop, settingsOf(options, source.type), stop);
   const auto bytes = static_cast<qint64>(std::filesystem::file_size(file.temporaryPath()));
   file.commit();
   return {{QStringLiteral("kind"), QStringLiteral("image")},
-          {QStringLiteral("width"), static_cast<qint64>(crop.width())},
-          {QStringLiteral("height"), static_cast<qint64>(crop.height())},
+          {QStringLiteral("width"), static_cast<qint64>(crop->width())},
+          {QStringLiteral("height"), static_cast<qint64>(crop->height())},
           {QStringLiteral("bytes"), bytes}};
 }
 
 /// Crops whatever the source is; returns what is to be reported.
 QJsonObject cropFile(const CropOnceOptions& options, const std::stop_token& stop) {
   const auto start = std::chrono::steady_clock::now();
-  const ContentType type = ContentType::ofFile(options.source);
-  if (!type.isImage()) throw ImageError(ImageError::unsupported);
-  QJsonObject report = cropImage(options, stop);
+  const bool isImage = ContentType::ofFile(options.source).isImage();
+  QJsonObject report = isImage ? cropImage(options, stop) : cropVideoOnce(options, stop);
   const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
   report.insert(QStringLiteral("seconds"), elapsed.count());
   return report;

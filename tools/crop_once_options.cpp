@@ -137,12 +137,34 @@ CropOnceOptions CropOnceOptions::parse(std::span<const char* const> arguments) {
   return options;
 }
 
+std::optional<QRectF> CropOnceOptions::crop(const QSizeF& size, int64_t multiple) const {
+  CropMargins margins = CropMargins::fullImage(size, multiple);
+  if (left || right) {
+    margins.left = left.value_or(0);
+    margins.right = right.value_or(0);
+  }
+  if (top || bottom) {
+    margins.top = top.value_or(0);
+    margins.bottom = bottom.value_or(0);
+  }
+  const auto fits = [](int64_t before, int64_t after, double extent) {
+    const auto pixels = static_cast<int64_t>(extent);
+    return before >= 0 && after >= 0 && before < pixels && after < pixels - before;
+  };
+  if (!fits(margins.left, margins.right, size.width()) ||
+      !fits(margins.top, margins.bottom, size.height())) {
+    return std::nullopt;
+  }
+  return margins.rectangle(size);
+}
+
 const char* CropOnceOptions::usage() {
   return "usage: crop-once SOURCE DESTINATION [--left N] [--top N] [--right N] [--bottom N]\n"
          "                 [--codec h264|hevc] [--mbps X]                          (videos)\n"
          "                 [--format png|jpeg] [--quality Q] [--background R,G,B]  (images)\n"
          "                 [--progress]                                            (videos)\n"
-         "Margins are pixels, quality and background channels numbers from 0 to 1.\n";
+         "Margins are pixels, quality and background channels numbers from 0 to 1. --progress\n"
+         "prints lines \"progress FRACTION\" and \"bytes SIZE\" on standard error.\n";
 }
 
 }  // namespace vantrel

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QRectF>
+#include <QSizeF>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -35,6 +37,11 @@ struct CropOnceOptions {
   /// Reads the arguments that follow the program's name. Every one must be known, given once and
   /// whole. Throws WrongUsage.
   [[nodiscard]] static CropOnceOptions parse(std::span<const char* const> arguments);
+
+  /// The typed margins as a crop of a picture of this size; an axis without any keeps all of the
+  /// picture but what `multiple`, the pixel step of its output, cuts off. Absent when a margin is
+  /// negative or nothing is left; nothing is moved to make them fit, nor to keep the step.
+  [[nodiscard]] std::optional<QRectF> crop(const QSizeF& size, int64_t multiple) const;
 
   /// What the program takes, in a few lines.
   [[nodiscard]] static const char* usage();

@@ -4,10 +4,11 @@
 #include <unistd.h>
 
 #include <QCoreApplication>
-#include <QUuid>
 #include <string>
 #include <system_error>
 #include <vector>
+
+#include "export/unique_name.h"
 
 namespace vantrel {
 namespace {
@@ -17,10 +18,6 @@ namespace fs = std::filesystem;
 constexpr const char* kRootName = "Vantrel-Exports";
 constexpr const char* kRecoveryLockName = "recovery.lock";
 constexpr const char* kSessionLockName = "session.lock";
-
-std::string newUuid() {
-  return QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper().toStdString();
-}
 
 /// Makes a folder that only the user may enter, with the folders above it. Exports are private, and
 /// the system's temporary folder is everybody's.
@@ -84,7 +81,7 @@ ExportTemporaryStorage::ExportTemporaryStorage(const fs::path& temporaryDirector
   recoveryLock.lock();
   removeDeadSessions(root);
 
-  m_directory = root / newUuid();
+  m_directory = root / uniqueId();
   createPrivateFolder(m_directory);
   m_sessionLock = FileLock(m_directory / kSessionLockName, FileLock::IfMissing::Create);
   m_sessionLock.tryLock();
@@ -98,7 +95,7 @@ ExportTemporaryStorage::ExportTemporaryStorage(const fs::path& temporaryDirector
 }
 
 std::filesystem::path ExportTemporaryStorage::newExportPath(const QString& extension) const {
-  return m_directory / ("Vantrel-" + newUuid() + "." + extension.toStdString());
+  return m_directory / (uniqueName() + "." + extension.toStdString());
 }
 
 }  // namespace vantrel

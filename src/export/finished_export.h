@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QString>
+#include <cstdint>
+#include <filesystem>
 
 #include "export/export_summary.h"
 #include "export/temporary_export.h"
@@ -16,5 +18,11 @@ struct FinishedExport {
   /// The suggested name without an extension, for example "photo-framed".
   QString title;
 };
+
+/// The title of an export: the source's file name without its last extension, and "-framed".
+[[nodiscard]] QString exportTitle(const std::filesystem::path& sourcePath);
+
+/// The size of a file in bytes; 0 if it is not known.
+[[nodiscard]] int64_t fileSizeOf(const std::filesystem::path& file);
 
 }  // namespace vantrel

@@ -24,9 +24,6 @@ struct ImageExportRequest {
   std::filesystem::path destination;
 };
 
-/// The title of an export: the source's file name without its last extension, and "-framed".
-[[nodiscard]] QString exportTitle(const std::filesystem::path& sourcePath);
-
 /// One export of a still image in the background, from a request to a finished file. Destroying it
 /// cancels the export and waits for it; a file that is not handed over is deleted on every way out.
 /// Main thread.

@@ -172,14 +172,5 @@ TEST(ImageExportOperation, TwoAtOnceEachHaveTheirFile) {
   EXPECT_EQ(namesIn(folder.path()), (Names{"Vantrel-1.tmp", "Vantrel-2.tmp"}));
 }
 
-TEST(ExportTitle, LosesTheLastExtensionOnly) {
-  EXPECT_EQ(exportTitle("/a/clip.final.mov"), u"clip.final-framed");
-  EXPECT_EQ(exportTitle("photo.jpg"), u"photo-framed");
-  EXPECT_EQ(exportTitle("photo"), u"photo-framed");
-  EXPECT_EQ(exportTitle(".hidden"), u".hidden-framed");
-  EXPECT_EQ(exportTitle("Übung 写真.png"), u"Übung 写真-framed");
-  EXPECT_EQ(exportTitle("caf\xe9.png"), u"caf\uFFFD-framed");
-}
-
 }  // namespace
 }  // namespace vantrel

@@ -94,12 +94,14 @@ TEST_F(CropOnceBadSource, Empty) {
   writeFile(folder / "empty.png", "");
   expectLine(crop("empty.png"), kUnsupported);
   writeFile(folder / "empty", "");
-  expectLine(crop("empty"), kUnsupported);
+  expectLine(crop("empty"),
+             "“empty” could not be opened: Invalid data found when processing input\n");
 }
 
 TEST_F(CropOnceBadSource, Text) {
   writeFile(folder / "notes.txt", "some words");
-  expectLine(crop("notes.txt"), kUnsupported);
+  expectLine(crop("notes.txt"),
+             "“notes.txt” could not be opened: Invalid data found when processing input\n");
   writeFile(folder / "notes.png", "some words");
   expectLine(crop("notes.png"), kUnsupported);
 }

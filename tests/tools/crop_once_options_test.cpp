@@ -164,6 +164,29 @@ TEST(CropOnceOptions, RefusesAnOptionGivenTwice) {
   EXPECT_EQ(refusalOf({"a", "b", "--progress", "--progress"}), "--progress is given twice");
 }
 
+TEST(CropOnceOptions, CropsByTheMarginsAsTyped) {
+  const CropOnceOptions options =
+      parse({"a", "b", "--left", "1", "--top", "2", "--right", "3", "--bottom", "4"});
+  EXPECT_EQ(options.crop({100, 50}, 1), QRectF(1, 2, 96, 44));
+  EXPECT_EQ(options.crop({101, 51}, 2), QRectF(1, 2, 97, 45));
+}
+
+TEST(CropOnceOptions, KeepsAllOfAnAxisWithoutMarginsButWhatTheStepCutsOff) {
+  EXPECT_EQ(parse({"a", "b"}).crop({101, 51}, 1), QRectF(0, 0, 101, 51));
+  EXPECT_EQ(parse({"a", "b"}).crop({101, 51}, 2), QRectF(0, 0, 100, 50));
+  EXPECT_EQ(parse({"a", "b", "--left", "1"}).crop({101, 51}, 2), QRectF(1, 0, 100, 50));
+  EXPECT_EQ(parse({"a", "b", "--bottom", "4"}).crop({101, 51}, 2), QRectF(0, 0, 100, 47));
+}
+
+TEST(CropOnceOptions, HasNoCropWhereMarginsDoNotFit) {
+  for (const char* margin : {"-1", "100", "9223372036854775807", "-9223372036854775808"}) {
+    EXPECT_EQ(parse({"a", "b", "--left", margin}).crop({100, 100}, 1), std::nullopt);
+    EXPECT_EQ(parse({"a", "b", "--bottom", margin}).crop({100, 100}, 2), std::nullopt);
+  }
+  EXPECT_EQ(parse({"a", "b", "--top", "60", "--bottom", "40"}).crop({100, 100}, 1), std::nullopt);
+  EXPECT_EQ(parse({"a", "b"}).crop({1, 1}, 2), std::nullopt);
+}
+
 TEST(CropOnceOptions, UsageNamesEveryOption) {
   for (const char* option :
        {"--left N", "--top N", "--right N", "--bottom N", "--codec h264|hevc", "--mbps X",

@@ -7,6 +7,8 @@
 #include <functional>
 #include <stop_token>
 
+#include "platform/desktop/file_destination.h"
+
 namespace vantrel {
 
 /// A file that appears under its name only when it is whole: it is written beside its destination
@@ -31,8 +33,7 @@ class AtomicFile {
   void commit();
 
  private:
-  /// As named by the caller; with its links followed.
-  std::filesystem::path m_name, m_destination;
+  FileDestination m_destination;
   std::filesystem::path m_temporary;
   /// Permissions of the finished file.
   mode_t m_mode = 0;

@@ -25,6 +25,8 @@ class FileDescriptor final {
 
   [[nodiscard]] bool isOpen() const { return m_descriptor >= 0; }
   [[nodiscard]] int get() const { return m_descriptor; }
+  /// The caller closes it, and sees whether that fails.
+  [[nodiscard]] int release() { return std::exchange(m_descriptor, -1); }
 
  private:
   int m_descriptor = -1;

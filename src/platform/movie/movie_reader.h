@@ -43,11 +43,8 @@ class MovieReader final : public ReadingSession {
   /// MovieError.
   SampleOutput& addAudioOutput(const MovieTrack& track);
 
-  /// False if reading cannot start; `error` then tells why.
-  [[nodiscard]] bool startReading();
-  /// Ends reading soon, whatever it waits for; waiting outputs give nothing more.
-  void cancelReading();
-
+  [[nodiscard]] bool startReading() override;
+  void cancelReading() override;
   /// Completed once every output has given all that the file promised. Failed when a file ends
   /// before its index does, when packets are lost, or when more than a few frames are.
   [[nodiscard]] Status status() const override;

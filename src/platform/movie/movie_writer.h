@@ -75,17 +75,11 @@ class MovieWriter final : public WritingSession {
   SampleInput& addVideoInput(const VideoInputSettings& settings);
   SampleInput& addAudioInput(const AudioInputSettings& settings);
 
-  /// Opens the encoder and writes the file's beginning. False if that fails; `error` tells why.
-  [[nodiscard]] bool startWriting();
-  /// The time on the samples' time line at which the movie starts.
-  void startSession(MediaTime time);
-  /// Where the movie ends; shown samples are not cut off by it, nor lengthened.
-  void endSession(MediaTime time);
-  /// Writes what is still to be written and ends the file. Blocking; the outcome is the status,
-  /// completed, failed, or cancelled if `cancelWriting` came first.
-  void finishWriting();
-  /// Ends writing soon; queued frames are not encoded. The file is then worthless.
-  void cancelWriting();
+  [[nodiscard]] bool startWriting() override;
+  void startSession(MediaTime time) override;
+  void endSession(MediaTime time) override;
+  void finishWriting() override;
+  void cancelWriting() override;
 
   [[nodiscard]] Status status() const override;
   [[nodiscard]] std::exception_ptr error() const override;

@@ -54,23 +54,42 @@ class SampleInput {
   virtual void markAsFinished() = 0;
 };
 
-/// How far the reading of a movie is. Any thread.
+/// The reading of a movie, as whoever runs it sees it. Starting is for one thread, the rest for
+/// any.
 class ReadingSession {
  public:
   enum class Status { unknown, reading, completed, failed, cancelled };
 
   virtual ~ReadingSession() = default;
+  /// False if reading cannot start; `error` then tells why.
+  [[nodiscard]] virtual bool startReading() = 0;
+  /// Ends reading soon, whatever it waits for; waiting outputs give nothing more.
+  virtual void cancelReading() = 0;
+
   [[nodiscard]] virtual Status status() const = 0;
   /// Why it failed; null if it did not, or nothing is known.
   [[nodiscard]] virtual std::exception_ptr error() const = 0;
 };
 
-/// How far the writing of a movie is. Any thread.
+/// The writing of a movie, as whoever runs it sees it. Starting and finishing are for one thread,
+/// the rest for any.
 class WritingSession {
  public:
   enum class Status { unknown, writing, completed, failed, cancelled };
 
   virtual ~WritingSession() = default;
+  /// Opens the encoder and writes the file's beginning. False if that fails; `error` tells why.
+  [[nodiscard]] virtual bool startWriting() = 0;
+  /// The time on the samples' time line at which the movie starts.
+  virtual void startSession(MediaTime time) = 0;
+  /// Where the movie ends; shown samples are not cut off by it, nor lengthened.
+  virtual void endSession(MediaTime time) = 0;
+  /// Writes what is still to be written and ends the file. Blocking; the outcome is the status,
+  /// completed, failed, or cancelled if `cancelWriting` came first.
+  virtual void finishWriting() = 0;
+  /// Ends writing soon; queued frames are not encoded. The file is then worthless.
+  virtual void cancelWriting() = 0;
+
   [[nodiscard]] virtual Status status() const = 0;
   /// Why it failed; null if it did not, or nothing is known.
   [[nodiscard]] virtual std::exception_ptr error() const = 0;

@@ -1,0 +1,127 @@
+#include "platform/movie/demuxer.h"
+
+#include "platform/movie/container_extent.h"
+#include "platform/movie/movie_error.h"
+#include "platform/movie/quicktime_extent.h"
+
+namespace vantrel {
+namespace {
+
+AVMediaType mediaTypeOf(MovieTrack::Kind kind) {
+  return kind == MovieTrack::Kind::Video ? AVMEDIA_TYPE_VIDEO : AVMEDIA_TYPE_AUDIO;
+}
+
+}  // namespace
+
+Demuxer::Demuxer(const Movie& movie, const MovieTrack& track, const std::stop_token& stop)
+    : m_path(movie.path()), m_input(MovieInput::open(m_path, stop, {.ignoresEditLists = true})) {
+  AVFormatContext& context = m_input.context();
+  const auto index = static_cast<unsigned>(track.streamIndex);
+  if (track.streamIndex < 0 || index >= context.nb_streams ||
+      context.streams[index]->codecpar->codec_type != mediaTypeOf(track.kind)) {
+    fail("The track is no longer there");
+  }
+  for (unsigned i = 0; i < context.nb_streams; ++i) {
+    if (i != index) context.streams[i]->discard = AVDISCARD_ALL;
+  }
+  m_stream = context.streams[index];
+  if (m_input.boxes() && track.kind == MovieTrack::Kind::Video && track.quickTime) {
+    m_sampleCount = track.quickTime->sampleCount;
+  }
+  m_nextEntry = 0;
+  requireWholeFile();
+}
+
+bool Demuxer::isTransmission() const {
+  return (m_input.context().iformat->flags & AVFMT_TS_DISCONT) != 0;
+}
+
+void Demuxer::requireWholeFile() const {
+  if (!m_input.boxes()) {
+    if (!containerIsWhole(m_path)) failAtEarlyEnd();
+    return;
+  }
+  const auto extent = QuickTimeExtent::read(m_path);
+  if (!extent) return;
+  const QuickTimeExtent::Track* track = extent->track(static_cast<uint32_t>(m_stream->id));
+  if (!extent->boxesAreWhole || (track && !track->isWhole)) failAtEarlyEnd();
+}
+
+bool Demuxer::readOwn(AVPacket& packet) {
+  while (m_input.readPacket(packet)) {
+    if (packet.stream_index == m_stream->index) return true;
+  }
+  return false;
+}
+
+bool Demuxer::endsCut(AVPacket& packet) {
+  while (readOwn(packet)) {
+    if ((packet.flags & AV_PKT_FLAG_CORRUPT) == 0) return false;
+  }
+  return true;
+}
+
+bool Demuxer::read(AVPacket& packet) {
+  if (!readOwn(packet)) {
+    requireAllPackets();
+    return false;
+  }
+  if ((packet.flags & AV_PKT_FLAG_CORRUPT) != 0) {
+    if (!isTransmission()) failAtEarlyEnd();
+    if (m_stream->codecpar->codec_type == AVMEDIA_TYPE_AUDIO) {
+      if (endsCut(packet)) return false;
+      fail("Some of its sound is missing");
+    }
+  }
+  countPacket(packet);
+  return true;
+}
+
+std::optional<int> Demuxer::entryOf(const AVPacket& packet) const {
+  const int flags = AVSEEK_FLAG_ANY | AVSEEK_FLAG_BACKWARD;
+  const int found = av_index_search_timestamp(m_stream, packet.dts, flags);
+  const int count = avformat_index_get_entries_count(m_stream);
+  for (int entry = found; entry >= 0 && entry < count; ++entry) {
+    // Several entries may have one time, but not one place.
+    if (avformat_index_get_entry(m_stream, entry)->pos == packet.pos) return entry;
+  }
+  return {};
+}
+
+void Demuxer::countPacket(const AVPacket& packet) {
+  if (!m_input.boxes()) return;
+  const AVCodecParserContext* parser = av_stream_get_parser(m_stream);
+  m_isParsed = parser && (parser->flags & PARSER_FLAG_COMPLETE_FRAMES) == 0;
+  if (m_isParsed) return;
+  if (!m_nextEntry) m_nextEntry = entryOf(packet);
+  if (m_nextEntry) ++*m_nextEntry;
+}
+
+void Demuxer::requireAllPackets() const {
+  if (!m_input.boxes() || m_isParsed || !m_nextEntry) return;
+  const int count = avformat_index_get_entries_count(m_stream);
+  if (*m_nextEntry < count || static_cast<uint64_t>(count) < m_sampleCount) failAtEarlyEnd();
+}
+
+bool Demuxer::seek(int64_t time) {
+  m_nextEntry.reset();
+  return av_seek_frame(&m_input.context(), m_stream->index, time, AVSEEK_FLAG_BACKWARD) >= 0;
+}
+
+bool Demuxer::rewind() {
+  m_nextEntry.reset();
+  if (isTransmission()) {
+    return av_seek_frame(&m_input.context(), -1, 0, AVSEEK_FLAG_BYTE) >= 0;
+  }
+  // The first packet need not be marked as a key frame.
+  const AVIndexEntry* first = avformat_index_get_entry(m_stream, 0);
+  const int flags = AVSEEK_FLAG_BACKWARD | AVSEEK_FLAG_ANY;
+  return first ? av_seek_frame(&m_input.context(), m_stream->index, first->timestamp, flags) >= 0
+               : m_input.rewind();
+}
+
+void Demuxer::fail(const std::string& words) const {
+  throw MovieError(m_path, FileAction::Read, words);
+}
+
+}  // namespace vantrel

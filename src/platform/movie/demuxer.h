@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <stop_token>
+#include <string>
+
+#include "platform/movie/movie.h"
+#include "platform/movie/movie_input.h"
+
+namespace vantrel {
+
+/// The packets of one track, in the file's order and with the times of its media: edit lists are
+/// not applied. A file that ends before it should is an error, wherever that shows. One thread at a
+/// time.
+class Demuxer final {
+ public:
+  /// Throws what MovieInput::open throws, and MovieError for a file that is shorter than it says or
+  /// no longer has the track.
+  Demuxer(const Movie& movie, const MovieTrack& track, const std::stop_token& stop);
+
+  [[nodiscard]] const AVStream& stream() const { return *m_stream; }
+  /// Whether the format is made for transmission: such a file may begin and end anywhere, and what
+  /// was lost on the way is lost.
+  [[nodiscard]] bool isTransmission() const;
+
+  /// The next packet in the place of the old content of `packet`; false at the end. Pictures of a
+  /// transmission may be flagged corrupt. Throws MovieError, std::system_error or Cancelled.
+  [[nodiscard]] bool read(AVPacket& packet);
+
+  /// Goes to a key frame at or before a time of the stream; some formats only come near it. False
+  /// if the format cannot, which then stands anywhere.
+  [[nodiscard]] bool seek(int64_t time);
+  /// The same for the track's first packet.
+  [[nodiscard]] bool rewind();
+
+  /// Throws a MovieError about reading the file.
+  [[noreturn]] void fail(const std::string& words) const;
+
+ private:
+  [[noreturn]] void failAtEarlyEnd() const { fail(kEndsTooEarly); }
+  void requireWholeFile() const;
+  [[nodiscard]] bool readOwn(AVPacket& packet);
+  /// Whether only damage follows, which is what the last, cut packet of a transmission becomes.
+  [[nodiscard]] bool endsCut(AVPacket& packet);
+  /// Its place in the stream's index.
+  [[nodiscard]] std::optional<int> entryOf(const AVPacket& packet) const;
+  void countPacket(const AVPacket& packet);
+  void requireAllPackets() const;
+
+  std::filesystem::path m_path;
+  MovieInput m_input;
+  AVStream* m_stream = nullptr;
+  /// Samples of the track outside fragments; 0 if unknown.
+  uint64_t m_sampleCount = 0;
+  /// Where the next packet is expected in the stream's index; absent after a seek.
+  std::optional<int> m_nextEntry;
+  /// A parser joins and splits the samples, so that packets cannot be counted.
+  bool m_isParsed = false;
+};
+
+}  // namespace vantrel

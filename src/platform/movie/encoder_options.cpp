@@ -1,0 +1,143 @@
+#include "platform/movie/encoder_options.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <span>
+
+namespace vantrel {
+namespace {
+
+/// Where a film does not tell its frame rate.
+constexpr double kUsualFrameRate = 30;
+
+struct Preset {
+  const char* name;
+  /// Pixels that one core encodes in a second: 1080p at 8 Mbit/s, measured by `benchmarks/run.py`.
+  double pixelsPerCore;
+};
+
+// From slow to fast. Slower ones than these cost time and gain next to nothing, and x264's fastest
+// loses what a user sees.
+constexpr std::array kX264Presets{Preset{"faster", 35e6}, Preset{"veryfast", 62e6},
+                                  Preset{"superfast", 103e6}};
+constexpr std::array kX265Presets{Preset{"veryfast", 22e6}, Preset{"superfast", 34e6},
+                                  Preset{"ultrafast", 41e6}};
+
+/// How many times faster than the film the encoder shall be by the tables above. Leaves room for
+/// the decoder, for cores that wait for each other, and for slower machines.
+constexpr double kHeadroom = 2.5;
+
+/// The buffer of the rate control, in seconds of the average rate. What a short film may be off the
+/// rate is a part of it.
+constexpr double kBufferSeconds = 0.5;
+/// At low frame rates the buffer holds the bits of so many frames, lest it bound each of them.
+constexpr double kBufferFrames = 15;
+
+/// x264's own tolerance of 1 lets a film of a second miss the rate by 40 %.
+constexpr const char* kX264RateTolerance = "0.1";
+/// With a buffer, the highest rate in terms of the average.
+constexpr double kX264MaxRate = 1.5;
+/// x265 tends to leave the buffer about as full as this.
+constexpr const char* kX265InitialFullness = "0.93";
+
+const char* presetFor(std::span<const Preset> presets, double pixelsPerSecond, int cores) {
+  const double needed = pixelsPerSecond * kHeadroom / std::max(cores, 1);
+  const auto found = std::ranges::find_if(
+      presets, [&](const Preset& preset) { return preset.pixelsPerCore >= needed; });
+  return found == presets.end() ? presets.back().name : found->name;
+}
+
+/// In whole units of `unit`, absent for what is no such number or does not fit into `largest`.
+std::optional<int64_t> inUnits(Fraction value, double unit, double largest) {
+  if (value.denominator == 0) return std::nullopt;
+  const double units = std::round(value.numerator / (value.denominator * unit));
+  if (units < 0 || units > largest) return std::nullopt;
+  return static_cast<int64_t>(units);
+}
+
+/// "(x,y)"
+std::optional<std::string> pair(Fraction x, Fraction y, double unit, double largest) {
+  const std::optional<int64_t> first = inUnits(x, unit, largest);
+  const std::optional<int64_t> second = inUnits(y, unit, largest);
+  if (!first || !second) return std::nullopt;
+  return "(" + std::to_string(*first) + "," + std::to_string(*second) + ")";
+}
+
+/// As x265 reads it, in the units of the SEI message (ITU-T H.265, D.3.28); absent for what the
+/// message cannot say.
+std::optional<std::string> masterDisplay(const MasteringDisplay& display) {
+  constexpr double kChromaticity = 0.00002, kLuminance = 0.0001;
+  const auto chromaticity = [&](const std::array<Fraction, 2>& point) {
+    return pair(point[0], point[1], kChromaticity, std::numeric_limits<uint16_t>::max());
+  };
+  const auto& [red, green, blue] = display.primaries;
+  const auto r = chromaticity(red), g = chromaticity(green), b = chromaticity(blue);
+  const auto white = chromaticity(display.whitePoint);
+  const auto luminance = pair(display.highestLuminance, display.lowestLuminance, kLuminance,
+                              std::numeric_limits<uint32_t>::max());
+  if (!r || !g || !b || !white || !luminance) return std::nullopt;
+  return "G" + *g + "B" + *b + "R" + *r + "WP" + *white + "L" + *luminance;
+}
+
+std::string hdrParameters(const VideoInputSettings& settings) {
+  constexpr int kPq = 16;
+  std::string parameters;
+  // Follows PQ's steps; wrong for HLG.
+  if (settings.color.transfer == kPq) parameters += ":hdr10-opt=1";
+  const HdrMetadata& metadata = settings.hdrMetadata;
+  if (metadata.masteringDisplay) {
+    if (const std::optional<std::string> display = masterDisplay(*metadata.masteringDisplay))
+      parameters += ":master-display=" + *display;
+  }
+  if (metadata.contentLight) {
+    parameters += ":max-cll=" + std::to_string(metadata.contentLight->maximum) + "," +
+                  std::to_string(metadata.contentLight->maximumFrameAverage);
+  }
+  return parameters;
+}
+
+void addX264(EncoderOptions& result, const char* preset) {
+  result.encoder = "libx264";
+  result.maxRate = std::llround(static_cast<double>(result.averageRate) * kX264MaxRate);
+  result.options = {{"preset", preset},
+                    {"forced-idr", "1"},
+                    {"x264-params", std::string("ratetol=") + kX264RateTolerance}};
+}
+
+/// With room above the average rate x265 misses it by up to 35 % over five seconds, whatever its
+/// other options: strict constant rate alone keeps it, at no loss of quality.
+void addX265(EncoderOptions& result, const char* preset, const VideoInputSettings& settings) {
+  result.encoder = "libx265";
+  result.maxRate = result.averageRate;
+  std::string parameters = "log-level=error:open-gop=0:repeat-headers=0:strict-cbr=1:vbv-init=";
+  parameters += kX265InitialFullness;
+  if (settings.isHdr) parameters += hdrParameters(settings);
+  result.options = {{"preset", preset},
+                    {"profile", settings.isHdr ? "main10" : "main"},
+                    {"forced-idr", "1"},
+                    {"x265-params", std::move(parameters)}};
+}
+
+}  // namespace
+
+EncoderOptions softwareEncoderOptions(const VideoInputSettings& settings, int cores) {
+  EncoderOptions result;
+  result.averageRate = settings.bitsPerSecond;
+  result.frameRate = settings.expectedFrameRate > 0 ? settings.expectedFrameRate : kUsualFrameRate;
+  const double seconds = std::max(kBufferSeconds, kBufferFrames / result.frameRate);
+  result.bufferSize = static_cast<int>(std::min<double>(
+      static_cast<double>(result.averageRate) * seconds, std::numeric_limits<int>::max()));
+  const double pixelsPerSecond =
+      static_cast<double>(settings.width) * settings.height * result.frameRate;
+  if (settings.codec == VideoCodec::H264) {
+    addX264(result, presetFor(kX264Presets, pixelsPerSecond, cores));
+  } else {
+    addX265(result, presetFor(kX265Presets, pixelsPerSecond, cores), settings);
+  }
+  return result;
+}
+
+}  // namespace vantrel

@@ -1,0 +1,185 @@
+#include "platform/movie/frame_decoder.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace vantrel {
+namespace {
+
+/// Lost pictures that are tolerated: a part of all packets, and in short films this many.
+constexpr int64_t kTolerablePart = 100;
+constexpr int64_t kTolerableCount = 8;
+/// Decoders hold back fewer pictures than this (H.264 and HEVC: 16, and one for each thread).
+constexpr size_t kMostPending = 1024;
+/// Times beyond are damage. Keeps sums and products of times within 64 bits.
+constexpr int64_t kLatestTime = int64_t{1} << 52;
+/// Packets in front of the first key frame that are passed over; some streams mark none.
+constexpr int kMostBeforeKeyFrame = 600;
+/// How far before the wanted time the second attempt of a seek begins, in seconds.
+constexpr int64_t kFirstStepBack = 2;
+
+bool isTime(int64_t time) {
+  return time != AV_NOPTS_VALUE && std::abs(time) <= kLatestTime;
+}
+
+AvCodecContextPtr openDecoder(const Demuxer& demuxer) {
+  const AVStream& stream = demuxer.stream();
+  const AVCodec* codec = avcodec_find_decoder(stream.codecpar->codec_id);
+  if (!codec) demuxer.fail("Nothing decodes its pictures");
+  auto context = owned<AvCodecContextPtr>(avcodec_alloc_context3(codec));
+  if (avcodec_parameters_to_context(context.get(), stream.codecpar) < 0) throw std::bad_alloc();
+  context->max_pixels = MovieInput::kMaxPixels;
+  context->pkt_timebase = stream.time_base;
+  context->thread_count = 0;
+  context->thread_type = FF_THREAD_FRAME | FF_THREAD_SLICE;
+  // Else the decoder rounds the left edge of its crop down for the sake of speed.
+  context->flags |= AV_CODEC_FLAG_UNALIGNED;
+  // Else H.264's decoder, which drops the pictures in front of a key frame that need the one
+  // before, ends at such a picture when it is drained soon after a seek.
+  if (stream.codecpar->codec_id == AV_CODEC_ID_H264) context->flags |= AV_CODEC_FLAG_OUTPUT_CORRUPT;
+  if (avcodec_open2(context.get(), codec, nullptr) < 0) {
+    demuxer.fail("Its pictures cannot be decoded");
+  }
+  return context;
+}
+
+}  // namespace
+
+FrameDecoder::FrameDecoder(const Movie& movie, const MovieTrack& track, const std::stop_token& stop)
+    : m_demuxer(movie, track, stop), m_decoder(openDecoder(m_demuxer)) {}
+
+int64_t FrameDecoder::durationOf(const AVFrame& frame) {
+#if LIBAVUTIL_VERSION_INT >= AV_VERSION_INT(57, 30, 100)
+  const int64_t duration = frame.duration;
+#else
+  const int64_t duration = frame.pkt_duration;
+#endif
+  return std::clamp<int64_t>(duration, 0, kLatestTime);
+}
+
+AvFramePtr FrameDecoder::next() {
+  if (m_ahead) return std::move(m_ahead);
+  while (true) {
+    if (AvFramePtr frame = receive()) {
+      setTime(*frame);
+      if (frame->pts < m_earliestTime) continue;
+      ++m_pictures;
+      return frame;
+    }
+    if (!send()) return nullptr;
+  }
+}
+
+AvFramePtr FrameDecoder::receive() {
+  AvFramePtr frame = makeFrame();
+  // Each failure takes a packet with it; a decoder that fails without end is as good as empty.
+  for (size_t attempt = 0; attempt < kMostPending; ++attempt) {
+    const int code = avcodec_receive_frame(m_decoder.get(), frame.get());
+    if (code >= 0) return frame;
+    if (code == AVERROR(EAGAIN) || code == AVERROR_EOF) break;
+    if (code == AVERROR(ENOMEM)) throw std::bad_alloc();
+    ++m_lost;
+    if (!m_decodingTimes.empty()) m_decodingTimes.pop_front();
+  }
+  return nullptr;
+}
+
+bool FrameDecoder::send() {
+  if (m_isDraining) return false;
+  if (!m_demuxer.read(*m_packet)) {
+    m_isDraining = true;
+    avcodec_send_packet(m_decoder.get(), nullptr);
+    return true;
+  }
+  if (!isWanted(*m_packet)) return true;
+  ++m_packets;
+  if ((m_packet->flags & AV_PKT_FLAG_CORRUPT) != 0) ++m_lost;
+  noteTimeOf(*m_packet);
+  // What `receive` has emptied takes a packet; any failure is about the packet's content.
+  const int code = avcodec_send_packet(m_decoder.get(), m_packet.get());
+  if (code == AVERROR(ENOMEM)) throw std::bad_alloc();
+  if (code < 0) {
+    ++m_lost;
+    if (!m_decodingTimes.empty()) m_decodingTimes.pop_front();
+  }
+  return true;
+}
+
+bool FrameDecoder::isWanted(const AVPacket& packet) {
+  if (!m_awaitsKeyFrame) return true;
+  const bool isKeyFrame = (packet.flags & AV_PKT_FLAG_KEY) != 0;
+  if (!isKeyFrame && m_passesOver && ++m_passedOver < kMostBeforeKeyFrame) return false;
+  m_awaitsKeyFrame = false;
+  if (isKeyFrame && isTime(packet.pts) && m_decoder->codec_id == AV_CODEC_ID_H264) {
+    m_earliestTime = packet.pts;
+  }
+  return true;
+}
+
+void FrameDecoder::noteTimeOf(const AVPacket& packet) {
+  if (m_times == Times::Unknown) {
+    m_times = isTime(packet.pts) ? Times::OfPresentation : Times::OfDecoding;
+  }
+  if (m_times == Times::OfPresentation) return;
+  const int64_t time = isTime(packet.dts) ? packet.dts : m_nextDecodingTime;
+  m_nextDecodingTime = time + std::clamp<int64_t>(packet.duration, 1, kLatestTime);
+  m_decodingTimes.push_back(time);
+  if (m_decodingTimes.size() > kMostPending) m_decodingTimes.pop_front();
+}
+
+void FrameDecoder::setTime(AVFrame& frame) {
+  int64_t time = frame.pts;
+  if (m_times == Times::OfDecoding) {
+    time = AV_NOPTS_VALUE;
+    if (!m_decodingTimes.empty()) {
+      time = m_decodingTimes.front();
+      m_decodingTimes.pop_front();
+    }
+  }
+  if (!isTime(time)) time = frame.best_effort_timestamp;
+  if (!isTime(time)) time = m_nextTime;
+  if (m_lastTime != AV_NOPTS_VALUE) time = std::max(time, m_lastTime + 1);
+  frame.pts = time;
+  m_lastTime = time;
+  m_nextTime = time + std::max<int64_t>(1, durationOf(frame));
+}
+
+void FrameDecoder::restart() {
+  avcodec_flush_buffers(m_decoder.get());
+  m_ahead.reset();
+  m_isDraining = false;
+  m_decodingTimes.clear();
+  m_lastTime = AV_NOPTS_VALUE;
+  m_earliestTime = INT64_MIN;
+  m_awaitsKeyFrame = m_passesOver = true;
+  m_passedOver = 0;
+}
+
+void FrameDecoder::seek(int64_t time) {
+  const AVRational timeBase = stream().time_base;
+  // A picture that comes before its key frame needs the key frame before that one.
+  for (int64_t step = 0; step <= kLatestTime; step = std::max(kFirstStepBack, step * 2)) {
+    const int64_t back = av_rescale_q(step, {1, 1}, timeBase);
+    if (step > 0 && back > kLatestTime) break;
+    if (!m_demuxer.seek(time - back)) break;
+    restart();
+    AvFramePtr frame = next();
+    const bool isEarly = frame && frame->pts <= time;
+    m_ahead = std::move(frame);
+    if (isEarly) return;
+    if (stream().start_time == AV_NOPTS_VALUE || time - back <= stream().start_time) break;
+  }
+  // A format that cannot go back is still where it was.
+  (void)m_demuxer.rewind();
+  restart();
+}
+
+void FrameDecoder::requireFewLost() const {
+  if (m_packets == 0) m_demuxer.fail("It shows no pictures");
+  if (m_pictures == 0) m_demuxer.fail("None of its pictures can be decoded");
+  if (m_lost > std::max(kTolerableCount, m_packets / kTolerablePart)) {
+    m_demuxer.fail("Too many of its pictures are damaged");
+  }
+}
+
+}  // namespace vantrel

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+
+#include "platform/movie/av_ptr.h"
+#include "platform/movie/demuxer.h"
+
+namespace vantrel {
+
+/// The decoded pictures of a video track in the order of their times, which count as the stream
+/// does. One thread at a time.
+class FrameDecoder final {
+ public:
+  /// Throws what Demuxer throws, and MovieError if nothing decodes the track.
+  FrameDecoder(const Movie& movie, const MovieTrack& track, const std::stop_token& stop);
+
+  [[nodiscard]] const AVStream& stream() const { return m_demuxer.stream(); }
+
+  /// The next picture, with a `pts` that is greater than that of the picture before; null at the
+  /// end. A picture whose time is not greater is moved behind the one before by a tick: none is
+  /// dropped. Damaged pictures are given, but not those that need others from before the start.
+  /// Packets that cannot be decoded are passed over. Throws what Demuxer::read throws.
+  [[nodiscard]] AvFramePtr next();
+
+  /// `next` then begins with a picture at or before a time of the stream, if there is one.
+  void seek(int64_t time);
+
+  /// How long a picture is shown, in ticks of the stream, as its packet says; 0 if unknown.
+  [[nodiscard]] static int64_t durationOf(const AVFrame& frame);
+
+  /// Throws MovieError when nothing was or could be decoded, or more was lost than a viewer
+  /// overlooks.
+  void requireFewLost() const;
+
+ private:
+  /// Null when the decoder needs more packets, or has ended.
+  [[nodiscard]] AvFramePtr receive();
+  /// False at the end of the track.
+  [[nodiscard]] bool send();
+  [[nodiscard]] bool isWanted(const AVPacket& packet);
+  void noteTimeOf(const AVPacket& packet);
+  void setTime(AVFrame& frame);
+  void restart();
+
+  Demuxer m_demuxer;
+  AvCodecContextPtr m_decoder;
+  AvPacketPtr m_packet = makePacket();
+  /// Read ahead while seeking.
+  AvFramePtr m_ahead;
+  bool m_isDraining = false;
+  /// Until the first packet; or, where decoding may begin anywhere, until a key frame comes, and
+  /// so many packets are passed over so far.
+  bool m_awaitsKeyFrame = true;
+  bool m_passesOver = false;
+  int m_passedOver = 0;
+  /// Pictures before this time need others from before the key frame that decoding began with.
+  int64_t m_earliestTime = INT64_MIN;
+
+  enum class Times { Unknown, OfPresentation, OfDecoding };
+  Times m_times = Times::Unknown;
+  /// Of packets whose pictures have not come out, where the file has no other times: as many
+  /// pictures come out as go in, so that the n-th of them gets the n-th time.
+  std::deque<int64_t> m_decodingTimes;
+  /// Where the next packet, or the next picture, is expected.
+  int64_t m_nextDecodingTime = 0, m_nextTime = 0;
+  /// Of the last picture; AV_NOPTS_VALUE before the first.
+  int64_t m_lastTime = AV_NOPTS_VALUE;
+
+  int64_t m_packets = 0, m_pictures = 0, m_lost = 0;
+};
+
+}  // namespace vantrel

@@ -1,0 +1,197 @@
+#include "platform/movie/movie_writer.h"
+
+#include <cstdio>
+#include <utility>
+
+#include "base/cancelled.h"
+#include "platform/desktop/file_error.h"
+#include "platform/movie/audio_input.h"
+#include "platform/movie/coded_format.h"
+#include "platform/movie/encoder_candidates.h"
+#include "platform/movie/movie_error.h"
+#include "platform/movie/quicktime_finish.h"
+#include "platform/movie/video_input.h"
+
+namespace vantrel {
+namespace {
+
+/// FFmpeg's own for movies that nobody gave one.
+constexpr int32_t kUsualMovieTimescale = 1000;
+
+bool makeSense(const VideoInputSettings& settings) {
+  return settings.width >= 2 && settings.height >= 2 && settings.width % 2 == 0 &&
+         settings.height % 2 == 0 && settings.timescale > 0 && settings.bitsPerSecond > 0 &&
+         !(settings.isHdr && settings.codec != VideoCodec::Hevc);
+}
+
+}  // namespace
+
+/// Everything behind a MovieWriter. Inputs are added before writing starts, and stay.
+class MovieWriter::Session {
+ public:
+  explicit Session(std::filesystem::path file) : m_file(std::move(file)), m_muxer(m_file) {}
+  ~Session() { m_state.cancel(); }
+
+  void start();
+  void finish();
+
+  std::filesystem::path m_file;
+  WritingState m_state;
+  TrackPace m_pace;
+  MovieMuxer m_muxer;
+  bool m_rewrites = true;
+  int32_t m_movieTimescale = kUsualMovieTimescale;
+  MediaTime m_end;
+  std::vector<std::unique_ptr<AudioInput>> m_audio;
+  /// Behind what its thread uses.
+  std::unique_ptr<VideoInput> m_video;
+
+ private:
+  [[nodiscard]] std::vector<QuickTimeTrackChange> changes() const;
+  void rewrite();
+};
+
+void MovieWriter::Session::start() {
+  if (m_video) m_video->addStream(m_muxer);
+  for (const auto& input : m_audio)
+    input->addStream(m_muxer);
+  m_muxer.writeHeader(m_video ? m_video->settings().timescale : 0, m_movieTimescale);
+  if (m_video) m_video->startEncoding();
+}
+
+void MovieWriter::Session::finish() {
+  for (const auto& input : m_audio)
+    input->markAsFinished();
+  if (m_video) {
+    m_video->markAsFinished();
+    m_video->waitForEnd();
+  }
+  throwIfCancelled(m_state.stopToken());
+  if (m_video && !m_video->hasWritten()) {
+    // A movie without a picture is none, and there is nothing more to say of it.
+    m_state.fail(nullptr);
+    return;
+  }
+  m_muxer.close(!m_rewrites);
+  if (m_rewrites) rewrite();
+  m_state.complete();
+}
+
+std::vector<QuickTimeTrackChange> MovieWriter::Session::changes() const {
+  std::vector<QuickTimeTrackChange> changes;
+  const auto add = [&changes](std::optional<QuickTimeTrackChange> change) {
+    if (change) changes.push_back(*std::move(change));
+  };
+  if (m_video) add(m_video->change(m_end, m_movieTimescale));
+  for (const auto& input : m_audio)
+    add(input->change(m_movieTimescale));
+  return changes;
+}
+
+/// Rewrites the file beside itself, and puts the new one in its place.
+void MovieWriter::Session::rewrite() {
+  std::filesystem::path rewritten = m_file;
+  rewritten += ".rewritten";
+  try {
+    finishQuickTimeMovie(m_file, rewritten, {static_cast<uint32_t>(m_movieTimescale), changes()},
+                         m_state.stopToken());
+    if (std::rename(rewritten.c_str(), m_file.c_str()) != 0) {
+      throw fileError(m_file, FileAction::Save);
+    }
+  } catch (...) {
+    std::error_code ignored;
+    std::filesystem::remove(rewritten, ignored);
+    throw;
+  }
+}
+
+MovieWriter::MovieWriter(std::filesystem::path file)
+    : m_session(std::make_unique<Session>(std::move(file))) {}
+MovieWriter::~MovieWriter() = default;
+
+void MovieWriter::setShouldOptimizeForNetworkUse(bool optimize) {
+  m_session->m_rewrites = optimize;
+}
+
+void MovieWriter::setMovieTimescale(int32_t timescale) {
+  if (timescale > 0) m_session->m_movieTimescale = timescale;
+}
+
+bool MovieWriter::canApply(const VideoInputSettings& settings) const {
+  return makeSense(settings) && VideoEncoder::canEncode(settings, encoderCandidates(settings));
+}
+
+bool MovieWriter::canAdd(const VideoInputSettings& settings) const {
+  return !m_session->m_video && status() == Status::unknown && makeSense(settings);
+}
+
+bool MovieWriter::canAdd(const AudioInputSettings& settings) const {
+  const MovieTrack& source = settings.source;
+  return status() == Status::unknown && source.kind == MovieTrack::Kind::Audio && source.format &&
+         source.fitsQuickTime && MovieMuxer::takes(*source.format->parameters);
+}
+
+SampleInput& MovieWriter::addVideoInput(const VideoInputSettings& settings) {
+  if (!canAdd(settings)) throw MovieError(m_session->m_file, FileAction::Save, AVERROR(EINVAL));
+  m_session->m_video = std::make_unique<VideoInput>(m_session->m_file, settings, m_session->m_state,
+                                                    m_session->m_pace);
+  return *m_session->m_video;
+}
+
+SampleInput& MovieWriter::addAudioInput(const AudioInputSettings& settings) {
+  if (!canAdd(settings)) throw MovieError(m_session->m_file, FileAction::Save, AVERROR(EINVAL));
+  m_session->m_audio.push_back(
+      std::make_unique<AudioInput>(settings, m_session->m_state, m_session->m_pace));
+  return *m_session->m_audio.back();
+}
+
+bool MovieWriter::startWriting() {
+  WritingState& state = m_session->m_state;
+  if (!state.begin()) return false;
+  try {
+    m_session->start();
+  } catch (...) {
+    state.fail(std::current_exception());
+  }
+  return state.isWriting();
+}
+
+void MovieWriter::startSession(MediaTime time) {
+  if (m_session->m_video) m_session->m_video->setStart(time);
+  for (const auto& input : m_session->m_audio)
+    input->setStart(time);
+}
+
+void MovieWriter::endSession(MediaTime time) {
+  m_session->m_end = time;
+}
+
+void MovieWriter::finishWriting() {
+  WritingState& state = m_session->m_state;
+  if (!state.isWriting()) return;
+  try {
+    m_session->finish();
+  } catch (const Cancelled&) {
+    // The status tells already.
+  } catch (...) {
+    state.fail(std::current_exception());
+  }
+}
+
+void MovieWriter::cancelWriting() {
+  m_session->m_state.cancel();
+}
+
+WritingSession::Status MovieWriter::status() const {
+  return m_session->m_state.status();
+}
+
+std::exception_ptr MovieWriter::error() const {
+  return m_session->m_state.error();
+}
+
+std::string MovieWriter::encoderName() const {
+  return m_session->m_video ? m_session->m_video->encoderName() : std::string();
+}
+
+}  // namespace vantrel

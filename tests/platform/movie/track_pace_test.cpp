@@ -1,0 +1,48 @@
+#include "platform/movie/track_pace.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace vantrel {
+namespace {
+
+TEST(TrackPace, LetsASingleTrackGoOnForever) {
+  TrackPace pace;
+  const size_t track = pace.add();
+  pace.reached(track, 1e9);
+  EXPECT_TRUE(pace.mayAdvance(track));
+}
+
+TEST(TrackPace, HoldsATrackThatIsASecondAheadUntilTheOthersFollow) {
+  TrackPace pace;
+  const size_t ahead = pace.add(), behind = pace.add();
+  pace.reached(ahead, 0.99);
+  EXPECT_TRUE(pace.mayAdvance(ahead));
+  pace.reached(ahead, 1.0);
+  EXPECT_FALSE(pace.mayAdvance(ahead));
+  EXPECT_TRUE(pace.mayAdvance(behind));
+  pace.reached(behind, 0.5);
+  EXPECT_TRUE(pace.mayAdvance(ahead));
+}
+
+TEST(TrackPace, WaitsForNoTrackThatIsFinished) {
+  TrackPace pace;
+  const size_t ahead = pace.add(), ended = pace.add();
+  pace.reached(ahead, 60);
+  EXPECT_FALSE(pace.mayAdvance(ahead));
+  pace.finish(ended);
+  EXPECT_TRUE(pace.mayAdvance(ahead));
+}
+
+TEST(TrackPace, LearnsNothingFromTimesThatAreNotNumbers) {
+  TrackPace pace;
+  const size_t track = pace.add();
+  const size_t other = pace.add();
+  pace.reached(track, std::numeric_limits<double>::quiet_NaN());
+  EXPECT_TRUE(pace.mayAdvance(track));
+  EXPECT_TRUE(pace.mayAdvance(other));
+}
+
+}  // namespace
+}  // namespace vantrel

@@ -1,0 +1,98 @@
+#include "platform/movie/video_encoder.h"
+
+#include "platform/movie/movie_error.h"
+#include "written_movie.h"
+
+namespace vantrel {
+namespace {
+
+using testing::makePicture;
+using testing::smallSettings;
+
+EncoderCandidate candidateNamed(const std::string& name) {
+  EncoderCandidate candidate = encoderCandidates(smallSettings(VideoCodec::H264)).back();
+  candidate.setup.encoder = name;
+  return candidate;
+}
+
+/// A candidate like hardware that is not there: it opens, and encodes nothing.
+EncoderCandidate failingHardware() {
+  EncoderCandidate candidate = candidateNamed("libx264");
+  candidate.isHardware = true;
+  candidate.device = AV_HWDEVICE_TYPE_VAAPI;
+  candidate.deviceFormat = AV_PIX_FMT_VAAPI;
+  return candidate;
+}
+
+TEST(VideoEncoder, TakesTheFirstCandidateThatWorks) {
+  const VideoInputSettings settings = smallSettings(VideoCodec::H264);
+  std::vector<EncoderCandidate> candidates = encoderCandidates(settings);
+  candidates.insert(candidates.begin(), {candidateNamed("no such encoder"), failingHardware()});
+  EXPECT_TRUE(VideoEncoder::canEncode(settings, candidates));
+  EXPECT_EQ(VideoEncoder::open("film.mov", settings, candidates).name(),
+            candidates.back().setup.encoder);
+}
+
+TEST(VideoEncoder, NamesTheFileWhenNoCandidateWorks) {
+  const VideoInputSettings settings = smallSettings(VideoCodec::H264);
+  const std::vector<EncoderCandidate> candidates = {candidateNamed("no such encoder")};
+  EXPECT_FALSE(VideoEncoder::canEncode(settings, candidates));
+  try {
+    (void)VideoEncoder::open("film.mov", settings, candidates);
+    FAIL();
+  } catch (const MovieError& error) {
+    EXPECT_STREQ(error.what(), "“film.mov” could not be saved: Encoder not found");
+  }
+}
+
+TEST(VideoEncoder, HasSoftwareBehindAllHardware) {
+  for (const VideoCodec codec : {VideoCodec::H264, VideoCodec::Hevc}) {
+    const auto candidates = encoderCandidates(smallSettings(codec));
+    ASSERT_FALSE(candidates.empty());
+    EXPECT_EQ(candidates.back().setup.encoder, codec == VideoCodec::Hevc ? "libx265" : "libx264");
+    for (size_t index = 0; index + 1 < candidates.size(); ++index)
+      EXPECT_TRUE(candidates[index].isHardware);
+  }
+}
+
+TEST(VideoEncoder, GivesBackEveryTimeThatWentIn) {
+  for (const VideoCodec codec : {VideoCodec::H264, VideoCodec::Hevc}) {
+    const VideoInputSettings settings = smallSettings(codec);
+    VideoEncoder encoder = VideoEncoder::open("film.mov", settings, encoderCandidates(settings));
+    const std::vector<int64_t> times = {3, 20, 21, 1400, 1409, 2800, 2801};
+    std::vector<int64_t> found;
+    const auto receiveAll = [&] {
+      while (const AvPacketPtr packet = encoder.receive())
+        found.push_back(packet->pts);
+    };
+    for (const int64_t time : times) {
+      encoder.send(makePicture(settings.width, settings.height, time), time == 3);
+      receiveAll();
+    }
+    encoder.sendEnd();
+    receiveAll();
+    std::sort(found.begin(), found.end());
+    EXPECT_EQ(found, times);
+  }
+}
+
+TEST(VideoEncoder, KeepsParameterSetsOutOfThePackets) {
+  VideoInputSettings settings = smallSettings(VideoCodec::Hevc);
+  settings.isHdr = true;
+  settings.color = {9, 16, 9};
+  VideoEncoder encoder = VideoEncoder::open("film.mov", settings, encoderCandidates(settings));
+  EXPECT_GT(encoder.parameters().extradata_size, 0);
+  encoder.send(makePicture(settings.width, settings.height, 0, true), true);
+  encoder.sendEnd();
+  const AvPacketPtr packet = encoder.receive();
+  ASSERT_NE(packet, nullptr);
+  for (int at = 0; at + 3 < packet->size; ++at) {
+    const uint8_t* code = packet->data + at;
+    if (code[0] != 0 || code[1] != 0 || code[2] != 1) continue;
+    const int type = code[3] >> 1 & 0x3f;
+    EXPECT_TRUE(type < 32 || type > 34) << type;
+  }
+}
+
+}  // namespace
+}  // namespace vantrel
