@@ -154,7 +154,11 @@ class Track:
     def in_display_order(self):
         """(start, end, is key) of each sample on the media's own time line, in ticks."""
         samples = sorted(self.samples, key=lambda s: s.pts)
-        ends = [s.pts for s in samples[1:]] + [samples[-1].pts + samples[-1].duration] if samples else []
+        if not samples:
+            return []
+        # Durations count in decoding order; what they add up to is the length of all.
+        whole = samples[0].pts + sum(s.duration for s in samples)
+        ends = [s.pts for s in samples[1:]] + [max(whole, samples[-1].pts + samples[-1].duration)]
         return [(s.pts, end, s.is_key) for s, end in zip(samples, ends)]
 
 
@@ -197,7 +201,7 @@ class Movie:
         """The frames in the order in which they are shown, with edits obeyed: each edit shows the part of
         the media that it names, the first and the last frame possibly for a part of their time."""
         media = track.in_display_order()
-        edits = track.edits or [(self.duration, 0)]
+        edits = track.edits or [(-(-media[-1][1] * self.timescale // track.timescale), 0)]
         found, at = [], fractions.Fraction(0)
         for length, start in edits:
             seconds = fractions.Fraction(length, self.timescale)

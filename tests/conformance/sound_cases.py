@@ -58,6 +58,13 @@ def check_sound(source, path, number):
         worst = max((abs(a - b) for a, b in known), default=0)
         require(worst <= fractions.Fraction(1, 900), f"a packet is {float(worst) * 1000:.2f} ms from its time")
     our_frames, their_frames = samples(path, number), samples(source, number)
+    if not exact and our_frames[-1][1] > their_frames[-1][1]:
+        # Other containers tell how many samples of the last packet count; here the sample table does.
+        last = fractions.Fraction(probe(path, "-show_packets", "-select_streams", f"a:{number}", "-show_entries",
+                                        "packet=duration_time")["packets"][-1]["duration_time"])
+        rate = int(streams(path, f"a:{number}")[0]["sample_rate"])
+        require(abs(last * rate - int(their_frames[-1][1])) < rate / 500, f"the last packet lasts {float(last)} s")
+        our_frames[-1] = their_frames[-1]
     require([frame[2] for frame in our_frames] == [frame[2] for frame in their_frames], "decoded samples differ")
     require(not exact or our_frames == their_frames, "decoded samples have other times")
     return f"{len(ours)} packets and their samples equal"
@@ -101,7 +108,7 @@ def three_tracks(bench):
     told = streams(bench.destination, "a")
     equal([s["tags"].get("language") for s in told], ["eng", "ger", "jpn"], "ffprobe's languages")
     equal([s["disposition"]["default"] for s in told], [1, 0, 0], "ffprobe's enabled state")
-    exif = json.loads(call("exiftool", "-j", "-G3", "-a", "-ee", "-MediaLanguageCode", "-ExtendedLanguageTag", bench.destination))[0]
+    exif = json.loads(call("exiftool", "-j", "-G1", "-a", "-ee", "-MediaLanguageCode", bench.destination))[0]
     equal([exif.get(f"Track{n}:MediaLanguageCode") for n in (2, 3, 4)], ["eng", "ger", "jpn"], "exiftool's languages")
     info = json.loads(call("mediainfo", "--Output=JSON", bench.destination))["media"]["track"]
     sounds = [track for track in info if track["@type"] == "Audio"]

@@ -38,7 +38,7 @@ def remuxed(name, file, *options, durations=None, rate="25", audio=False):
         told = probe(source, "-show_streams", "-show_frames", "-select_streams", "v", "-show_entries",
                      "frame=best_effort_timestamp:stream=time_base")
         base = fractions.Fraction(told["streams"][0]["time_base"])
-        first = min(fractions.Fraction(packet.get("pts_time", packet["dts_time"])) for packet in
+        first = min(fractions.Fraction(packet.get("pts_time") or packet.get("dts_time")) for packet in
                     probe(source, "-show_packets", "-show_entries", "packet=pts_time,dts_time")["packets"])
         starts = [frame["best_effort_timestamp"] * base - first for frame in told["frames"]]
         starts = [fractions.Fraction(round(start / base)) * base for start in starts]
@@ -59,7 +59,7 @@ def cases():
         yield film_case(f"uneven frames, to {codec}", PLAIN, 24, quicktime.set_durations(0, 1000, UNEVEN), codec=codec)
         yield film_case(f"slow and uneven frames, to {codec}", PLAIN, 16, quicktime.set_durations(0, 600, SLOW), codec=codec)
     yield film_case("uneven frames, 90000 ticks", PLAIN, 24,
-                    quicktime.set_durations(0, 90000, [d * 89 + 7 for d in UNEVEN]), quicktime.set_movie_timescale(90000))
+                    quicktime.set_movie_timescale(90000), quicktime.set_durations(0, 90000, [d * 89 + 7 for d in UNEVEN]))
     yield film_case("movie of 600 ticks", REORDERED, 20, quicktime.set_movie_timescale(600))
     yield film_case("movie of 44100 ticks, 30000/1001 frames a second", REORDERED, 31,
                     quicktime.set_movie_timescale(44100), rate="30000/1001")
