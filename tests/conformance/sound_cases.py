@@ -58,7 +58,7 @@ def check_sound(source, path, number):
         worst = max((abs(a - b) for a, b in known), default=0)
         require(worst <= fractions.Fraction(1, 900), f"a packet is {float(worst) * 1000:.2f} ms from its time")
     our_frames, their_frames = samples(path, number), samples(source, number)
-    if not exact and our_frames[-1][1] > their_frames[-1][1]:
+    if not exact and int(our_frames[-1][1]) > int(their_frames[-1][1]):
         # Other containers tell how many samples of the last packet count; here the sample table does.
         last = fractions.Fraction(probe(path, "-show_packets", "-select_streams", f"a:{number}", "-show_entries",
                                         "packet=duration_time")["packets"][-1]["duration_time"])
