@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """Runs the benchmarks and writes RESULTS.md beside this file.
 
-    benchmarks/run.py --bin build/release/bin [--runs N] [--out FILE]
+    benchmarks/run.py --bin build/release/bin [--runs N] [--only images|video] [--out FILE]
 
 What is compared runs in turn, in the same minutes on the same machine, and medians are compared, so
-that a busy machine slows both sides. Needs ImageMagick (convert, identify) and heif-enc.
+that a busy machine slows both sides. Needs ImageMagick (convert, identify), heif-enc and ffmpeg.
 """
 
 import argparse
@@ -13,91 +13,31 @@ import json
 import os
 import pathlib
 import platform
-import shutil
-import statistics
 import subprocess
 import sys
 import tempfile
-import time
-from dataclasses import dataclass
+
+from measure import MEBIBYTE, Section, described, measure_in_turn, output_of, tool
+from videos import VideoBenchmarks
 
 # The source has 24 megapixels, the crop 12, at odd margins.
 WIDTH, HEIGHT = 6000, 4000
 LEFT, TOP, CROP_WIDTH, CROP_HEIGHT = 877, 585, 4243, 2829
 SOURCE_BYTES = WIDTH * HEIGHT * 3
 JPEG_QUALITY = 90
-MEBIBYTE = 1 << 20
 
 
-@dataclass
-class Run:
-    wall: float
-    processor: float
-    peak_bytes: int
-
-
-@dataclass
-class Row:
-    """One line of the table; `met` is None for what has no bar."""
-
-    name: str
-    bar: str
-    value: str
-    met: bool | None
-
-
-def measure(command, folder):
-    start = time.perf_counter()
-    process = subprocess.Popen(command, cwd=folder, stdout=subprocess.DEVNULL)
-    _, status, usage = os.wait4(process.pid, 0)
-    wall = time.perf_counter() - start
-    process.returncode = os.waitstatus_to_exitcode(status)
-    if process.returncode != 0:
-        sys.exit(f"{' '.join(map(str, command))}: exit status {process.returncode}")
-    unit = 1 if sys.platform == "darwin" else 1024
-    return Run(wall, usage.ru_utime + usage.ru_stime, usage.ru_maxrss * unit)
-
-
-def medians(runs):
-    return Run(
-        statistics.median(run.wall for run in runs),
-        statistics.median(run.processor for run in runs),
-        max(run.peak_bytes for run in runs),
-    )
-
-
-def measure_in_turn(commands, runs, folder):
-    """Medians of each command, after one run of each that fills the caches."""
-    results = [[] for _ in commands]
-    for number in range(runs + 1):
-        for command, result in zip(commands, results):
-            run = measure(command, folder)
-            if number > 0:
-                result.append(run)
-    return [medians(result) for result in results]
-
-
-def tool(name):
-    """The distribution's own program first: a wrapper of that name would be measured too."""
-    system = f"/usr/bin/{name}"
-    path = system if os.access(system, os.X_OK) else shutil.which(name)
-    if path is None:
-        sys.exit(f"{name} is missing")
-    return path
-
-
-def output_of(*command):
-    return subprocess.run(command, check=True, capture_output=True, text=True).stdout
-
-
-class Benchmarks:
+class ImageBenchmarks:
     def __init__(self, binaries, runs, folder):
         self.binaries, self.runs, self.folder = binaries, runs, folder
         self.convert, self.identify = tool("convert"), tool("identify")
-        self.rows, self.details, self.load = [], [], ""
-
-    def add(self, name, bar, value, met=None):
-        self.rows.append(Row(name, bar, value, met))
+        self.section = Section(
+            "Pictures",
+            f"The picture is made by `make_photo`: {WIDTH} × {HEIGHT} pixels, cropped to "
+            f"{CROP_WIDTH} × {CROP_HEIGHT}; it compresses like a photograph. Both sides of a ratio run "
+            f"in turn; times are medians of {runs} runs, memory is the highest of them.",
+        )
+        self.add = self.section.add
 
     def make_sources(self):
         make = lambda *command: subprocess.run(command, check=True, cwd=self.folder)
@@ -144,7 +84,7 @@ class Benchmarks:
         self.add("PNG writer, shortest wall time by threads", "falls", text,
                  falls if len(ordered) > 1 else None)
         pixels = report["width"] * report["height"]
-        self.details.append(
+        self.section.details.append(
             f"PNG writer, {pixels / 1e6:.0f} megapixels: ours {ours['processor']:.2f} s of processor "
             f"time, {ours['bytes'] / 1e6:.2f} MB; libpng {theirs['processor']:.2f} s, "
             f"{theirs['bytes'] / 1e6:.2f} MB."
@@ -172,15 +112,11 @@ class Benchmarks:
         beyond = (our.peak_bytes - SOURCE_BYTES) / MEBIBYTE
         self.add(f"`crop-once`, {kind}, peak memory beyond the bitmap", "≤ 80 MiB",
                  f"{beyond:.0f} MiB", beyond <= 80)
-        self.details.append(f"{kind}: ours {self.describe(our, f'ours.{target}')}; ImageMagick "
-                            f"{self.describe(their, f'theirs.{target}')}.")
+        self.section.details.append(f"{kind}: ours {described(our, self.folder / f'ours.{target}')}; "
+                                    "ImageMagick "
+                                    f"{described(their, self.folder / f'theirs.{target}')}.")
         if target == "png":
             self.check_same_pixels()
-
-    def describe(self, run, file):
-        size = (self.folder / file).stat().st_size
-        return (f"{run.wall:.2f} s wall, {run.processor:.2f} s processor, "
-                f"{run.peak_bytes / MEBIBYTE:.0f} MiB peak, {size / 1e6:.2f} MB")
 
     def check_same_pixels(self):
         """A comparison counts only if both made the same picture."""
@@ -199,6 +135,8 @@ class Benchmarks:
         self.crop("photo.jpg", "jpg", 0.60)
         self.crop("photo.tiff", "png", None)
         self.crop("photo.heic", "jpg", None)
+        magick = output_of(self.convert, "-version").splitlines()[0].split("https")[0]
+        self.section.machine.append(magick.replace("Version: ", "").strip())
 
 
 def processor_name():
@@ -211,37 +149,36 @@ def processor_name():
     return platform.processor() or platform.machine()
 
 
-def write_results(benchmarks, path):
+def machine(load_before):
+    """Where and when a section was measured."""
     count = len(os.sched_getaffinity(0)) if hasattr(os, "sched_getaffinity") else os.cpu_count()
-    marks = {True: "yes", False: "**no**", None: "–"}
-    magick = output_of(benchmarks.convert, "-version").splitlines()[0].split("https")[0]
     linux = sys.platform == "linux"
     system = platform.freedesktop_os_release()["PRETTY_NAME"] if linux else "macOS"
-    lines = [
-        "# Benchmark results",
-        "",
-        "Written by `benchmarks/run.py` (`./dev bench`). The picture is made by `make_photo`: "
-        f"{WIDTH} × {HEIGHT} pixels, cropped to {CROP_WIDTH} × {CROP_HEIGHT}; it compresses like a "
-        "photograph. Both sides of a ratio run in turn; times are medians of "
-        f"{benchmarks.runs} runs, memory is the highest of them.",
-        "",
-        "| Measure | Bar | Value | Met |",
-        "|---|---|---|---|",
-        *(f"| {row.name} | {row.bar} | {row.value} | {marks[row.met]} |" for row in benchmarks.rows),
-        "",
-        "## In figures",
-        "",
-        *(f"- {detail}" for detail in benchmarks.details),
-        "",
-        "## Machine",
-        "",
-        f"- {datetime.date.today().isoformat()}, {system}, {platform.system()} {platform.release()}",
-        f"- {processor_name()}, {count} processors",
-        f"- load average before and after: {benchmarks.load}",
-        f"- {magick.replace('Version: ', '').strip()}",
-        "",
+    return [
+        f"{datetime.date.today().isoformat()}, {system}, {platform.system()} {platform.release()}",
+        f"{processor_name()}, {count} processors",
+        f"load average before and after: {load_before:.1f}, {os.getloadavg()[0]:.1f}",
     ]
-    path.write_text("\n".join(lines), encoding="utf-8")
+
+
+def earlier_sections(path):
+    """The sections of a file of results by their titles, each as its lines."""
+    sections, title = {}, None
+    for line in path.read_text(encoding="utf-8").splitlines() if path.exists() else []:
+        if line.startswith("## "):
+            title = line.removeprefix("## ")
+        if title is not None:
+            sections.setdefault(title, []).append(line)
+    return sections
+
+
+def write_results(measured, path):
+    """What was not measured this time stays as it was."""
+    earlier = earlier_sections(path)
+    lines = ["# Benchmark results", "", "Written by `benchmarks/run.py` (`./dev bench`).", ""]
+    for title in ("Pictures", "Films"):
+        lines += measured[title].lines() if title in measured else [*earlier.get(title, []), ""]
+    path.write_text("\n".join(lines).rstrip("\n") + "\n", encoding="utf-8")
 
 
 def main():
@@ -249,16 +186,27 @@ def main():
     parser = argparse.ArgumentParser(description="Runs the benchmarks and writes their results.")
     parser.add_argument("--bin", type=pathlib.Path, required=True, help="folder of the programs")
     parser.add_argument("--runs", type=int, default=5, help="measured runs of each (default: 5)")
+    parser.add_argument("--only", choices=["images", "video"], help="one part of the benchmarks")
+    parser.add_argument("--films", type=pathlib.Path, default=here.parent / "build" / "bench-films",
+                        help="folder where the films are kept (default: build/bench-films)")
     parser.add_argument("--out", type=pathlib.Path, default=here / "RESULTS.md")
     arguments = parser.parse_args()
-    with tempfile.TemporaryDirectory(prefix="vantrel-bench-") as folder:
-        benchmarks = Benchmarks(arguments.bin.resolve(), arguments.runs, pathlib.Path(folder))
-        before = os.getloadavg()[0]
-        benchmarks.run()
-        benchmarks.load = f"{before:.1f}, {os.getloadavg()[0]:.1f}"
-        write_results(benchmarks, arguments.out)
-    for row in benchmarks.rows:
-        print(f"{row.name}: {row.value} ({row.bar})")
+    binaries, measured = arguments.bin.resolve(), {}
+    with tempfile.TemporaryDirectory(prefix="vantrel-bench-") as name:
+        folder = pathlib.Path(name)
+        parts = []
+        if arguments.only != "video":
+            parts.append(ImageBenchmarks(binaries, arguments.runs, folder))
+        if arguments.only != "images":
+            parts.append(VideoBenchmarks(binaries, arguments.runs, folder, arguments.films.resolve()))
+        for part in parts:
+            before = os.getloadavg()[0]
+            part.run()
+            part.section.machine[:0] = machine(before)
+            measured[part.section.title] = part.section
+            write_results(measured, arguments.out)
+            for row in part.section.rows:
+                print(f"{row.name}: {row.value} ({row.bar})")
 
 
 if __name__ == "__main__":

@@ -6,9 +6,16 @@ extern "C" {
 }
 
 #include <algorithm>
+#include <limits>
 
 namespace vantrel {
 namespace {
+
+/// Damage alone explains times beyond this many ticks.
+constexpr int64_t kMostTicks = int64_t{1} << 55;
+
+/// What the muxer takes of one packet, in ticks.
+constexpr int64_t kLongestDuration = std::numeric_limits<int32_t>::max();
 
 /// Samples at a packet's end that are not to be heard (the second number of the record).
 int64_t discardedAtEnd(const AVPacket& packet) {
@@ -28,9 +35,11 @@ void AudioClock::convert(AVPacket& packet, AVRational source) {
   const int samples =
       av_get_audio_frame_duration2(const_cast<AVCodecParameters*>(&m_parameters), packet.size);
   int64_t time = timeOf(packet, source, samples);
+  if (time < -kMostTicks || time > kMostTicks) time = m_end;
   if (m_start) time = std::max(time, m_last + 1);
-  packet.duration = packet.duration > 0 ? av_rescale_q(packet.duration, source, m_timeBase)
-                                        : av_rescale_q(samples, sampleTime, m_timeBase);
+  const int64_t duration = av_rescale_q(packet.duration, source, m_timeBase);
+  const bool isBelievable = duration > 0 && duration <= kLongestDuration;
+  packet.duration = isBelievable ? duration : av_rescale_q(samples, sampleTime, m_timeBase);
   packet.pts = packet.dts = time;
   if (!m_start) m_start = time;
   m_last = time;
@@ -38,9 +47,10 @@ void AudioClock::convert(AVPacket& packet, AVRational source) {
   m_end = std::max(time + 1, time + packet.duration - discarded);
 }
 
+/// In ticks; that of an unbroken stream where the packet tells none.
 int64_t AudioClock::timeOf(const AVPacket& packet, AVRational source, int samples) {
   const int64_t time = packet.pts != AV_NOPTS_VALUE ? packet.pts : packet.dts;
-  if (time == AV_NOPTS_VALUE) return m_end;
+  if (time < -kMostTicks || time > kMostTicks) return m_end;
   if (samples <= 0) return av_rescale_q(time, source, m_timeBase);
   const AVRational sampleTime{1, m_parameters.sample_rate};
   return av_rescale_delta(source, time, sampleTime, samples, &m_cadence, m_timeBase);

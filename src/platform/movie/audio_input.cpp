@@ -88,13 +88,8 @@ std::vector<QuickTimeEdit> AudioInput::edits(int32_t movieTimescale) const {
     return editsShowing(first - start, m_clock->end() - start, first - start, timescale,
                         movieTimescale);
   }
-  std::vector<QuickTimeEdit> edits = source->edits;
-  for (QuickTimeEdit& edit : edits) {
-    if (edit.mediaTime > 0) {
-      edit.mediaTime = av_rescale(edit.mediaTime, timescale, source->timescale);
-    }
-  }
-  return edits;
+  return convertedEdits(source->edits, source->timescale, *m_clock->start(), m_clock->end(),
+                        timescale, movieTimescale);
 }
 
 std::optional<uint16_t> AudioInput::language() const {

@@ -25,7 +25,7 @@ AudioOutput::AudioOutput(ReadingState& state, const Movie& movie, const MovieTra
   const AVRational timeBase = m_demuxer.stream().time_base;
   const auto segments = movieSegments(movie, track, timeBase);
   if (!segments.empty()) m_segment = segments.front();
-  m_shift = av_rescale_q(movie.startOffset(), AV_TIME_BASE_Q, timeBase);
+  m_shift = av_rescale_q(movie.startOffset(), {1, AV_TIME_BASE}, timeBase);
 }
 
 std::optional<MovieSample> AudioOutput::copyNextSample() {

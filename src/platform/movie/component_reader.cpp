@@ -124,12 +124,11 @@ void ComponentReader::readRow(int y, int width, uint8_t* target) {
   const uint8_t* source = m_frame.data[component.plane] +
                           static_cast<ptrdiff_t>(y) * m_frame.linesize[component.plane] +
                           component.offset;
-  if (m_descriptor.flags & AV_PIX_FMT_FLAG_BITSTREAM)
+  const bool isByte = isReadAsByte(component);
+  if (m_descriptor.flags & AV_PIX_FMT_FLAG_BITSTREAM || (isByte && component.depth < 8))
     readBits(y, width, target);
-  else if (isReadAsByte(component) && component.depth == 8)
+  else if (isByte)
     gatherBytes(source + isBigEndian, component.step, width, target);
-  else if (isReadAsByte(component))
-    readBits(y, width, target);
   else if (isBigEndian == (std::endian::native == std::endian::big))
     gatherWords<false>(source, component, width, target);
   else

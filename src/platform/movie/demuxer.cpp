@@ -28,6 +28,7 @@ Demuxer::Demuxer(const Movie& movie, const MovieTrack& track, const std::stop_to
   if (m_input.boxes() && track.kind == MovieTrack::Kind::Video && track.quickTime) {
     m_sampleCount = track.quickTime->sampleCount;
   }
+  m_isTransmittedSound = isTransmission() && track.kind == MovieTrack::Kind::Audio;
   m_nextEntry = 0;
   requireWholeFile();
 }
@@ -54,27 +55,37 @@ bool Demuxer::readOwn(AVPacket& packet) {
   return false;
 }
 
-bool Demuxer::endsCut(AVPacket& packet) {
-  while (readOwn(packet)) {
-    if ((packet.flags & AV_PKT_FLAG_CORRUPT) == 0) return false;
-  }
-  return true;
-}
-
 bool Demuxer::read(AVPacket& packet) {
+  if (m_isTransmittedSound) return readTransmittedSound(packet);
   if (!readOwn(packet)) {
     requireAllPackets();
     return false;
   }
-  if ((packet.flags & AV_PKT_FLAG_CORRUPT) != 0) {
-    if (!isTransmission()) failAtEarlyEnd();
-    if (m_stream->codecpar->codec_type == AVMEDIA_TYPE_AUDIO) {
-      if (endsCut(packet)) return false;
-      fail("Some of its sound is missing");
-    }
-  }
+  if ((packet.flags & AV_PKT_FLAG_CORRUPT) != 0 && !isTransmission()) failAtEarlyEnd();
   countPacket(packet);
   return true;
+}
+
+bool Demuxer::readTransmittedSound(AVPacket& packet) {
+  if (!m_ahead) {
+    m_ahead = makePacket();
+    readAhead();
+  }
+  if (!m_hasAhead) return false;
+  av_packet_move_ref(&packet, m_ahead.get());
+  readAhead();
+  return m_hasAhead || !m_isCut;
+}
+
+void Demuxer::readAhead() {
+  m_hasAhead = readOwn(*m_ahead);
+  if (!m_hasAhead) return;
+  if ((m_ahead->flags & AV_PKT_FLAG_CORRUPT) != 0) {
+    m_isCut = true;
+    m_packetsBehindCut = 0;
+  } else if (m_isCut && ++m_packetsBehindCut > 1) {
+    fail("Some of its sound is missing");
+  }
 }
 
 std::optional<int> Demuxer::entryOf(const AVPacket& packet) const {
@@ -113,11 +124,11 @@ bool Demuxer::rewind() {
   if (isTransmission()) {
     return av_seek_frame(&m_input.context(), -1, 0, AVSEEK_FLAG_BYTE) >= 0;
   }
-  // The first packet need not be marked as a key frame.
   const AVIndexEntry* first = avformat_index_get_entry(m_stream, 0);
-  const int flags = AVSEEK_FLAG_BACKWARD | AVSEEK_FLAG_ANY;
-  return first ? av_seek_frame(&m_input.context(), m_stream->index, first->timestamp, flags) >= 0
-               : m_input.rewind();
+  const int64_t start = m_stream->start_time == AV_NOPTS_VALUE ? 0 : m_stream->start_time;
+  // The first packet need not be marked as a key frame.
+  return av_seek_frame(&m_input.context(), m_stream->index, first ? first->timestamp : start,
+                       AVSEEK_FLAG_BACKWARD | AVSEEK_FLAG_ANY) >= 0;
 }
 
 void Demuxer::fail(const std::string& words) const {

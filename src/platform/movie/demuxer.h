@@ -41,8 +41,8 @@ class Demuxer final {
   [[noreturn]] void failAtEarlyEnd() const { fail(kEndsTooEarly); }
   void requireWholeFile() const;
   [[nodiscard]] bool readOwn(AVPacket& packet);
-  /// Whether only damage follows, which is what the last, cut packet of a transmission becomes.
-  [[nodiscard]] bool endsCut(AVPacket& packet);
+  [[nodiscard]] bool readTransmittedSound(AVPacket& packet);
+  void readAhead();
   /// Its place in the stream's index.
   [[nodiscard]] std::optional<int> entryOf(const AVPacket& packet) const;
   void countPacket(const AVPacket& packet);
@@ -57,6 +57,15 @@ class Demuxer final {
   std::optional<int> m_nextEntry;
   /// A parser joins and splits the samples, so that packets cannot be counted.
   bool m_isParsed = false;
+
+  // Of transmitted sound. What is flagged corrupt is several packets with one damage, the rest of
+  // which is not flagged. The end of the file may be such a place; the last packet is then not
+  // whole and left out.
+  bool m_isTransmittedSound = false;
+  AvPacketPtr m_ahead;
+  bool m_hasAhead = false;
+  bool m_isCut = false;
+  int m_packetsBehindCut = 0;
 };
 
 }  // namespace vantrel

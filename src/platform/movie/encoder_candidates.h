@@ -10,7 +10,7 @@ namespace vantrel {
 /// An encoder that may or may not work on this machine.
 struct EncoderCandidate {
   EncoderOptions setup;
-  /// A trial tells whether it works, since drivers promise more than they keep.
+  /// Takes pictures with interleaved chroma, and HDR metadata from them.
   bool isHardware = false;
   /// The device whose memory its pictures must lie in.
   AVHWDeviceType device = AV_HWDEVICE_TYPE_NONE;

@@ -37,7 +37,7 @@ constexpr double kBufferSeconds = 0.5;
 constexpr double kBufferFrames = 15;
 
 /// x264's own tolerance of 1 lets a film of a second miss the rate by 40 %.
-constexpr const char* kX264RateTolerance = "0.1";
+constexpr const char* kX264RateTolerance = "0.03";
 /// With a buffer, the highest rate in terms of the average.
 constexpr double kX264MaxRate = 1.5;
 /// x265 tends to leave the buffer about as full as this.

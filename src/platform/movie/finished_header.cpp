@@ -11,6 +11,9 @@
 namespace vantrel {
 namespace {
 
+/// In ticks of a track; more would not fit into signed numbers.
+constexpr uint64_t kLongestMedia = std::numeric_limits<int64_t>::max();
+
 /// Makes the samples of a track end at `mediaEnd`: changes how long the last one in the order of
 /// decoding lasts, which is the only one that no other follows. Composition times are decoding
 /// times plus an offset of no less than 0, so the sum then covers the end of the last one shown.
@@ -31,11 +34,14 @@ uint64_t endSamplesAt(BoxTree& timeTable, int64_t mediaEnd) {
     const Run run{cursor.u32(), cursor.u32()};
     if (run.count == 0) continue;
     runs.push_back(run);
-    start += uint64_t{run.count} * run.duration;
+    const uint64_t length = uint64_t{run.count} * run.duration;
+    if (length > kLongestMedia - start) throw DamagedBoxes("The movie header is damaged");
+    start += length;
   }
   if (runs.empty()) return 0;
   start -= runs.back().duration;
-  const int64_t wanted = std::max<int64_t>(mediaEnd - static_cast<int64_t>(start), 1);
+  const int64_t end = std::max<int64_t>(mediaEnd, 0);
+  const int64_t wanted = std::max<int64_t>(end - static_cast<int64_t>(start), 1);
   if (wanted > std::numeric_limits<int32_t>::max()) {
     throw DamagedBoxes("The last picture lasts too long");
   }
@@ -134,7 +140,7 @@ class Track final {
     const auto last = std::find_if(m_edits.rbegin(), m_edits.rend(),
                                    [](const QuickTimeEdit& edit) { return edit.mediaTime >= 0; });
     if (!editsFollow || last == m_edits.rend()) return;
-    const int64_t shown = std::max<int64_t>(mediaEnd - last->mediaTime, 0);
+    const int64_t shown = mediaEnd > last->mediaTime ? mediaEnd - last->mediaTime : 0;
     last->segmentDuration = rescaledTicks(shown, m_media.number(), m_movieTimescale);
   }
 

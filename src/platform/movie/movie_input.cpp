@@ -168,10 +168,9 @@ void MovieInput::readBoxes(const AVInputFormat& format) {
   if (std::string_view(format.name).substr(0, 4) != "mov,") return;
   m_boxes = QuickTimeMovie::read(m_file->path());
   if (m_boxes && m_boxes->timescale > INT32_MAX) m_boxes.reset();
-  if (!m_boxes) return;
   // libavformat makes an entry for each sample that a table claims, so that a few bytes could take
   // up gigabytes.
-  if (claimedSamples(m_file->path(), *m_boxes) > static_cast<uint64_t>(m_file->size())) {
+  if (claimedSamples(m_file->path(), m_boxes) > static_cast<uint64_t>(m_file->size())) {
     m_file->fail(FileAction::Open, AVERROR_INVALIDDATA);
   }
 }

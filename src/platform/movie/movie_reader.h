@@ -27,7 +27,7 @@ struct VideoOutputSettings {
 /// each output for one thread. The destructor cancels and joins.
 class MovieReader final : public ReadingSession {
  public:
-  /// Throws MovieError or std::system_error when the file cannot be opened.
+  /// Opens nothing yet.
   explicit MovieReader(const Movie& movie);
   ~MovieReader() override;
 
@@ -37,10 +37,10 @@ class MovieReader final : public ReadingSession {
   [[nodiscard]] bool canAdd(const MovieTrack& track) const;
 
   /// Decoded pictures, turned and cropped, each shown frame once, in the order of their times.
-  /// Before `startReading`. Throws MovieError.
+  /// Before `startReading`. Throws MovieError, std::system_error or, once cancelled, Cancelled.
   SampleOutput& addVideoOutput(const MovieTrack& track, const VideoOutputSettings& settings);
   /// The packets as they stand, with nothing trimmed by edit lists. Before `startReading`. Throws
-  /// MovieError.
+  /// as addVideoOutput does.
   SampleOutput& addAudioOutput(const MovieTrack& track);
 
   [[nodiscard]] bool startReading() override;

@@ -14,7 +14,7 @@ int64_t bounded(int64_t ticks) {
 
 MovieSegment wholeMedia(const Movie& movie, AVRational timeBase) {
   MovieSegment segment;
-  segment.mediaStart = bounded(-av_rescale_q(movie.startOffset(), AV_TIME_BASE_Q, timeBase));
+  segment.mediaStart = bounded(-av_rescale_q(movie.startOffset(), {1, AV_TIME_BASE}, timeBase));
   return segment;
 }
 

@@ -1,6 +1,7 @@
 #include "platform/movie/movie_writer.h"
 
 #include <cstdio>
+#include <system_error>
 #include <utility>
 
 #include "base/cancelled.h"
@@ -22,6 +23,16 @@ bool makeSense(const VideoInputSettings& settings) {
   return settings.width >= 2 && settings.height >= 2 && settings.width % 2 == 0 &&
          settings.height % 2 == 0 && settings.timescale > 0 && settings.bitsPerSecond > 0 &&
          !(settings.isHdr && settings.codec != VideoCodec::Hevc);
+}
+
+/// Throws what is being handled; errors of the system become errors of saving `file`, under the
+/// name by which the user may know it.
+[[noreturn]] void rethrowAsErrorOf(const std::filesystem::path& file) {
+  try {
+    throw;
+  } catch (const std::system_error& error) {
+    throw fileError(file, FileAction::Save, error.code());
+  }
 }
 
 }  // namespace
@@ -101,7 +112,7 @@ void MovieWriter::Session::rewrite() {
   } catch (...) {
     std::error_code ignored;
     std::filesystem::remove(rewritten, ignored);
-    throw;
+    rethrowAsErrorOf(m_file);
   }
 }
 

@@ -61,12 +61,13 @@ class MovieWriter final : public WritingSession {
   ~MovieWriter() override;
 
   /// Movie header in front of the data when finished; the finished file is then rewritten beside
-  /// itself once.
+  /// itself once. On by default: without it the file lacks what only rewriting puts in, namely
+  /// carried boxes and edits, disabled tracks and the last picture's duration.
   void setShouldOptimizeForNetworkUse(bool optimize);
-  /// Ticks per second of the movie header.
+  /// Ticks per second of the movie header, in which the edits of audio sources count.
   void setMovieTimescale(int32_t timescale);
 
-  /// Whether an encoder takes these settings here and now; tried with a real frame.
+  /// Whether an encoder takes these settings here and now; tried out.
   [[nodiscard]] bool canApply(const VideoInputSettings& settings) const;
   [[nodiscard]] bool canAdd(const VideoInputSettings& settings) const;
   [[nodiscard]] bool canAdd(const AudioInputSettings& settings) const;

@@ -22,7 +22,8 @@ struct QuickTimeEdit {
   friend bool operator==(const QuickTimeEdit&, const QuickTimeEdit&) = default;
 };
 
-/// What the boxes of one track say. Boxes that are carried as they are have their header with them.
+/// What the boxes of one track say. Durations that are not known are 0. Boxes that are carried as
+/// they are have their header with them.
 struct QuickTimeTrack {
   uint32_t trackID = 0;
   bool enabled = true;

@@ -17,6 +17,7 @@ struct QuickTimeTrackChange {
   bool enabled = true;
   /// `mdhd`'s language as it is to stand; absent: as written.
   std::optional<uint16_t> language;
+  /// Takes the place of the track's own; absent: the track has none.
   std::optional<std::string> extendedLanguageTag;
   /// Whole boxes that take the place of the track's own; empty: the track has none.
   std::vector<uint8_t> userData, metadata;
@@ -24,8 +25,8 @@ struct QuickTimeTrackChange {
   /// the finished movie's timescale, media times in the written track's.
   std::optional<std::vector<QuickTimeEdit>> edits;
   /// The end of the last shown sample, in ticks of the track and on the track's own media time
-  /// line; absent: as written. Sample times, `mdhd`, `tkhd` and, where `edits` is absent, the last
-  /// edit then follow.
+  /// line, which starts with the first sample's decoding time; absent: as written. The length of
+  /// the last sample, `mdhd`, `tkhd` and, where `edits` is absent, the last edit then follow.
   std::optional<int64_t> mediaEnd;
 };
 

@@ -42,13 +42,15 @@ uint64_t samplesOfFragments(BoxFile& file) {
 
 }  // namespace
 
-uint64_t claimedSamples(const std::filesystem::path& path, const QuickTimeMovie& movie) {
-  uint64_t samples = 0;
-  for (const QuickTimeTrack& track : movie.tracks)
-    samples += track.sampleCount;
-  if (!movie.isFragmented) return samples;
+uint64_t claimedSamples(const std::filesystem::path& path,
+                        const std::optional<QuickTimeMovie>& movie) {
   BoxFile file(path);
-  return samples + samplesOfFragments(file);
+  // A damaged movie header does not keep libavformat from reading the fragments.
+  uint64_t samples = samplesOfFragments(file);
+  if (!movie) return samples;
+  for (const QuickTimeTrack& track : movie->tracks)
+    samples += track.sampleCount;
+  return samples;
 }
 
 }  // namespace vantrel

@@ -80,7 +80,7 @@ VideoEncoder VideoEncoder::open(const std::filesystem::path& file,
                                 const std::vector<EncoderCandidate>& candidates) {
   std::optional<MovieError> reason;
   for (const EncoderCandidate& candidate : candidates) {
-    if (candidate.isHardware && !encodesTrial(settings, candidate)) continue;
+    if (candidate.isHardware && !works(settings, candidate)) continue;
     try {
       return {file, settings, candidate};
     } catch (const MovieError& error) {
@@ -92,15 +92,14 @@ VideoEncoder VideoEncoder::open(const std::filesystem::path& file,
 
 bool VideoEncoder::canEncode(const VideoInputSettings& settings,
                              const std::vector<EncoderCandidate>& candidates) {
-  return std::any_of(candidates.begin(), candidates.end(), [&settings](const auto& candidate) {
-    return encodesTrial(settings, candidate);
-  });
+  return std::any_of(candidates.begin(), candidates.end(),
+                     [&settings](const auto& candidate) { return works(settings, candidate); });
 }
 
-bool VideoEncoder::encodesTrial(const VideoInputSettings& settings,
-                                const EncoderCandidate& candidate) {
+bool VideoEncoder::works(const VideoInputSettings& settings, const EncoderCandidate& candidate) {
   try {
     VideoEncoder encoder({}, settings, candidate);
+    if (!candidate.isHardware) return true;
     encoder.send(greyPicture(settings), true);
     encoder.sendEnd();
     return encoder.receive() != nullptr;

@@ -18,7 +18,7 @@ class VideoEncoder final {
   [[nodiscard]] static VideoEncoder open(const std::filesystem::path& file,
                                          const VideoInputSettings& settings,
                                          const std::vector<EncoderCandidate>& candidates);
-  /// Whether one of them encodes a picture of these settings.
+  /// Whether one of them works.
   [[nodiscard]] static bool canEncode(const VideoInputSettings& settings,
                                       const std::vector<EncoderCandidate>& candidates);
 
@@ -41,8 +41,9 @@ class VideoEncoder final {
   VideoEncoder(std::filesystem::path file, const VideoInputSettings& settings,
                EncoderCandidate candidate);
 
-  [[nodiscard]] static bool encodesTrial(const VideoInputSettings& settings,
-                                         const EncoderCandidate& candidate);
+  /// Whether it opens and, for hardware, encodes a picture: drivers promise more than they keep.
+  [[nodiscard]] static bool works(const VideoInputSettings& settings,
+                                  const EncoderCandidate& candidate);
   void setUp(AVCodecContext& context) const;
   void attachDevice(AVCodecContext& context);
   void attachSurfaces(AVCodecContext& context, AVBufferRef* device) const;

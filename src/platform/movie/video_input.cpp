@@ -15,6 +15,16 @@ extern "C" {
 #include "platform/movie/shown_span.h"
 
 namespace vantrel {
+namespace {
+
+/// Damage alone explains more ticks.
+constexpr int64_t kMostTicks = int64_t{1} << 55;
+
+bool isBelievable(int64_t ticks) {
+  return -kMostTicks < ticks && ticks < kMostTicks;
+}
+
+}  // namespace
 
 VideoInput::VideoInput(std::filesystem::path file, const VideoInputSettings& settings,
                        WritingState& state, TrackPace& pace)
@@ -81,14 +91,15 @@ AvFramePtr VideoInput::accepted(MovieSample& sample) {
   }
   AvFramePtr picture = std::move(content->frame);
   const AVRational ticks{1, m_settings.timescale};
-  picture->pts = av_rescale_q(picture->pts, content->timeBase, ticks) - inTicks(m_sessionStart);
-  if (m_lastTime && picture->pts <= *m_lastTime) {
+  const int64_t time = av_rescale_q(picture->pts, content->timeBase, ticks);
+  picture->pts = isBelievable(time) ? time - inTicks(m_sessionStart) : AV_NOPTS_VALUE;
+  if (!isBelievable(picture->pts) || (m_lastTime && picture->pts <= *m_lastTime)) {
     throw MovieError(m_file, FileAction::Save, AVERROR_INVALIDDATA);
   }
   if (!m_firstTime) m_firstTime = picture->pts;
   if (m_lastTime) m_lastGap = picture->pts - *m_lastTime;
   m_lastTime = picture->pts;
-  m_lastDuration = inTicks(sample.duration());
+  m_lastDuration = isBelievable(inTicks(sample.duration())) ? inTicks(sample.duration()) : 0;
   return picture;
 }
 

@@ -75,6 +75,13 @@ TEST_F(AudioClockTest, GoesOnBehindTheLastPacketWhereThereIsNoTime) {
   EXPECT_EQ(timeOf(AV_NOPTS_VALUE, {1, 44'100}), 1536);
 }
 
+TEST_F(AudioClockTest, DoesNotBelieveTimesThatOnlyDamageExplains) {
+  EXPECT_EQ(timeOf(0, {1, 44'100}, 1024), 0);
+  EXPECT_EQ(timeOf(INT64_MAX, {1, 44'100}, INT64_MAX), 1024);
+  EXPECT_EQ(timeOf(INT64_MAX / 1000, {1000, 1}), 2048);
+  EXPECT_EQ(timeOf(INT64_MIN + 1, {1000, 1}), 3072);
+}
+
 TEST_F(AudioClockTest, EndsBeforeTheSamplesThatAreNotToBeHeard) {
   const AvPacketPtr packet = makeCoded();
   packet->pts = 0;

@@ -90,7 +90,7 @@ TEST(EncoderOptions, KeepTheRateByABufferOfHalfASecond) {
   EXPECT_EQ(h264.averageRate, 8'000'000);
   EXPECT_EQ(h264.maxRate, 12'000'000);
   EXPECT_EQ(h264.bufferSize, 4'000'000);
-  EXPECT_EQ(optionOf(h264, "x264-params"), "ratetol=0.1");
+  EXPECT_EQ(optionOf(h264, "x264-params"), "ratetol=0.03");
   const EncoderOptions hevc = softwareEncoderOptions(film(VideoCodec::Hevc, 1280, 720), 2);
   EXPECT_EQ(hevc.averageRate, 8'000'000);
   // x265 refuses strict constant rate with more.

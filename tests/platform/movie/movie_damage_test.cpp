@@ -112,6 +112,10 @@ TEST(MovieDamage, OfAFragmentThatClaimsMoreSamplesThanTheFileHasBytesIsRefused) 
   put32(bytes, findBox(bytes, "trun") + 8, 0x0FFFFFFF);
   saveBytes(path, bytes);
   EXPECT_FALSE(opens(path));
+  // Without a movie header that makes sense.
+  put32(bytes, findBox(bytes, "mvhd") + 16, 0);
+  saveBytes(path, bytes);
+  EXPECT_FALSE(opens(path));
 }
 
 }  // namespace

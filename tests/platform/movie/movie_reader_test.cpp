@@ -176,7 +176,7 @@ std::string packetLines(const std::filesystem::path& file) {
   while (const auto sample = output.copyNextSample()) {
     const AVPacket& packet = *sample->content()->packet;
     const int64_t shift =
-        av_rescale_q(movie.startOffset(), AV_TIME_BASE_Q, sample->content()->timeBase);
+        av_rescale_q(movie.startOffset(), {1, AV_TIME_BASE}, sample->content()->timeBase);
     const auto sum = static_cast<uint32_t>(
         av_adler32_update(1, packet.data, static_cast<unsigned>(packet.size)));
     char line[128];
@@ -210,8 +210,8 @@ TEST_F(MovieReaderTest, GivesPacketsOfSoundAsTheyStand) {
     if (isQuickTime) arguments.insert(arguments.end(), {"-ignore_editlist", "1"});
     arguments.push_back(file.string());
     std::string expected = runFfprobe(arguments);
-    // Side data stand in lines of their own.
-    expected = std::regex_replace(expected, std::regex("MPEGTS Stream ID,[0-9]+\n,"), "");
+    // Side data stand behind or between, or begin a line.
+    expected = std::regex_replace(expected, std::regex("MPEGTS Stream ID,[0-9]+(\n,)?"), "");
     expected = std::regex_replace(expected, std::regex(",+\n"), "\n");
     expected = std::regex_replace(expected, std::regex("N/A"), "0");
     EXPECT_EQ(packetLines(file), expected);

@@ -125,6 +125,16 @@ TEST_F(MovieWriterAudioTest, HidesThePrimingThatAMatroskaFileHides) {
   EXPECT_EQ(times.at(1), 16);
 }
 
+TEST_F(MovieWriterAudioTest, ConvertsEditsToTheTicksOfTheWrittenTrack) {
+  Sound sound = readSound(makeTone("tone.mkv", {"-c:a", "aac"}));
+  sound.track.quickTime.emplace();
+  sound.track.quickTime->timescale = 1000;
+  sound.track.quickTime->edits = {{100, -1}, {400, 21}, {100, 50}};
+  write({&sound}, {settingsFor(sound)});
+  EXPECT_EQ(QuickTimeMovie::read(m_file)->tracks.at(1).edits,
+            (std::vector<QuickTimeEdit>{{100, -1}, {400, 21 * 48}, {100, 50 * 48}}));
+}
+
 TEST_F(MovieWriterAudioTest, DelaysSoundThatStartsLater) {
   const auto tone = makeTone("tone.wav", {});
   Sound sound = readSound(tone);

@@ -49,6 +49,7 @@ TEST_F(MovieWriterTest, WritesBothCodecsWithTheirTagsAndColors) {
     EXPECT_EQ(text(stream, "codec_name"), isHevc ? "hevc" : "h264");
     EXPECT_EQ(text(stream, "codec_tag_string"), isHevc ? "hvc1" : "avc1");
     EXPECT_EQ(text(stream, "pix_fmt"), "yuv420p");
+    EXPECT_NE(text(stream, "has_b_frames"), "0");
     EXPECT_EQ(text(stream, "width"), "64");
     EXPECT_EQ(text(stream, "height"), "48");
     EXPECT_EQ(text(stream, "color_range"), "tv");

@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
+#include <limits>
+#include <memory>
 #include <system_error>
 
 #include "base/cancelled.h"
@@ -302,6 +303,23 @@ TEST_F(QuickTimeFinishTest, RefusesWhatMakesNoSense) {
   change.mediaEnd = int64_t{1} << 40;
   EXPECT_THROW(finishQuickTimeMovie(source, out, {0, {change}}), MovieError);
   EXPECT_FALSE(std::filesystem::exists(out));
+}
+
+TEST_F(QuickTimeFinishTest, RefusesSampleTimesBeyondAllNumbers) {
+  const std::filesystem::path source = m_folder / "source.mov";
+  for (const uint32_t runs : {1u, 3u}) {
+    std::filesystem::copy(*s_folder / "film.mov", source,
+                          std::filesystem::copy_options::overwrite_existing);
+    editTrack(source, 1, [runs](EditableBox& trak) {
+      std::string times = bigEndian(0, 4) + bigEndian(runs, 4);
+      for (uint32_t i = 0; i < runs; ++i)
+        times += bigEndian(0xffffffff, 4) + bigEndian(0xffffffff, 4);
+      trak.child("mdia").child("minf").child("stbl").child("stts").payload = times;
+    });
+    QuickTimeTrackChange change = changeOf(1);
+    change.mediaEnd = std::numeric_limits<int64_t>::max();
+    EXPECT_THROW(finishQuickTimeMovie(source, m_folder / "out.mov", {0, {change}}), MovieError);
+  }
 }
 
 TEST_F(QuickTimeFinishTest, RefusesAMovieInFragments) {
