@@ -36,18 +36,22 @@ def full_disk(name, limit_of):
     return Case("Failure", f"disk full at {name}", run)
 
 
-def small_disk(bench):
-    """A file system too small for the movie and its rewrite."""
-    source = sample(bench)
-    mounted = subprocess.run(["mount", "-t", "tmpfs", "-o", "size=256k", "none", bench.target], capture_output=True, check=False)
-    if mounted.returncode != 0:
-        return "not tried: nothing can be mounted here"
-    try:
-        line = bench.failed(source, ODD)
-    finally:
-        subprocess.run(["umount", bench.target], check=True)
-    require(line.endswith("could not be saved: No space left on device"), f"line {line!r}")
-    return line
+def small_disk(name, share):
+    """A file system of this share of the finished movie's size."""
+    def run(bench):
+        source = sample(bench)
+        bench.cropped(source, ODD)
+        size = int(bench.destination.stat().st_size * share)
+        mount = ["mount", "-t", "tmpfs", "-o", f"size={size}", "none", bench.target]
+        if subprocess.run(mount, capture_output=True, check=False).returncode != 0:
+            return "not tried: nothing can be mounted here"
+        try:
+            line = bench.failed(source, ODD)
+        finally:
+            subprocess.run(["umount", bench.target], check=True)
+        require(line.endswith("could not be saved: No space left on device"), f"line {line!r}")
+        return line
+    return Case("Failure", f"no space left for {name}", run)
 
 
 def ordinary_user():
@@ -177,7 +181,8 @@ def cases():
                            ("the first frames", lambda size: size // 4), ("later frames", lambda size: size * 3 // 4),
                            ("the trailer", lambda size: size - 1500), ("the last byte", lambda size: size - 1)):
         yield full_disk(name, limit_of)
-    yield Case("Failure", "disk full for real", small_disk)
+    yield small_disk("the frames", 0.5)
+    yield small_disk("the rewrite", 1.5)
     yield Case("Failure", "read-only folder", read_only_folder)
     yield Case("Failure", "unreadable source", unreadable_source)
     yield Case("Failure", "missing folders", missing_folder)
