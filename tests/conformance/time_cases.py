@@ -45,7 +45,7 @@ def remuxed(name, file, *options, durations=None, rate="25", audio=False):
         movie = bench.cropped(source, ODD)
         check_pictures(bench.destination, View(film, ODD), range(24))
         return check_times(bench.destination, movie, list(zip(starts, starts[1:] + [None])),
-                           fractions.Fraction(probe(source, "-show_format")["format"]["duration"]), 24, base.denominator)
+                           fractions.Fraction(probe(source, "-show_format")["format"]["duration"]), 1000, base.denominator)
     return Case("Time", name, run)
 
 
