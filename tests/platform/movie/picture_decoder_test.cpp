@@ -60,6 +60,39 @@ TEST_F(PictureDecoderTest, KeepsTimesThatAreNotEven) {
   EXPECT_THAT(pictures, ElementsAreArray(expected));
 }
 
+TEST_F(PictureDecoderTest, ShowsTheLastPictureOfMatroskaUntilTheFilmEnds) {
+  // The last picture of the movie lasts a second; Matroska gives it the time of the others.
+  makeNumberedFilm(m_mov, {}, "", 5);
+  const auto mkv = m_folder / "film.mkv";
+  const std::string longLast = "setts=duration='if(eq(N,4),1000,40)'";
+  runFfmpeg({"-i", m_mov, "-c", "copy", "-bsf:v", longLast, mkv});
+  const int64_t end = std::llround(
+      std::stod(runFfprobe({"-show_entries", "format=duration", "-of", "csv=p=0", mkv.string()})) *
+      1000);
+  const auto pictures = shownPictures(mkv);
+  ASSERT_EQ(pictures.size(), 5U);
+  EXPECT_GT(end, 1000);
+  EXPECT_EQ(pictures.back().time + pictures.back().duration, end);
+}
+
+TEST_F(PictureDecoderTest, ShowsTheLastPictureUntilItsTrackEndsWhereSoundGoesOn) {
+  makeNumberedFilm(m_mov, {}, "", 5);
+  const auto mkv = m_folder / "film.mkv";
+  runFfmpeg({"-i", m_mov, "-f", "lavfi", "-i", "sine=d=3", "-c:v", "copy", "-c:a", "aac", "-bsf:v",
+             "setts=duration='if(eq(N,4),1000,40)'", mkv});
+  const auto pictures = shownPictures(mkv);
+  ASSERT_EQ(pictures.size(), 5U);
+  EXPECT_NEAR(static_cast<double>(pictures.back().duration), 1000, 1);
+}
+
+TEST_F(PictureDecoderTest, ShowsTheLastPictureOfAviAsLongAsTheOthers) {
+  const auto avi = m_folder / "film.avi";
+  makeNumberedFilm(avi, {"-bf", "0"});
+  const auto pictures = shownPictures(avi);
+  ASSERT_EQ(pictures.size(), static_cast<size_t>(kPictures));
+  EXPECT_EQ(pictures.back().duration, pictures.front().duration);
+}
+
 TEST_F(PictureDecoderTest, CountsTimesOfEveryContainerFromItsStart) {
   const std::vector<std::pair<std::string, std::vector<std::string>>> films = {
       {"film.mp4", {}},
