@@ -25,9 +25,6 @@ Demuxer::Demuxer(const Movie& movie, const MovieTrack& track, const std::stop_to
     if (i != index) context.streams[i]->discard = AVDISCARD_ALL;
   }
   m_stream = context.streams[index];
-  if (m_input.boxes() && track.kind == MovieTrack::Kind::Video && track.quickTime) {
-    m_sampleCount = track.quickTime->sampleCount;
-  }
   m_isTransmittedSound = isTransmission() && track.kind == MovieTrack::Kind::Audio;
   m_nextEntry = 0;
   requireWholeFile();
@@ -37,15 +34,16 @@ bool Demuxer::isTransmission() const {
   return (m_input.context().iformat->flags & AVFMT_TS_DISCONT) != 0;
 }
 
-void Demuxer::requireWholeFile() const {
-  if (!m_input.boxes()) {
-    if (!containerIsWhole(m_path)) failAtEarlyEnd();
-    return;
-  }
+void Demuxer::requireWholeFile() {
+  if (!containerIsWhole(m_path)) failAtEarlyEnd();
+  // The boxes that are missing may be the very ones that tell of a movie.
   const auto extent = QuickTimeExtent::read(m_path);
   if (!extent) return;
   const QuickTimeExtent::Track* track = extent->track(static_cast<uint32_t>(m_stream->id));
   if (!extent->boxesAreWhole || (track && !track->isWhole)) failAtEarlyEnd();
+  // Packets of sound may hold any number of samples.
+  const bool isVideo = m_stream->codecpar->codec_type == AVMEDIA_TYPE_VIDEO;
+  if (isVideo && m_input.boxes() && track) m_sampleCount = track->sampleCount;
 }
 
 bool Demuxer::readOwn(AVPacket& packet) {

@@ -39,7 +39,7 @@ class Demuxer final {
 
  private:
   [[noreturn]] void failAtEarlyEnd() const { fail(kEndsTooEarly); }
-  void requireWholeFile() const;
+  void requireWholeFile();
   [[nodiscard]] bool readOwn(AVPacket& packet);
   [[nodiscard]] bool readTransmittedSound(AVPacket& packet);
   void readAhead();
@@ -51,7 +51,7 @@ class Demuxer final {
   std::filesystem::path m_path;
   MovieInput m_input;
   AVStream* m_stream = nullptr;
-  /// Samples of the track outside fragments; 0 if unknown.
+  /// Samples of a video track, those in fragments too; 0 if unknown.
   uint64_t m_sampleCount = 0;
   /// Where the next packet is expected in the stream's index; absent after a seek.
   std::optional<int> m_nextEntry;

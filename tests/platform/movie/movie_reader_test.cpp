@@ -52,6 +52,7 @@ struct Reading {
 };
 Reading readAll(const std::filesystem::path& file) try {
   const Movie movie = Movie::open(file);
+  if (movie.tracks(MovieTrack::Kind::Video).empty()) return {0, 0, "No pictures"};
   MovieReader reader(movie);
   SampleOutput& video = reader.addVideoOutput(videoTrack(movie), wholePicture());
   SampleOutput* audio = nullptr;
@@ -260,6 +261,16 @@ TEST_F(MovieReaderTest, SaysThatAFileEndsTooEarly) {
   makeFilm(m_mov, {"-movflags", "faststart"});
   std::filesystem::resize_file(m_mov, std::filesystem::file_size(m_mov) - 100);
   EXPECT_EQ(readAll(m_mov).error, "“film.mov” could not be read: The file ends too early");
+}
+
+TEST_F(MovieReaderTest, FailsForAMovieHeaderThatIsCutAnywhere) {
+  makeFilm(m_mov);
+  const std::string bytes = readFile(m_mov);
+  const size_t header = bytes.find("moov") - 4;
+  for (size_t cut = 1; cut < bytes.size() - header; cut += 7) {
+    writeFile(m_mov, bytes.substr(0, bytes.size() - cut));
+    EXPECT_NE(readAll(m_mov).error, "") << cut;
+  }
 }
 
 TEST_F(MovieReaderTest, TakesATransmissionThatEndsAnywhere) {
