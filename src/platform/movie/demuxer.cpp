@@ -7,6 +7,8 @@
 namespace vantrel {
 namespace {
 
+constexpr const char* kIsDamaged = "Some of it is damaged";
+
 AVMediaType mediaTypeOf(MovieTrack::Kind kind) {
   return kind == MovieTrack::Kind::Video ? AVMEDIA_TYPE_VIDEO : AVMEDIA_TYPE_AUDIO;
 }
@@ -28,6 +30,7 @@ Demuxer::Demuxer(const Movie& movie, const MovieTrack& track, const std::stop_to
   m_isTransmittedSound = isTransmission() && track.kind == MovieTrack::Kind::Audio;
   m_nextEntry = 0;
   requireWholeFile();
+  m_walk = ContainerWalk::open(m_path);
 }
 
 bool Demuxer::isTransmission() const {
@@ -61,7 +64,13 @@ bool Demuxer::read(AVPacket& packet) {
   }
   if ((packet.flags & AV_PKT_FLAG_CORRUPT) != 0 && !isTransmission()) failAtEarlyEnd();
   countPacket(packet);
+  requireSoundUpTo(packet);
   return true;
+}
+
+void Demuxer::requireSoundUpTo(const AVPacket& packet) {
+  if (!m_walk || packet.pos < 0) return;
+  if (!m_walk->isSoundUpTo(static_cast<uint64_t>(packet.pos))) fail(kIsDamaged);
 }
 
 bool Demuxer::readTransmittedSound(AVPacket& packet) {
@@ -106,7 +115,8 @@ void Demuxer::countPacket(const AVPacket& packet) {
   if (m_nextEntry) ++*m_nextEntry;
 }
 
-void Demuxer::requireAllPackets() const {
+void Demuxer::requireAllPackets() {
+  if (m_walk && !m_walk->isSound()) fail(kIsDamaged);
   if (!m_input.boxes() || m_isParsed || !m_nextEntry) return;
   const int count = avformat_index_get_entries_count(m_stream);
   if (*m_nextEntry < count || static_cast<uint64_t>(count) < m_sampleCount) failAtEarlyEnd();
@@ -114,11 +124,13 @@ void Demuxer::requireAllPackets() const {
 
 bool Demuxer::seek(int64_t time) {
   m_nextEntry.reset();
+  m_walk.reset();
   return av_seek_frame(&m_input.context(), m_stream->index, time, AVSEEK_FLAG_BACKWARD) >= 0;
 }
 
 bool Demuxer::rewind() {
   m_nextEntry.reset();
+  m_walk.reset();
   if (isTransmission()) {
     return av_seek_frame(&m_input.context(), -1, 0, AVSEEK_FLAG_BYTE) >= 0;
   }

@@ -17,16 +17,6 @@ uint32_t numberIn(BoxFile& file, const FileBox& box, uint64_t at) {
   return ByteCursor(bytes).u32();
 }
 
-/// Whether four bytes are one of the types that anybody uses: damage mostly is not.
-bool isPlausibleType(uint32_t type) {
-  for (int shift = 0; shift < 32; shift += 8) {
-    const uint32_t character = type >> shift & 0xFF;
-    const bool isPrintable = character >= ' ' && character <= '~';
-    if (!isPrintable && character != 0xA9) return false;
-  }
-  return true;
-}
-
 class ExtentScan {
  public:
   explicit ExtentScan(const std::filesystem::path& path) : m_file(path) {}

@@ -310,6 +310,28 @@ void damagePackets(const std::filesystem::path& file, int first, int count) {
   writeFile(file, bytes);
 }
 
+TEST_F(MovieReaderTest, FailsWhereADemuxerPassesOverDamage) {
+  for (const char* name : {"film.mkv", "film.webm", "film.avi"}) {
+    SCOPED_TRACE(name);
+    const auto file = m_folder / name;
+    const bool isAvi = file.extension() == ".avi", isWebm = file.extension() == ".webm";
+    makeFilm(file, isAvi    ? std::vector<std::string>{"-c:v", "mpeg4", "-q:v", "2"}
+                   : isWebm ? std::vector<std::string>{"-c:v", "libvpx", "-deadline", "realtime"}
+                            : std::vector<std::string>());
+    const std::string bytes = readFile(file);
+    EXPECT_EQ(readAll(file).error, "");
+    for (const double part : {0.3, 0.5, 0.7}) {
+      const auto at = static_cast<size_t>(part * static_cast<double>(bytes.size()));
+      for (const char filler : {'\0', '\xA5'}) {
+        // More than one packet has.
+        const size_t length = bytes.size() / 8;
+        writeFile(file, std::string(bytes).replace(at, length, length, filler));
+        EXPECT_THAT(readAll(file).error, EndsWith("Some of it is damaged")) << part;
+      }
+    }
+  }
+}
+
 TEST_F(MovieReaderTest, GetsOverAFewDamagedPictures) {
   makeFilm(m_mov);
   damagePackets(m_mov, 22, 3);
