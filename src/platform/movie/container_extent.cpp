@@ -43,7 +43,32 @@ bool riffIsWhole(BoxFile& file) {
   return true;
 }
 
+constexpr uint64_t kTransportPacket = 188;
+constexpr uint8_t kTransportSync = 0x47;
+
+/// Whether a packet begins at `offset`, as those before it do.
+bool isTransportPacket(BoxFile& file, uint64_t offset, uint64_t stride) {
+  constexpr uint64_t kPacketsBefore = 8;
+  for (uint64_t packet = 0; packet <= kPacketsBefore; ++packet) {
+    std::array<uint8_t, 1> byte{};
+    if (packet * stride > offset || !file.read(offset - packet * stride, byte)) return false;
+    if (byte[0] != kTransportSync) return false;
+  }
+  return true;
+}
+
 }  // namespace
+
+bool transportIsWhole(const std::filesystem::path& path) {
+  BoxFile file(path);
+  // Alone, behind a time stamp, and before its check bytes.
+  for (const uint64_t stride : {kTransportPacket, kTransportPacket + 4, kTransportPacket + 16}) {
+    for (uint64_t left = 1; left < kTransportPacket && left <= file.size(); ++left) {
+      if (isTransportPacket(file, file.size() - left, stride)) return false;
+    }
+  }
+  return true;
+}
 
 bool containerIsWhole(const std::filesystem::path& path) {
   BoxFile file(path);

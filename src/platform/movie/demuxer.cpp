@@ -1,5 +1,7 @@
 #include "platform/movie/demuxer.h"
 
+#include <string_view>
+
 #include "platform/movie/container_extent.h"
 #include "platform/movie/movie_error.h"
 #include "platform/movie/quicktime_extent.h"
@@ -39,6 +41,8 @@ bool Demuxer::isTransmission() const {
 
 void Demuxer::requireWholeFile() {
   if (!containerIsWhole(m_path)) failAtEarlyEnd();
+  const bool isTransport = std::string_view(m_input.context().iformat->name) == "mpegts";
+  if (isTransport && !transportIsWhole(m_path)) failAtEarlyEnd();
   // The boxes that are missing may be the very ones that tell of a movie.
   const auto extent = QuickTimeExtent::read(m_path);
   if (!extent) return;

@@ -24,6 +24,8 @@ using namespace testing;
 using ::testing::EndsWith;
 using Status = ReadingSession::Status;
 
+constexpr size_t kTransportPacket = 188;
+
 VideoOutputSettings wholePicture() {
   VideoOutputSettings settings;
   settings.width = 64;
@@ -273,16 +275,57 @@ TEST_F(MovieReaderTest, FailsForAMovieHeaderThatIsCutAnywhere) {
   }
 }
 
-TEST_F(MovieReaderTest, TakesATransmissionThatEndsAnywhere) {
+TEST_F(MovieReaderTest, TakesATransmissionThatEndsWithAnyPacket) {
   const auto file = m_folder / "film.ts";
   makeFilm(file);
   const auto size = std::filesystem::file_size(file);
   for (const double part : {1.0, 0.97, 0.8, 0.5}) {
-    std::filesystem::resize_file(file, static_cast<uintmax_t>(static_cast<double>(size) * part));
+    const auto packets = static_cast<uintmax_t>(static_cast<double>(size / kTransportPacket) * part);
+    std::filesystem::resize_file(file, packets * kTransportPacket);
     const Reading reading = readAll(file);
     EXPECT_EQ(reading.error, "") << part;
     EXPECT_GT(reading.pictures, 50 * part - 10);
   }
+}
+
+TEST_F(MovieReaderTest, FailsForATransmissionThatEndsWithinAPacket) {
+  const auto file = m_folder / "film.ts";
+  makeFilm(m_mov);
+  // Packets alone, and behind time stamps.
+  for (const char* mode : {"0", "1"}) {
+    runFfmpeg({"-i", m_mov.string(), "-c", "copy", "-mpegts_m2ts_mode", mode, file.string()});
+    const auto size = std::filesystem::file_size(file);
+    for (const uintmax_t cut : {1U, 100U, 187U}) {
+      std::filesystem::resize_file(file, size - cut);
+      EXPECT_THAT(readAll(file).error, EndsWith("The file ends too early")) << cut;
+    }
+  }
+}
+
+TEST_F(MovieReaderTest, FailsForATransmissionThatHasLostManyPictures) {
+  const auto file = m_folder / "film.ts";
+  makeFilm(file);
+  std::string bytes = readFile(file);
+  const size_t packets = bytes.size() / kTransportPacket;
+  const auto isPicture = [](const std::string& packet) {
+    return (packet[1] & 0x1F) == 1 && packet[2] == 0;
+  };
+  // Packets are counted in four bits: a gap of as many packets of pictures would not show.
+  int pictures = 0;
+  const size_t begin = packets * 3 / 10 * kTransportPacket;
+  size_t end = begin;
+  while (end < 2 * begin || pictures % 16 == 0) {
+    if (isPicture(bytes.substr(end, kTransportPacket))) ++pictures;
+    end += kTransportPacket;
+  }
+  bytes.erase(begin, end - begin);
+  writeFile(file, bytes);
+  const Movie movie = Movie::open(file);
+  MovieReader reader(movie);
+  SampleOutput& video = reader.addVideoOutput(videoTrack(movie), wholePicture());
+  ASSERT_TRUE(reader.startReading());
+  EXPECT_LT(countSamples(video), 45);
+  EXPECT_EQ(reader.status(), Status::failed);
 }
 
 TEST_F(MovieReaderTest, TakesATransmissionThatBeginsAnywhere) {
@@ -290,7 +333,7 @@ TEST_F(MovieReaderTest, TakesATransmissionThatBeginsAnywhere) {
   makeFilm(file);
   const std::string bytes = readFile(file);
   // The tables come again and again.
-  writeFile(file, bytes.substr(bytes.size() / 3));
+  writeFile(file, bytes.substr(bytes.size() / 3 + 1));
   const Reading reading = readAll(file);
   EXPECT_EQ(reading.error, "");
   EXPECT_GT(reading.pictures, 15);
