@@ -18,7 +18,8 @@ AVMediaType mediaTypeOf(MovieTrack::Kind kind) {
 }  // namespace
 
 Demuxer::Demuxer(const Movie& movie, const MovieTrack& track, const std::stop_token& stop)
-    : m_path(movie.path()), m_input(MovieInput::open(m_path, stop, {.ignoresEditLists = true})) {
+    : m_path(movie.path()),
+      m_input(MovieInput::open(m_path, stop, {.ignoresEditLists = true, .isDescribed = true})) {
   AVFormatContext& context = m_input.context();
   const auto index = static_cast<unsigned>(track.streamIndex);
   if (track.streamIndex < 0 || index >= context.nb_streams ||

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "platform/movie/coded_format.h"
+
 namespace vantrel {
 namespace {
 
@@ -22,21 +24,20 @@ bool isTime(int64_t time) {
   return time != AV_NOPTS_VALUE && std::abs(time) <= kLatestTime;
 }
 
-AvCodecContextPtr openDecoder(const Demuxer& demuxer) {
-  const AVStream& stream = demuxer.stream();
-  const AVCodec* codec = avcodec_find_decoder(stream.codecpar->codec_id);
+AvCodecContextPtr openDecoder(const Demuxer& demuxer, const AVCodecParameters& parameters) {
+  const AVCodec* codec = avcodec_find_decoder(parameters.codec_id);
   if (!codec) demuxer.fail("Nothing decodes its pictures");
   auto context = owned<AvCodecContextPtr>(avcodec_alloc_context3(codec));
-  if (avcodec_parameters_to_context(context.get(), stream.codecpar) < 0) throw std::bad_alloc();
+  if (avcodec_parameters_to_context(context.get(), &parameters) < 0) throw std::bad_alloc();
   context->max_pixels = MovieInput::kMaxPixels;
-  context->pkt_timebase = stream.time_base;
+  context->pkt_timebase = demuxer.stream().time_base;
   context->thread_count = 0;
   context->thread_type = FF_THREAD_FRAME | FF_THREAD_SLICE;
   // Else the decoder rounds the left edge of its crop down for the sake of speed.
   context->flags |= AV_CODEC_FLAG_UNALIGNED;
   // Else H.264's decoder, which drops the pictures in front of a key frame that need the one
   // before, ends at such a picture when it is drained soon after a seek.
-  if (stream.codecpar->codec_id == AV_CODEC_ID_H264) context->flags |= AV_CODEC_FLAG_OUTPUT_CORRUPT;
+  if (parameters.codec_id == AV_CODEC_ID_H264) context->flags |= AV_CODEC_FLAG_OUTPUT_CORRUPT;
   if (avcodec_open2(context.get(), codec, nullptr) < 0) {
     demuxer.fail("Its pictures cannot be decoded");
   }
@@ -46,7 +47,7 @@ AvCodecContextPtr openDecoder(const Demuxer& demuxer) {
 }  // namespace
 
 FrameDecoder::FrameDecoder(const Movie& movie, const MovieTrack& track, const std::stop_token& stop)
-    : m_demuxer(movie, track, stop), m_decoder(openDecoder(m_demuxer)) {}
+    : m_demuxer(movie, track, stop), m_decoder(openDecoder(m_demuxer, *track.format->parameters)) {}
 
 int64_t FrameDecoder::durationOf(const AVFrame& frame) {
 #if LIBAVUTIL_VERSION_INT >= AV_VERSION_INT(57, 30, 100)

@@ -161,7 +161,9 @@ MovieInput MovieInput::open(const std::filesystem::path& path, const std::stop_t
   av_dict_free(&settings);
   if (code < 0) file.fail(FileAction::Open, code);
   input.m_context.reset(context);
-  input.findStreams();
+  // The sample tables have the times of all packets.
+  const bool hasTables = input.m_boxes && !input.m_boxes->isFragmented;
+  if (!options.isDescribed || !hasTables) input.findStreams();
   input.readLowestOffsets();
   return input;
 }

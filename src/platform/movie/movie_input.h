@@ -20,6 +20,9 @@ struct MovieInputOptions {
   /// Every packet in the order and with the times of the track's media, as if a QuickTime file had
   /// no edit lists.
   bool ignoresEditLists = false;
+  /// The streams are known from an earlier look; where the file's header is enough to read packets,
+  /// nothing is decoded to learn about them again.
+  bool isDescribed = false;
 };
 
 /// An opened file behind libavformat, which reads no other file than this one: playlists and other
