@@ -28,13 +28,9 @@ Demuxer::Demuxer(const Movie& movie, const MovieTrack& track, const std::stop_to
   if (m_input.boxes() && track.kind == MovieTrack::Kind::Video && track.quickTime) {
     m_sampleCount = track.quickTime->sampleCount;
   }
-  m_isTransmittedSound = isTransmission() && track.kind == MovieTrack::Kind::Audio;
+  m_isTransmittedSound = m_input.isTransmission() && track.kind == MovieTrack::Kind::Audio;
   m_nextEntry = 0;
   requireWholeFile();
-}
-
-bool Demuxer::isTransmission() const {
-  return (m_input.context().iformat->flags & AVFMT_TS_DISCONT) != 0;
 }
 
 void Demuxer::requireWholeFile() const {
@@ -61,7 +57,7 @@ bool Demuxer::read(AVPacket& packet) {
     requireAllPackets();
     return false;
   }
-  if ((packet.flags & AV_PKT_FLAG_CORRUPT) != 0 && !isTransmission()) failAtEarlyEnd();
+  if ((packet.flags & AV_PKT_FLAG_CORRUPT) != 0 && !m_input.isTransmission()) failAtEarlyEnd();
   countPacket(packet);
   return true;
 }
@@ -122,7 +118,7 @@ bool Demuxer::seek(int64_t time) {
 
 bool Demuxer::rewind() {
   m_nextEntry.reset();
-  if (isTransmission()) {
+  if (m_input.isTransmission()) {
     return av_seek_frame(&m_input.context(), -1, 0, AVSEEK_FLAG_BYTE) >= 0;
   }
   const AVIndexEntry* first = avformat_index_get_entry(m_stream, 0);
