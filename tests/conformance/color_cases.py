@@ -58,7 +58,7 @@ def media_info(path, kind="Video"):
 def tagged(name, tags, codec="h264", expected=None, pixel_format="yuv420p", file="in.mov", full=False):
     def run(bench):
         film = Film(4, pixel_format, full)
-        source = make_film(bench.path(file), film, *H264, *options(tags))
+        source = make_film(bench.path(file), film, *H264, tags=tags)
         movie = bench.cropped(source, ODD, codec=codec)
         words = check_tags(bench.destination, movie, expected or tags, codec)
         return f"{words}; {check_pictures(bench.destination, View(film, ODD), range(4))}"
@@ -69,9 +69,9 @@ def hdr_source(bench, film, file, transfer, primaries="bt2020", matrix="bt2020nc
     light = f":master-display={DISPLAY}:max-cll=1000,400" if static else ""
     named = f":colorprim={primaries}" if primaries else ""
     named += f":colormatrix={matrix}" if matrix else ""
-    return make_film(bench.path(file), film, "-c:v", "libx265", "-preset", "ultrafast", *options((primaries, transfer, matrix)),
+    return make_film(bench.path(file), film, "-c:v", "libx265", "-preset", "ultrafast",
                      "-x265-params", f"log-level=error:lossless=1:hdr10=1:repeat-headers=1{named}:transfer={transfer}{light}",
-                     *(("-tag:v", "hvc1") if file.endswith("mov") else ()))
+                     *(("-tag:v", "hvc1") if file.endswith("mov") else ()), tags=(primaries, transfer, matrix))
 
 
 def check_hdr_form(path, movie):
@@ -128,7 +128,7 @@ def hdr_to_h264(transfer):
 def in_container_alone(bench):
     """Tags of the colr box count where the stream has none."""
     film = Film(4)
-    source = make_film(bench.path("in.mov"), film, *H264, *options(("smpte170m",) * 3))
+    source = make_film(bench.path("in.mov"), film, *H264, tags=("smpte170m",) * 3)
     bare = bench.path("bare.mov")
     ffmpeg("-i", source, "-c", "copy", "-bsf:v",
            "h264_metadata=colour_primaries=2:transfer_characteristics=2:matrix_coefficients=2", *options(("smpte170m",) * 3), bare)

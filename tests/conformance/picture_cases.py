@@ -6,7 +6,7 @@ import quicktime
 from bench import Case, Margins
 from look import check_pictures
 from pattern import ODD, ORIENTATIONS, Film, View
-from sources import FFV1, H264, HEVC, make_film
+from sources import FFV1, H264, HEVC, hevc_sited, make_film
 
 EVEN = Margins(32, 18, 12, 8)
 NONE = Margins()
@@ -65,9 +65,8 @@ def cases():
     for pixel_format in ("yuv420p", "yuv422p", "yuv420p10le", "yuv420p12le", "yuv422p12le", "yuv444p12le"):
         yield picture(f"HEVC {pixel_format}", "in.mp4", HEVC, pixel_format)
     for siting in ("center", "topleft"):
-        yield picture(f"HEVC 4:2:0 sited {siting}", "in.mkv", (*HEVC, "-chroma_sample_location", siting), siting=siting)
-        yield picture(f"HEVC 4:2:0 sited {siting}, even offsets", "in.mkv", (*HEVC, "-chroma_sample_location", siting),
-                      siting=siting, margins=EVEN)
+        yield picture(f"HEVC 4:2:0 sited {siting}", "in.mkv", hevc_sited(siting), siting=siting)
+        yield picture(f"HEVC 4:2:0 sited {siting}, even offsets", "in.mkv", hevc_sited(siting), siting=siting, margins=EVEN)
     yield picture("RGB by FFV1", "in.mkv", FFV1, "gbrp", file_format="gbrp")
     yield picture("RGB by H.264", "in.mov", ("-c:v", "libx264rgb", "-qp", "0"), "gbrp", file_format="rgb24")
     yield picture("RGB by QuickTime Animation", "in.mov", ("-c:v", "qtrle"), "gbrp", file_format="rgb24")

@@ -33,6 +33,11 @@ def samples(path, number):
     return [tuple(row[column].strip() for column in (2, 3, 5)) for row in rows]
 
 
+def first_samples(path, number):
+    """The decoded samples of the first packet that has any."""
+    return call("ffmpeg", "-v", "error", "-i", path, "-map", f"0:a:{number}", "-frames:a", "1", "-f", "f32le", "-")
+
+
 def like(source):
     """The source itself, or, where every packet has a header that files do without, its packets in a file."""
     if source.suffix != ".ts":
@@ -58,13 +63,19 @@ def check_sound(source, path, number):
         worst = max((abs(a - b) for a, b in known), default=0)
         require(worst <= fractions.Fraction(1, 900), f"a packet is {float(worst) * 1000:.2f} ms from its time")
     our_frames, their_frames = samples(path, number), samples(source, number)
+    rate = int(streams(path, f"a:{number}")[0]["sample_rate"])
     if not exact and int(our_frames[-1][1]) > int(their_frames[-1][1]):
         # Other containers tell how many samples of the last packet count; here the sample table does.
         last = fractions.Fraction(probe(path, "-show_packets", "-select_streams", f"a:{number}", "-show_entries",
                                         "packet=duration_time")["packets"][-1]["duration_time"])
-        rate = int(streams(path, f"a:{number}")[0]["sample_rate"])
         require(abs(last * rate - int(their_frames[-1][1])) < rate / 500, f"the last packet lasts {float(last)} s")
         our_frames[-1] = their_frames[-1]
+    if not exact and our_times[0] and float(our_times[0]) < 0:
+        # What lies before the start of other containers only prepares the decoder; here the edit leaves it out.
+        hidden = int(their_frames[0][1]) - int(our_frames[0][1])
+        require(abs(hidden + float(our_times[0]) * rate) < 1, f"{hidden} samples before the start are hidden")
+        require(first_samples(source, number).endswith(first_samples(path, number)), "samples at the start differ")
+        our_frames[0] = their_frames[0]
     require([frame[2] for frame in our_frames] == [frame[2] for frame in their_frames], "decoded samples differ")
     require(not exact or our_frames == their_frames, "decoded samples have other times")
     return f"{len(ours)} packets and their samples equal"

@@ -139,7 +139,7 @@ TEST_F(VideoExporterTest, WritesTheWholePictureAndTheSmallestPart) {
 }
 
 TEST_F(VideoExporterTest, WritesAnUprightMovieOfATurnedOne) {
-  s_films->makeTurned("film.mov", "turned.mov", 90);
+  s_films->makeTurned("film.mov", "turned.mov");
   const Movie turned = Movie::open(*s_films / "turned.mov");
   EXPECT_EQ(VideoExporter::geometry(turned).bounds, QRectF(0, 0, 120, 160));
   VideoExporter::write(turned, folder / "out.mov", QRectF(3, 100, 110, 60), kH264);
@@ -301,8 +301,11 @@ TEST_F(VideoExporterFailure, FilmThatIsCutShort) {
 }
 
 TEST_F(VideoExporterFailure, FileThatMayNotGrow) {
-  const FileSizeLimit limit(3000);
-  EXPECT_EQ(messageFor(film()), "“Export.mov” could not be saved: File too large");
+  // At the header, among the pictures, and when all is written once more.
+  for (const rlim_t bytes : {0, 3'000, 20'000}) {
+    const FileSizeLimit limit(bytes);
+    EXPECT_EQ(messageFor(film()), "“out.mov” could not be saved: File too large") << bytes;
+  }
 }
 
 TEST_F(VideoExporterFailure, CancelledBeforeItStarts) {

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <stop_token>
 #include <string>
 
+#include "platform/movie/container_walk.h"
 #include "platform/movie/movie.h"
 #include "platform/movie/movie_input.h"
 
@@ -35,22 +37,25 @@ class Demuxer final {
 
  private:
   [[noreturn]] void failAtEarlyEnd() const { fail(kEndsTooEarly); }
-  void requireWholeFile() const;
+  void requireWholeFile();
   [[nodiscard]] bool readOwn(AVPacket& packet);
   [[nodiscard]] bool readTransmittedSound(AVPacket& packet);
   void readAhead();
   /// Its place in the stream's index.
   [[nodiscard]] std::optional<int> entryOf(const AVPacket& packet) const;
   void countPacket(const AVPacket& packet);
-  void requireAllPackets() const;
+  void requireSoundUpTo(const AVPacket& packet);
+  void requireAllPackets();
 
   std::filesystem::path m_path;
   MovieInput m_input;
   AVStream* m_stream = nullptr;
-  /// Samples of the track outside fragments; 0 if unknown.
+  /// Samples of a video track, those in fragments too; 0 if unknown.
   uint64_t m_sampleCount = 0;
   /// Where the next packet is expected in the stream's index; absent after a seek.
   std::optional<int> m_nextEntry;
+  /// Null for formats without one, and after a seek.
+  std::unique_ptr<ContainerWalk> m_walk;
   /// A parser joins and splits the samples, so that packets cannot be counted.
   bool m_isParsed = false;
 

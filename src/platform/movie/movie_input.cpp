@@ -172,7 +172,8 @@ void MovieInput::readBoxes(const AVInputFormat& format) {
   if (m_boxes && m_boxes->timescale > INT32_MAX) m_boxes.reset();
   // libavformat makes an entry for each sample that a table claims, so that a few bytes could take
   // up gigabytes.
-  if (claimedSamples(m_file->path(), m_boxes) > static_cast<uint64_t>(m_file->size())) {
+  if (claimedSamples(m_file->path(), m_boxes) > static_cast<uint64_t>(m_file->size()) ||
+      !fragmentsHaveNumberedTracks(m_file->path())) {
     m_file->fail(FileAction::Open, AVERROR_INVALIDDATA);
   }
   if (m_boxes && m_boxes->isFragmented) m_fragmentTimes = FragmentTimes::read(m_file->path());

@@ -26,6 +26,7 @@ class ExtentScan {
     if (!m_file.isQuickTime()) return std::nullopt;
     uint64_t offset = 0;
     while (const std::optional<FileBox> box = m_file.boxAt(offset, m_file.size())) {
+      if (m_isFragmented && !isPlausibleType(box->type)) m_extent.boxesAreWhole = false;
       if (box->end > m_file.size()) {
         if (matters(box->type)) m_extent.boxesAreWhole = false;
         offset = m_file.size();
@@ -35,9 +36,8 @@ class ExtentScan {
       if (box->type == fourCC("moof")) scanFragment(*box);
       offset = box->end;
     }
-    // The next fragment may have been cut in its first bytes.
-    const uint64_t left = m_file.size() - offset;
-    if (m_isFragmented && left > 0 && left < BoxHeader::kLongSize) m_extent.boxesAreWhole = false;
+    // What is no box may have been the next fragment.
+    if (m_isFragmented && offset < m_file.size()) m_extent.boxesAreWhole = false;
     return std::move(m_extent);
   }
 
@@ -77,7 +77,26 @@ class ExtentScan {
     result.isWhole = extent.isSound && extent.end <= m_file.size();
   }
 
+  /// Whether the boxes in a box of a fragment follow each other to its end, and are not those that
+  /// stand beside it.
+  bool isFilled(const FileBox& parent) {
+    uint64_t offset = parent.payload;
+    while (const std::optional<FileBox> box = m_file.boxAt(offset, parent.end)) {
+      const bool isInside = box->end <= parent.end && !matters(box->type);
+      if (!isInside || !isPlausibleType(box->type)) return false;
+      offset = box->end;
+    }
+    return offset == parent.end;
+  }
+
   void scanFragment(const FileBox& moof) {
+    if (!isFilled(moof)) m_extent.boxesAreWhole = false;
+    for (auto traf = m_file.child(moof, fourCC("traf")); traf;
+         traf = m_file.find(fourCC("traf"), traf->end, moof.end)) {
+      const auto header = m_file.child(*traf, fourCC("tfhd"));
+      const bool isOwned = header && track(numberIn(m_file, *header, 4));
+      if (!isOwned || !isFilled(*traf)) m_extent.boxesAreWhole = false;
+    }
     forEachRun(m_file, moof, [this](const FragmentRun& run) {
       QuickTimeExtent::Track* owner = track(run.trackID);
       if (!owner) return;

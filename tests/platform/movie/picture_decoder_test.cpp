@@ -20,6 +20,19 @@ using ::testing::ElementsAreArray;
 
 class PictureDecoderTest : public ::testing::Test {
  protected:
+  /// Five pictures of 40 milliseconds, the last of a second; `options` may add sound. Versions of
+  /// ffmpeg count durations of copied packets in ticks of the source or of the destination: both
+  /// are milliseconds.
+  void makeFilmOfLongLast(const std::filesystem::path& mkv,
+                          const std::vector<std::string>& options = {}) const {
+    makeNumberedFilm(m_mov, {"-video_track_timescale", "1000"}, "", 5);
+    std::vector<std::string> arguments = {"-i", m_mov};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    arguments.insert(arguments.end(), {"-c:v", "copy", "-bsf:v",
+                                       "setts=duration='if(eq(N,4),1000,40)'", mkv.string()});
+    runFfmpeg(arguments);
+  }
+
   TemporaryFolder m_folder;
   const std::filesystem::path m_mov = m_folder / "film.mov";
 };
@@ -61,11 +74,9 @@ TEST_F(PictureDecoderTest, KeepsTimesThatAreNotEven) {
 }
 
 TEST_F(PictureDecoderTest, ShowsTheLastPictureOfMatroskaUntilTheFilmEnds) {
-  // The last picture of the movie lasts a second; Matroska gives it the time of the others.
-  makeNumberedFilm(m_mov, {}, "", 5);
+  // Packets of Matroska give the last picture the time of the others.
   const auto mkv = m_folder / "film.mkv";
-  const std::string longLast = "setts=duration='if(eq(N,4),1000,40)'";
-  runFfmpeg({"-i", m_mov, "-c", "copy", "-bsf:v", longLast, mkv});
+  makeFilmOfLongLast(mkv);
   const int64_t end = std::llround(
       std::stod(runFfprobe({"-show_entries", "format=duration", "-of", "csv=p=0", mkv.string()})) *
       1000);
@@ -76,10 +87,8 @@ TEST_F(PictureDecoderTest, ShowsTheLastPictureOfMatroskaUntilTheFilmEnds) {
 }
 
 TEST_F(PictureDecoderTest, ShowsTheLastPictureUntilItsTrackEndsWhereSoundGoesOn) {
-  makeNumberedFilm(m_mov, {}, "", 5);
   const auto mkv = m_folder / "film.mkv";
-  runFfmpeg({"-i", m_mov, "-f", "lavfi", "-i", "sine=d=3", "-c:v", "copy", "-c:a", "aac", "-bsf:v",
-             "setts=duration='if(eq(N,4),1000,40)'", mkv});
+  makeFilmOfLongLast(mkv, {"-f", "lavfi", "-i", "sine=d=3", "-c:a", "aac"});
   const auto pictures = shownPictures(mkv);
   ASSERT_EQ(pictures.size(), 5U);
   EXPECT_NEAR(static_cast<double>(pictures.back().duration), 1000, 1);
