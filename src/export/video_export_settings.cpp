@@ -82,6 +82,8 @@ AudioInputSettings audioInputSettings(const MovieTrack& track) {
   if (track.quickTime) {
     settings.userData = track.quickTime->userData;
     settings.metadata = track.quickTime->metadata;
+  } else {
+    settings.userData = quickTimeUserDataBox(track.title);
   }
   return settings;
 }

@@ -149,5 +149,15 @@ TEST(VideoExportSettings, KeepAllThatAnAudioTrackSaysOfItself) {
   EXPECT_EQ(settings.metadata, std::vector<uint8_t>{2});
 }
 
+TEST(VideoExportSettings, KeepTheNameOfAnAudioTrackWithoutBoxes) {
+  MovieTrack track;
+  track.kind = MovieTrack::Kind::Audio;
+  EXPECT_TRUE(audioInputSettings(track).userData.empty());
+  track.title = "Version longue";
+  const std::vector<uint8_t> userData = audioInputSettings(track).userData;
+  EXPECT_EQ(std::string(userData.begin(), userData.end()),
+            std::string("\0\0\0\x1eudta\0\0\0\x16nameVersion longue", 30));
+}
+
 }  // namespace
 }  // namespace vantrel

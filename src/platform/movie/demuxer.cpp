@@ -30,14 +30,10 @@ Demuxer::Demuxer(const Movie& movie, const MovieTrack& track, const std::stop_to
     if (i != index) context.streams[i]->discard = AVDISCARD_ALL;
   }
   m_stream = context.streams[index];
-  m_isTransmittedSound = isTransmission() && track.kind == MovieTrack::Kind::Audio;
+  m_isTransmittedSound = m_input.isTransmission() && track.kind == MovieTrack::Kind::Audio;
   m_nextEntry = 0;
   requireWholeFile();
   m_walk = ContainerWalk::open(m_path);
-}
-
-bool Demuxer::isTransmission() const {
-  return (m_input.context().iformat->flags & AVFMT_TS_DISCONT) != 0;
 }
 
 void Demuxer::requireWholeFile() {
@@ -67,7 +63,7 @@ bool Demuxer::read(AVPacket& packet) {
     requireAllPackets();
     return false;
   }
-  if ((packet.flags & AV_PKT_FLAG_CORRUPT) != 0 && !isTransmission()) failAtEarlyEnd();
+  if ((packet.flags & AV_PKT_FLAG_CORRUPT) != 0 && !m_input.isTransmission()) failAtEarlyEnd();
   countPacket(packet);
   requireSoundUpTo(packet);
   return true;
@@ -137,7 +133,7 @@ bool Demuxer::seek(int64_t time) {
 bool Demuxer::rewind() {
   m_nextEntry.reset();
   m_walk.reset();
-  if (isTransmission()) {
+  if (m_input.isTransmission()) {
     return av_seek_frame(&m_input.context(), -1, 0, AVSEEK_FLAG_BYTE) >= 0;
   }
   const AVIndexEntry* first = avformat_index_get_entry(m_stream, 0);

@@ -22,10 +22,6 @@ class Demuxer final {
   Demuxer(const Movie& movie, const MovieTrack& track, const std::stop_token& stop);
 
   [[nodiscard]] const AVStream& stream() const { return *m_stream; }
-  /// Whether the format is made for transmission: such a file may begin anywhere and end with any
-  /// packet, and what was lost on the way is lost.
-  [[nodiscard]] bool isTransmission() const;
-
   /// The next packet in the place of the old content of `packet`; false at the end. Pictures of a
   /// transmission may be flagged corrupt. Throws MovieError, std::system_error or Cancelled.
   [[nodiscard]] bool read(AVPacket& packet);

@@ -105,6 +105,7 @@ class Track final {
     if (change.edits) m_edits = *change.edits;
     if (change.mediaEnd) endAt(*change.mediaEnd, !change.edits);
     if (change.edits || change.mediaEnd) updateDuration();
+    removeVendor();
   }
 
   void write() {
@@ -134,9 +135,21 @@ class Track final {
     if (!whole.empty()) m_trak.children.push_back(leaf(whole, type));
   }
 
+  [[nodiscard]] BoxTree& sampleTable() {
+    return m_trak.need(fourCC("mdia")).need(fourCC("minf")).need(fourCC("stbl"));
+  }
+
+  /// Which program made the samples, in the first description of pictures or sound (QuickTime File
+  /// Format, "Sample Description Atoms").
+  void removeVendor() {
+    constexpr size_t kVendor = 28, kSize = 4;
+    std::vector<uint8_t>& descriptions = sampleTable().need(fourCC("stsd")).payload;
+    if (descriptions.size() < kVendor + kSize) return;
+    std::fill_n(descriptions.begin() + kVendor, kSize, uint8_t{0});
+  }
+
   void endAt(int64_t mediaEnd, bool editsFollow) {
-    BoxTree& table = m_trak.need(fourCC("mdia")).need(fourCC("minf")).need(fourCC("stbl"));
-    m_media.setDuration(endSamplesAt(table.need(fourCC("stts")), mediaEnd));
+    m_media.setDuration(endSamplesAt(sampleTable().need(fourCC("stts")), mediaEnd));
     const auto last = std::find_if(m_edits.rbegin(), m_edits.rend(),
                                    [](const QuickTimeEdit& edit) { return edit.mediaTime >= 0; });
     if (!editsFollow || last == m_edits.rend()) return;

@@ -32,10 +32,12 @@ int32_t timescaleOf(const std::vector<MovieTrack>& tracks) {
 }
 
 /// Microseconds from the demuxer's zero to the movie's start. QuickTime movies have a time line of
-/// their own, in others what lies before zero is not shown.
+/// their own; in others what lies before zero is not shown, but for transmissions, whose zero may
+/// come anywhere.
 int64_t movieStart(const MovieInput& input) {
   const int64_t start = input.context().start_time;
-  return input.boxes() || start == AV_NOPTS_VALUE ? 0 : std::max<int64_t>(0, start);
+  if (input.boxes() || start == AV_NOPTS_VALUE) return 0;
+  return input.isTransmission() ? start : std::max<int64_t>(0, start);
 }
 
 /// Ticks of the movie that a track is shown for; 0 if its boxes don't tell.
@@ -62,15 +64,17 @@ MediaTime headerDuration(const QuickTimeMovie& movie, int32_t timescale) {
 
 /// What libavformat knows. Not valid where it guesses, or where the file counts from the demuxer's
 /// zero or from its own start, nobody knows.
-MediaTime demuxerDuration(const AVFormatContext& context, int32_t timescale) {
+MediaTime demuxerDuration(const MovieInput& input, int32_t timescale) {
+  const AVFormatContext& context = input.context();
   if (context.duration == AV_NOPTS_VALUE || context.duration <= 0 ||
       context.duration_estimation_method == AVFMT_DURATION_FROM_BITRATE) {
     return {};
   }
   const int64_t start = context.start_time == AV_NOPTS_VALUE ? 0 : context.start_time;
   if (start > 0 && isMatroska(context)) return {};
-  const int64_t end = std::max<int64_t>(0, context.duration + std::min<int64_t>(0, start));
-  return {av_rescale(end, timescale, AV_TIME_BASE), timescale};
+  const int64_t notShown = std::max<int64_t>(0, movieStart(input) - start);
+  const int64_t length = std::max<int64_t>(0, context.duration - notShown);
+  return {av_rescale(length, timescale, AV_TIME_BASE), timescale};
 }
 
 /// Not valid for a length that only damage explains, and with which others could not reckon.
@@ -81,7 +85,7 @@ MediaTime plausible(const MediaTime& duration) {
 
 MediaTime knownDuration(const MovieInput& input, int32_t timescale) {
   return plausible(input.boxes() ? headerDuration(*input.boxes(), timescale)
-                                 : demuxerDuration(input.context(), timescale));
+                                 : demuxerDuration(input, timescale));
 }
 
 /// The packets among which is the last one.

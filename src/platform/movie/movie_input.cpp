@@ -212,6 +212,10 @@ AVFormatContext& MovieInput::context() const {
   return *m_context;
 }
 
+bool MovieInput::isTransmission() const {
+  return (m_context->iformat->flags & AVFMT_TS_DISCONT) != 0;
+}
+
 int64_t MovieInput::fileSize() const {
   return m_file->size();
 }

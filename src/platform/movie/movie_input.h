@@ -45,6 +45,9 @@ class MovieInput final {
   [[nodiscard]] AVFormatContext& context() const;
   /// The movie header of a QuickTime or ISO base media file; absent for all others.
   [[nodiscard]] const std::optional<QuickTimeMovie>& boxes() const { return m_boxes; }
+  /// Whether the format is made for transmission: such a file may begin anywhere and end with any
+  /// packet, and what was lost on the way is lost.
+  [[nodiscard]] bool isTransmission() const;
   /// Bytes of the file.
   [[nodiscard]] int64_t fileSize() const;
 

@@ -65,6 +65,9 @@ struct QuickTimeMovie {
   [[nodiscard]] const QuickTimeTrack* track(uint32_t trackID) const;
 };
 
+/// The `udta` box of a track with this name. Empty for no name.
+[[nodiscard]] std::vector<uint8_t> quickTimeUserDataBox(const std::string& trackName);
+
 /// The `meta` box of a video track with these items. Empty for no items.
 [[nodiscard]] std::vector<uint8_t> quickTimeMetadataBox(
     const std::vector<MovieMetadataItem>& items);

@@ -41,7 +41,8 @@ struct QuickTimeFinish {
 
 /// Copies the movie at `source`, which FFmpeg's mov muxer wrote (ftyp, mdat, moov), to the new file
 /// `destination` with the movie header in front and changed as told. Chunk offsets follow, in 64
-/// bits where one passes 4 GiB. Drops `tapt`, and of the movie header's own metadata everything.
+/// bits where one passes 4 GiB. Drops `tapt`, of the movie header's own metadata everything, and of
+/// the tracks that are named the vendor in their sample description.
 /// Flushes to disk. Throws std::system_error, MovieError for boxes that make no sense, or
 /// Cancelled; the destination is then the caller's to delete. Blocking, any thread.
 void finishQuickTimeMovie(const std::filesystem::path& source,

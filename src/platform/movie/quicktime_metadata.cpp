@@ -175,6 +175,17 @@ std::vector<MovieMetadataItem> metadataItems(std::span<const uint8_t> metaBox) {
   return items.release();
 }
 
+std::vector<uint8_t> quickTimeUserDataBox(const std::string& trackName) {
+  if (trackName.empty()) return {};
+  BoxWriter writer;
+  writer.begin(fourCC("udta"));
+  writer.begin(fourCC("name"));
+  writer.append(trackName);
+  writer.end();
+  writer.end();
+  return writer.release();
+}
+
 std::vector<uint8_t> quickTimeMetadataBox(const std::vector<MovieMetadataItem>& items) {
   if (items.empty()) return {};
   BoxWriter writer;

@@ -84,6 +84,7 @@ TEST_F(MovieWriterTest, LeavesOneFileWithTheHeaderInFrontAndNoNameOfAnEncoder) {
   const std::string bytes = readFile(m_file);
   EXPECT_LT(bytes.find("moov"), bytes.find("mdat"));
   EXPECT_EQ(bytes.find("Lavf"), std::string::npos);
+  EXPECT_EQ(bytes.find("FFMP"), std::string::npos);
 }
 
 TEST_F(MovieWriterTest, KeepsUnevenTimesAndTheLastDurationToTheTick) {

@@ -113,6 +113,8 @@ TEST_F(PictureDecoderTest, CountsTimesOfEveryContainerFromItsStart) {
       {"negative_behind_tables.mp4", {"-movflags", "frag_keyframe+negative_cts_offsets"}},
       {"film.mkv", {}},
       {"film.ts", {}},
+      // Half a second before the clock of 33 bits starts again.
+      {"wrapped.ts", {"-output_ts_offset", "95443", "-muxdelay", "0"}},
       {"film.avi", {"-c:v", "mpeg4", "-q:v", "2", "-bf", "2"}},
       {"h264.avi", {}},
       {"film.webm", {"-c:v", "libvpx", "-b:v", "1M", "-deadline", "realtime"}},
