@@ -30,8 +30,8 @@ using WrittenByte = uint8_t;
 
 MovieFile::MovieFile(const std::filesystem::path& path, std::filesystem::path name)
     : m_name(std::move(name)),
-      m_descriptor(::open(path.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC,
-                          kEverybodyReadsAndWrites)) {
+      m_descriptor(
+          ::open(path.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, kEverybodyReadsAndWrites)) {
   if (!m_descriptor.isOpen()) throw fileError(m_name, FileAction::Save);
   auto* buffer = static_cast<uint8_t*>(av_malloc(kBufferSize));
   if (!buffer) throw std::bad_alloc();

@@ -75,9 +75,8 @@ bool fragmentsHaveNumberedTracks(const std::filesystem::path& path) {
   BoxFile file(path);
   if (!file.find(fourCC("moof"), 0, file.size())) return true;
   bool areNumbered = true;
-  forEach(file, "moov", 0, file.size(), [&](const FileBox& moov) {
-    areNumbered = areNumbered && hasNumberedTracks(file, moov);
-  });
+  forEach(file, "moov", 0, file.size(),
+          [&](const FileBox& moov) { areNumbered = areNumbered && hasNumberedTracks(file, moov); });
   return areNumbered;
 }
 

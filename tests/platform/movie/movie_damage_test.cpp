@@ -126,8 +126,10 @@ TEST(MovieDamage, OfTheNumberOfATrackWithFragmentsIsRefused) {
   const Bytes whole = loadBytes(path);
   const size_t header = findBox(whole, "tkhd");
   const size_t track = findBox(whole, "trak");
-  for (const auto& [place, value] : {std::pair(header, 0x346B6864U), {header + 16, 0x80000001U},
-                                     {track - 4, 0x7FFFFFFFU}, {track - 4, 4U}}) {
+  for (const auto& [place, value] : {std::pair(header, 0x346B6864U),
+                                     {header + 16, 0x80000001U},
+                                     {track - 4, 0x7FFFFFFFU},
+                                     {track - 4, 4U}}) {
     Bytes bytes = whole;
     put32(bytes, place, value);
     saveBytes(path, bytes);

@@ -280,7 +280,8 @@ TEST_F(MovieReaderTest, TakesATransmissionThatEndsWithAnyPacket) {
   makeFilm(file);
   const auto size = std::filesystem::file_size(file);
   for (const double part : {1.0, 0.97, 0.8, 0.5}) {
-    const auto packets = static_cast<uintmax_t>(static_cast<double>(size / kTransportPacket) * part);
+    const auto packets =
+        static_cast<uintmax_t>(static_cast<double>(size / kTransportPacket) * part);
     std::filesystem::resize_file(file, packets * kTransportPacket);
     const Reading reading = readAll(file);
     EXPECT_EQ(reading.error, "") << part;
