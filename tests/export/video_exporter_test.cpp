@@ -140,7 +140,7 @@ TEST_F(VideoExporterTest, WritesTheWholePictureAndTheSmallestPart) {
 }
 
 TEST_F(VideoExporterTest, WritesAnUprightMovieOfATurnedOne) {
-  s_films->makeTurned("film.mov", "turned.mov", 90);
+  s_films->makeTurned("film.mov", "turned.mov");
   const Movie turned = Movie::open(*s_films / "turned.mov");
   EXPECT_EQ(VideoExporter::geometry(turned).bounds, QRectF(0, 0, 120, 160));
   VideoExporter::write(turned, folder / "out.mov", QRectF(3, 100, 110, 60), kH264);

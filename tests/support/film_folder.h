@@ -1,10 +1,12 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "support/movie_maker.h"
+#include "support/quicktime_maker.h"
 #include "support/temporary_folder.h"
 
 namespace vantrel::testing {
@@ -29,10 +31,10 @@ class FilmFolder final {
     runFfmpeg(arguments);
   }
 
-  /// The film `from` to be shown turned by `degrees` to the right.
-  void makeTurned(const std::string& from, const std::string& name, int degrees) const {
-    runFfmpeg({"-i", (m_folder / from).string(), "-c", "copy", "-metadata:s:v:0",
-               "rotate=" + std::to_string(degrees), (m_folder / name).string()});
+  /// The film `from` to be shown turned by 90 degrees to the right.
+  void makeTurned(const std::string& from, const std::string& name) const {
+    std::filesystem::copy_file(m_folder / from, m_folder / name);
+    setMatrix(m_folder / name, 1, {0, 1, -1, 0, kHeight, 0});
   }
 
   /// The pictures of `from` as many times one after the other.
@@ -43,9 +45,8 @@ class FilmFolder final {
 
   /// Ten bits with this transfer function, named as ffmpeg does.
   void makeHdr(const std::string& name, const std::string& transfer) const {
-    make(name,
-         {"-c:v", "libx265", "-x265-params", "log-level=none", "-pix_fmt", "yuv420p10le",
-          "-color_primaries", "bt2020", "-color_trc", transfer, "-colorspace", "bt2020nc", "-an"});
+    make(name, {"-c:v", "libx265", "-x265-params", "log-level=none", "-pix_fmt", "yuv420p10le",
+                "-vf", "format=yuv420p10le," + colorFilter("bt2020", transfer, "bt2020nc"), "-an"});
   }
 
   /// Sound with a picture of its cover.
@@ -56,6 +57,8 @@ class FilmFolder final {
   }
 
  private:
+  static constexpr int16_t kHeight = 120;
+
   TemporaryFolder m_folder;
 };
 

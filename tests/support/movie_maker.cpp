@@ -30,6 +30,12 @@ void runFfmpeg(const std::vector<std::string>& arguments) {
             arguments);
 }
 
+std::string colorFilter(const std::string& primaries, const std::string& transfer,
+                        const std::string& matrix) {
+  return "setparams=color_primaries=" + primaries + ":color_trc=" + transfer +
+         ":colorspace=" + matrix;
+}
+
 std::string runFfprobe(const std::vector<std::string>& arguments) {
   return run("ffprobe", {QStringLiteral("-v"), QStringLiteral("error")}, arguments);
 }

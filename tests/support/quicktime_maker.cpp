@@ -139,6 +139,20 @@ void setTrackEnabled(const std::filesystem::path& file, uint32_t trackID, bool e
   });
 }
 
+void setMatrix(const std::filesystem::path& file, uint32_t trackID, const MadeMatrix& matrix) {
+  const auto fixed = [](int16_t value) {
+    return bigEndian(static_cast<uint32_t>(value * 0x10000), 4);
+  };
+  const std::string none = bigEndian(0, 4);
+  const std::string bytes = fixed(matrix.a) + fixed(matrix.b) + none + fixed(matrix.c) +
+                            fixed(matrix.d) + none + fixed(matrix.tx) + fixed(matrix.ty) +
+                            bigEndian(0x40000000, 4);
+  editTrack(file, trackID, [&bytes](EditableBox& trak) {
+    std::string& header = trak.child("tkhd").payload;
+    header.replace(header.at(0) == 1 ? 52 : 40, bytes.size(), bytes);
+  });
+}
+
 void setEdits(const std::filesystem::path& file, uint32_t trackID,
               const std::vector<MadeEdit>& edits) {
   editTrack(file, trackID, [&edits](EditableBox& trak) {

@@ -48,6 +48,14 @@ void editTrack(const std::filesystem::path& file, uint32_t trackID,
 
 void setTrackEnabled(const std::filesystem::path& file, uint32_t trackID, bool enabled);
 
+/// Whole numbers of the transform that turns the picture for display: x' = a x + c y + tx,
+/// y' = b x + d y + ty.
+struct MadeMatrix {
+  int16_t a = 1, b = 0, c = 0, d = 1, tx = 0, ty = 0;
+};
+/// Takes the place of the track's matrix.
+void setMatrix(const std::filesystem::path& file, uint32_t trackID, const MadeMatrix& matrix);
+
 /// As an edit list has it: movie ticks, track ticks (-1: empty), 16.16 fixed point.
 struct MadeEdit {
   uint32_t segmentDuration = 0;

@@ -40,6 +40,8 @@ void AudioClock::convert(AVPacket& packet, AVRational source) {
   const int64_t duration = av_rescale_q(packet.duration, source, m_timeBase);
   const bool isBelievable = duration > 0 && duration <= kLongestDuration;
   packet.duration = isBelievable ? duration : av_rescale_q(samples, sampleTime, m_timeBase);
+  // A last packet without a duration would not be heard: it lasts as long as the one before.
+  if (packet.duration <= 0 && m_start) packet.duration = std::min(time - m_last, kLongestDuration);
   packet.pts = packet.dts = time;
   if (!m_start) m_start = time;
   m_last = time;

@@ -113,7 +113,8 @@ std::optional<int> Demuxer::entryOf(const AVPacket& packet) const {
 void Demuxer::countPacket(const AVPacket& packet) {
   if (!m_input.boxes()) return;
   const AVCodecParserContext* parser = av_stream_get_parser(m_stream);
-  m_isParsed = parser && (parser->flags & PARSER_FLAG_COMPLETE_FRAMES) == 0;
+  // At the end of the file the parser goes before its last packet comes.
+  m_isParsed = m_isParsed || (parser && (parser->flags & PARSER_FLAG_COMPLETE_FRAMES) == 0);
   if (m_isParsed) return;
   if (!m_nextEntry) m_nextEntry = entryOf(packet);
   if (m_nextEntry) ++*m_nextEntry;

@@ -49,6 +49,9 @@ struct MovieTrack {
   int32_t timescale = 0;
   /// Never null in a track of an opened movie.
   std::shared_ptr<const CodedFormat> format;
+  /// Where its last sample ends, on the demuxer's time line, where the container says so otherwise
+  /// than by that sample itself; not valid if it does not. Only for files without boxes.
+  MediaTime mediaEnd;
   /// Its boxes, where the file is a QuickTime or ISO base media file.
   std::optional<QuickTimeTrack> quickTime;
   /// The container's name for the track; empty if it has none. Only for files without boxes.

@@ -1,6 +1,7 @@
 #include "platform/movie/movie_tracks.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <map>
 #include <string>
 #include <string_view>
@@ -73,6 +74,34 @@ std::string languageCode(const AVStream& stream) {
   return isCode && code != "und" ? code : "";
 }
 
+/// Nanoseconds in "01:23:45.678900000", which is how Matroska's DURATION tags are written; 0 for
+/// anything else.
+int64_t nanoseconds(const std::string& text) {
+  int hours = 0, minutes = 0, seconds = 0, fraction = 0, end = 0;
+  const int fields =
+      std::sscanf(text.c_str(), "%5d:%2d:%2d.%9d%n", &hours, &minutes, &seconds, &fraction, &end);
+  const bool isWhole = fields == 4 && static_cast<size_t>(end) == text.size() && text[0] != '-';
+  constexpr size_t kLength = sizeof "00:00:00.000000000" - 1;
+  if (!isWhole || text.size() < kLength || std::min({minutes, seconds, fraction}) < 0) return 0;
+  return ((hours * int64_t{60} + minutes) * 60 + seconds) * 1'000'000'000 + fraction;
+}
+
+/// MovieTrack::mediaEnd. AVI counts a stream's samples in its header; Matroska tells a track's end
+/// in a tag, and the segment's, which is the end of the only track.
+MediaTime mediaEnd(const AVFormatContext& context, const AVStream& stream) {
+  const std::string_view format = context.iformat->name;
+  const AVRational base = stream.time_base;
+  if (format == "avi" && stream.duration > 0 && stream.duration < INT64_MAX / base.num) {
+    return {stream.duration * base.num, base.den};
+  }
+  if (format.substr(0, 8) != "matroska" || context.duration <= 0) return {};
+  if (context.nb_streams == 1) return {context.duration, AV_TIME_BASE};
+  const int64_t told = nanoseconds(tag(stream, "DURATION"));
+  // A tag that went stale says more than the segment.
+  if (told <= 0 || told / 1000 > context.duration) return {};
+  return {told, 1'000'000'000};
+}
+
 std::shared_ptr<const CodedFormat> codedFormat(const AVStream& stream) {
   auto format = std::make_shared<CodedFormat>();
   format->parameters = owned<AvCodecParametersPtr>(avcodec_parameters_alloc());
@@ -105,6 +134,7 @@ MovieTrack makeTrack(const MovieInput& input, const AVStream& stream, const AVFr
   track.estimatedDataRate = static_cast<double>(std::max<int64_t>(0, parameters.bit_rate));
   track.timescale = stream.time_base.den;
   track.format = codedFormat(stream);
+  track.mediaEnd = mediaEnd(input.context(), stream);
   track.hasFormatDescription = parameters.codec_id != AV_CODEC_ID_NONE;
   const auto& boxes = input.boxes();
   describeBoxes(track, boxes ? boxes->track(static_cast<uint32_t>(stream.id)) : nullptr);

@@ -23,13 +23,21 @@ int64_t averageDuration(const MovieTrack& track, AVRational timeBase) {
   return std::llround(1 / (track.nominalFrameRate * av_q2d(timeBase)));
 }
 
+/// Where the last picture ends, in ticks of the stream; AV_NOPTS_VALUE, which is before all
+/// pictures, if the container does not say.
+int64_t mediaEnd(const MovieTrack& track, AVRational timeBase) {
+  const MediaTime end = track.mediaEnd;
+  return end.isValid() ? av_rescale_q(end.ticks, {1, end.timescale}, timeBase) : AV_NOPTS_VALUE;
+}
+
 }  // namespace
 
 PictureDecoder::PictureDecoder(const Movie& movie, const MovieTrack& track,
                                const std::stop_token& stop)
     : m_frames(movie, track, stop),
       m_segments(movieSegments(movie, track, m_frames.stream().time_base)),
-      m_averageDuration(averageDuration(track, m_frames.stream().time_base)) {}
+      m_averageDuration(averageDuration(track, m_frames.stream().time_base)),
+      m_mediaEnd(mediaEnd(track, m_frames.stream().time_base)) {}
 
 std::optional<DecodedPicture> PictureDecoder::next() {
   for (; m_segment < m_segments.size(); ++m_segment) {
@@ -103,6 +111,7 @@ std::optional<PictureDecoder::Span> PictureDecoder::shown(Span media, bool isLas
 }
 
 int64_t PictureDecoder::durationOfLast(const AVFrame& frame) const {
+  if (m_mediaEnd > frame.pts) return m_mediaEnd - frame.pts;
   const int64_t duration = FrameDecoder::durationOf(frame);
   return std::max<int64_t>(1, duration > 0 ? duration : m_averageDuration);
 }

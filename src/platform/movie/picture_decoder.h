@@ -50,6 +50,8 @@ class PictureDecoder final {
   std::vector<MovieSegment> m_segments;
   /// Ticks of one picture at the track's average rate; 0 if unknown.
   int64_t m_averageDuration = 0;
+  /// Where the last picture ends, in ticks of the stream; AV_NOPTS_VALUE if only it knows.
+  int64_t m_mediaEnd = AV_NOPTS_VALUE;
   /// Whether the decoder is where the track begins.
   bool m_isAtStart = true;
 

@@ -8,6 +8,7 @@
 
 #include "platform/movie/box_bytes.h"
 #include "platform/movie/box_file.h"
+#include "platform/movie/fragment_runs.h"
 
 namespace vantrel {
 namespace {
@@ -16,28 +17,14 @@ namespace {
 template <class Visit>
 void forEach(BoxFile& file, const char (&type)[5], uint64_t begin, uint64_t end, Visit visit) {
   const uint32_t code = fourCC(type);
-  auto box = file.find(code, begin, end);
-  while (box) {
+  for (auto box = file.find(code, begin, end); box; box = file.find(code, box->end, end))
     visit(*box);
-    box = file.find(code, box->end, end);
-  }
-}
-
-uint64_t samplesOfRun(BoxFile& file, const FileBox& run) {
-  std::array<uint8_t, 8> bytes{};
-  if (!file.read(run.payload, bytes)) return 0;
-  ByteCursor cursor(bytes);
-  cursor.skip(4);
-  return cursor.u32();
 }
 
 uint64_t samplesOfFragments(BoxFile& file) {
   uint64_t samples = 0;
   forEach(file, "moof", 0, file.size(), [&](const FileBox& moof) {
-    forEach(file, "traf", moof.payload, moof.end, [&](const FileBox& traf) {
-      forEach(file, "trun", traf.payload, traf.end,
-              [&](const FileBox& run) { samples += samplesOfRun(file, run); });
-    });
+    forEachRun(file, moof, [&samples](const FragmentRun& run) { samples += run.sampleCount; });
   });
   return samples;
 }

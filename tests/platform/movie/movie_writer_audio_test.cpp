@@ -24,6 +24,13 @@ class MovieWriterAudioTest : public ::testing::Test {
     return file;
   }
 
+  /// Moves all packets so that the first one is at `time`, whatever this FFmpeg makes of the file.
+  static void startAt(Sound& sound, int64_t time) {
+    const int64_t shift = time - sound.packets.front()->pts;
+    for (const AvPacketPtr& packet : sound.packets)
+      packet->pts += shift, packet->dts += shift;
+  }
+
   static AudioInputSettings settingsFor(const Sound& sound) {
     AudioInputSettings settings;
     settings.source = sound.track;
@@ -96,9 +103,7 @@ TEST_F(MovieWriterAudioTest, UnpacksAacFromATransportStream) {
   const auto tone = makeTone("tone.ts", {"-c:a", "aac"});
   Sound sound = readSound(tone);
   // Times from the movie's start, as a reader counts them.
-  const int64_t first = sound.packets.front()->pts;
-  for (const AvPacketPtr& packet : sound.packets)
-    packet->pts -= first, packet->dts -= first;
+  startAt(sound, 0);
   write({&sound}, {settingsFor(sound)});
   const QJsonObject stream = probeStream(m_file, 1);
   EXPECT_EQ(text(stream, "codec_name"), "aac");
@@ -114,8 +119,7 @@ TEST_F(MovieWriterAudioTest, HidesThePrimingThatAMatroskaFileHides) {
   const auto tone = makeTone("tone.mkv", {"-c:a", "aac"});
   Sound sound = readSound(tone);
   // The first packet as such files place it: before the start, and not to be heard.
-  for (const AvPacketPtr& packet : sound.packets)
-    packet->pts -= 21, packet->dts -= 21;
+  startAt(sound, -21);
   write({&sound}, {settingsFor(sound)});
   EXPECT_EQ(packetBytes(m_file), packetBytes(tone));
   EXPECT_EQ(QuickTimeMovie::read(m_file)->tracks.at(1).edits.at(0).mediaTime, 21 * 48);
@@ -128,6 +132,7 @@ TEST_F(MovieWriterAudioTest, HidesThePrimingThatAMatroskaFileHides) {
 
 TEST_F(MovieWriterAudioTest, ConvertsEditsToTheTicksOfTheWrittenTrack) {
   Sound sound = readSound(makeTone("tone.mkv", {"-c:a", "aac"}));
+  startAt(sound, 0);
   sound.track.quickTime.emplace();
   sound.track.quickTime->timescale = 1000;
   sound.track.quickTime->edits = {{100, -1}, {400, 21}, {100, 50}};

@@ -2,6 +2,11 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
+#include <fstream>
+
+#include "platform/movie/box_bytes.h"
+#include "platform/movie/fragment_runs.h"
 #include "platform/movie/numbered_film.h"
 #include "support/quicktime_maker.h"
 #include "support/temporary_folder.h"
@@ -15,6 +20,19 @@ using ::testing::ElementsAreArray;
 
 class PictureDecoderTest : public ::testing::Test {
  protected:
+  /// Five pictures of 40 milliseconds, the last of a second; `options` may add sound. Versions of
+  /// ffmpeg count durations of copied packets in ticks of the source or of the destination: both
+  /// are milliseconds.
+  void makeFilmOfLongLast(const std::filesystem::path& mkv,
+                          const std::vector<std::string>& options = {}) const {
+    makeNumberedFilm(m_mov, {"-video_track_timescale", "1000"}, "", 5);
+    std::vector<std::string> arguments = {"-i", m_mov};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    arguments.insert(arguments.end(), {"-c:v", "copy", "-bsf:v",
+                                       "setts=duration='if(eq(N,4),1000,40)'", mkv.string()});
+    runFfmpeg(arguments);
+  }
+
   TemporaryFolder m_folder;
   const std::filesystem::path m_mov = m_folder / "film.mov";
 };
@@ -55,12 +73,44 @@ TEST_F(PictureDecoderTest, KeepsTimesThatAreNotEven) {
   EXPECT_THAT(pictures, ElementsAreArray(expected));
 }
 
+TEST_F(PictureDecoderTest, ShowsTheLastPictureOfMatroskaUntilTheFilmEnds) {
+  // Packets of Matroska give the last picture the time of the others.
+  const auto mkv = m_folder / "film.mkv";
+  makeFilmOfLongLast(mkv);
+  const int64_t end = std::llround(
+      std::stod(runFfprobe({"-show_entries", "format=duration", "-of", "csv=p=0", mkv.string()})) *
+      1000);
+  const auto pictures = shownPictures(mkv);
+  ASSERT_EQ(pictures.size(), 5U);
+  EXPECT_GT(end, 1000);
+  EXPECT_EQ(pictures.back().time + pictures.back().duration, end);
+}
+
+TEST_F(PictureDecoderTest, ShowsTheLastPictureUntilItsTrackEndsWhereSoundGoesOn) {
+  const auto mkv = m_folder / "film.mkv";
+  makeFilmOfLongLast(mkv, {"-f", "lavfi", "-i", "sine=d=3", "-c:a", "aac"});
+  const auto pictures = shownPictures(mkv);
+  ASSERT_EQ(pictures.size(), 5U);
+  EXPECT_NEAR(static_cast<double>(pictures.back().duration), 1000, 1);
+}
+
+TEST_F(PictureDecoderTest, ShowsTheLastPictureOfAviAsLongAsTheOthers) {
+  const auto avi = m_folder / "film.avi";
+  makeNumberedFilm(avi, {"-bf", "0"});
+  const auto pictures = shownPictures(avi);
+  ASSERT_EQ(pictures.size(), static_cast<size_t>(kPictures));
+  EXPECT_EQ(pictures.back().duration, pictures.front().duration);
+}
+
 TEST_F(PictureDecoderTest, CountsTimesOfEveryContainerFromItsStart) {
   const std::vector<std::pair<std::string, std::vector<std::string>>> films = {
       {"film.mp4", {}},
       {"fragments.mp4", {"-movflags", "frag_keyframe+delay_moov+default_base_moof"}},
       {"dash.mp4", {"-movflags", "dash+delay_moov"}},
       {"negative.mp4", {"-movflags", "negative_cts_offsets"}},
+      {"negative_fragments.mp4",
+       {"-movflags", "frag_keyframe+empty_moov+default_base_moof+negative_cts_offsets"}},
+      {"negative_behind_tables.mp4", {"-movflags", "frag_keyframe+negative_cts_offsets"}},
       {"film.mkv", {}},
       {"film.ts", {}},
       {"film.avi", {"-c:v", "mpeg4", "-q:v", "2", "-bf", "2"}},
@@ -82,6 +132,40 @@ TEST_F(PictureDecoderTest, CountsTimesOfEveryContainerFromItsStart) {
       EXPECT_NEAR(picture->duration.seconds(), 0.04, 0.0011);
     }
     EXPECT_EQ(count, kPictures);
+  }
+}
+
+/// Moves the pictures of each fragment but the first one picture ahead of themselves in the order
+/// of decoding; they are shown as before.
+void lowerOffsets(const std::filesystem::path& path) {
+  BoxFile boxes(path);
+  std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+  const auto add = [&](uint64_t at, int32_t ticks) {
+    std::array<uint8_t, 4> field{};
+    ASSERT_EQ(boxes.readAt(at, field), field.size());
+    const uint32_t sum = ByteCursor(field).u32() + static_cast<uint32_t>(ticks);
+    file.seekp(static_cast<std::streamoff>(at));
+    file << bigEndian(sum, 4);
+  };
+  auto moof = boxes.find(fourCC("moof"), 0, boxes.size());
+  while ((moof = boxes.find(fourCC("moof"), moof->end, boxes.size()))) {
+    const FileBox traf = boxes.child(*moof, fourCC("traf")).value();
+    add(boxes.child(traf, fourCC("tfdt")).value().end - 4, kPictureTicks);
+    forEachRun(boxes, *moof, [&add](const FragmentRun& run) {
+      for (uint64_t i = 1; i <= run.sampleCount; ++i)
+        add(run.box.payload + run.start + i * run.sampleSize - 4, -kPictureTicks);
+    });
+  }
+}
+
+TEST_F(PictureDecoderTest, KnowsHowFarLaterFragmentsGoBelowTheirDecodingTimes) {
+  const std::string flags = "empty_moov+default_base_moof+negative_cts_offsets+";
+  for (const char* more : {"frag_keyframe", "dash+global_sidx"}) {
+    SCOPED_TRACE(more);
+    const auto film = m_folder / "film.mp4";
+    makeNumberedFilm(film, {"-movflags", flags + more});
+    lowerOffsets(film);
+    EXPECT_THAT(shownPictures(film), ElementsAreArray(steadily(0, 24)));
   }
 }
 

@@ -37,12 +37,8 @@ std::vector<std::string> filmArguments() {
           "aac",
           "-metadata:s:a:0",
           "language=deu",
-          "-color_primaries",
-          "bt709",
-          "-color_trc",
-          "bt709",
-          "-colorspace",
-          "bt709"};
+          "-vf",
+          colorFilter("bt709", "bt709", "bt709")};
 }
 
 class QuickTimeAtoms : public ::testing::Test {

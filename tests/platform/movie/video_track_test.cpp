@@ -4,11 +4,13 @@
 
 #include "platform/movie/movie.h"
 #include "platform/movie/test_film.h"
+#include "support/movie_maker.h"
 
 namespace vantrel {
 namespace {
 
 using testing::Bytes;
+using testing::colorFilter;
 using testing::findBox;
 using testing::loadBytes;
 using testing::makeFilm;
@@ -101,8 +103,7 @@ TEST_F(VideoTrack, HasTheSizeOfItsDecodedPictures) {
 }
 
 TEST_F(VideoTrack, HasTheColourOfTheContainerOrElseOfTheBitstream) {
-  makeFilm(path(), {"-an", "-t", "0.2", "-color_primaries", "bt709", "-color_trc", "bt709",
-                    "-colorspace", "smpte170m"});
+  makeFilm(path(), {"-an", "-t", "0.2", "-vf", colorFilter("bt709", "bt709", "smpte170m")});
   m_bytes = loadBytes(path());
   const size_t color = findBox(m_bytes, "colr");
   m_bytes[color + 9] = 5;
