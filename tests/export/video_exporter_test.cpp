@@ -7,6 +7,7 @@
 #include <limits>
 #include <mutex>
 #include <optional>
+#include <thread>
 
 #include "base/cancelled.h"
 #include "base/failure.h"
@@ -275,6 +276,32 @@ TEST_F(VideoExporterFailure, SoundThatAMovieCannotHold) {
   }
 }
 
+TEST_F(VideoExporterFailure, ConfigurationThatNoEncoderTakes) {
+  // Wider than either codec can tell.
+  s_films->make("wide.mkv", {"-vf", "scale=20000:16,setsar=1", "-c:v", "ffv1", "-t", "0.1", "-an"});
+  for (const Codec codec : EncodingSettings::kCodecs) {
+    EXPECT_THAT(messageFor(*s_films / "wide.mkv", QRectF(0, 0, 20000, 16), {codec, 1}),
+                StartsWith("This codec or encoding configuration is unavailable on this "));
+  }
+}
+
+TEST_F(VideoExporterFailure, SoundThatNobodyKnows) {
+  s_films->make("sound.mkv", {"-c:a", "aac"});
+  std::string bytes = readFile(*s_films / "sound.mkv");
+  bytes.replace(bytes.find("A_AAC"), 5, "A_QQQ");
+  writeFile(*s_films / "sound.mkv", bytes);
+  EXPECT_EQ(messageFor(*s_films / "sound.mkv"), "Cannot read the original audio format.");
+}
+
+TEST_F(VideoExporterFailure, SoundIsLookedAtLast) {
+  s_films->make("sound.mkv", {"-c:a", "flac"});
+  EXPECT_EQ(messageFor(*s_films / "sound.mkv", QRectF(0, 0, 3, 3), {Codec::h264, 0}), kBadCrop);
+  EXPECT_EQ(messageFor(*s_films / "sound.mkv", kCrop, {Codec::h264, 0}), kBadBitrate);
+  EXPECT_EQ(
+      messageOf([&] { VideoExporter::write(*s_films / "sound.mkv", folder.path(), kCrop, kH264); }),
+      "“" + folder.path().filename().string() + "” could not be saved: Is a directory");
+}
+
 TEST_F(VideoExporterFailure, FileThatIsNoFilm) {
   writeFile(*s_films / "empty.mov", "");
   writeFile(*s_films / "notes.txt", "some words\n");
@@ -335,6 +362,39 @@ TEST_F(VideoExporterFailure, CancelledWhenItsSizeIsTold) {
                    film(), folder / "out.mov", kCrop, kH264, [&](int64_t) { stop.request_stop(); },
                    {}, stop.get_token()),
                Cancelled);
+}
+
+TEST_F(VideoExporterTest, RunsBesideAnotherInOneFolder) {
+  {
+    const auto write = [this](const char* name) {
+      EXPECT_EQ(messageOf([&] { VideoExporter::write(film(), folder / name, kCrop, kH264); }), "");
+    };
+    const std::jthread one(write, "one.mov"), other(write, "other.mov");
+  }
+  EXPECT_EQ(namesIn(folder.path()), (Names{"one.mov", "other.mov"}));
+  EXPECT_TRUE(readFile(folder / "one.mov") == readFile(folder / "other.mov"));
+}
+
+TEST_F(VideoExporterTest, LeavesNoThreadAndNoOpenFile) {
+  if (!fs::exists("/proc/self/task")) GTEST_SKIP() << "nothing tells of threads here";
+  const auto run = [this](double stopAt) {
+    std::stop_source own;
+    (void)messageOf([&] {
+      VideoExporter::write(
+          film(), folder / "out.mov", kCrop, {Codec::hevc, 1}, [](int64_t) {},
+          [&](double fraction) {
+            if (fraction >= stopAt) own.request_stop();
+          },
+          own.get_token());
+    });
+  };
+  run(2);
+  const size_t threads = namesIn("/proc/self/task").size(), files = namesIn("/proc/self/fd").size();
+  for (const double stopAt : {0.0, 0.5, 0.99, 2.0}) {
+    run(stopAt);
+    EXPECT_LE(namesIn("/proc/self/task").size(), threads);
+    EXPECT_LE(namesIn("/proc/self/fd").size(), files);
+  }
 }
 
 TEST_F(VideoExporterTest, CancelledAfterTheEndHasNoEffect) {

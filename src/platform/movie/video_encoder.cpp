@@ -23,6 +23,8 @@ constexpr int kLongestGroup = 32767;
 constexpr int kLargestRateDenominator = 100'000;
 /// As many surfaces as pictures may wait within an encoder.
 constexpr int kSurfaces = 20;
+/// libx265 leaves decoding times of so few pictures unset.
+constexpr int64_t kTooFewForTimes = 2;
 /// Hides all messages but those before a crash: what fails is an error of the film or a reason to
 /// try the next encoder.
 constexpr int kLogOffset = AV_LOG_TRACE;
@@ -213,6 +215,7 @@ void VideoEncoder::send(AvFramePtr picture, bool isKeyFrame) {
     if (m_context->hw_frames_ctx) picture = uploaded(*picture);
   }
   checked(avcodec_send_frame(m_context.get(), picture.get()));
+  ++m_pictures;
 }
 
 AvFramePtr VideoEncoder::uploaded(const AVFrame& picture) const {
@@ -224,6 +227,7 @@ AvFramePtr VideoEncoder::uploaded(const AVFrame& picture) const {
 }
 
 void VideoEncoder::sendEnd() {
+  m_hasEnded = true;
   checked(avcodec_send_frame(m_context.get(), nullptr));
 }
 
@@ -231,7 +235,11 @@ AvPacketPtr VideoEncoder::receive() {
   AvPacketPtr packet = makePacket();
   for (;;) {
     const int filtered = av_bsf_receive_packet(m_filter.get(), packet.get());
-    if (filtered >= 0) return packet;
+    if (filtered >= 0) {
+      // They are decoded as they are shown.
+      if (m_hasEnded && m_pictures <= kTooFewForTimes) packet->dts = packet->pts;
+      return packet;
+    }
     if (filtered != AVERROR(EAGAIN)) checked(filtered);
     const int received = avcodec_receive_packet(m_context.get(), packet.get());
     if (received == AVERROR(EAGAIN) || received == AVERROR_EOF) return nullptr;

@@ -61,6 +61,8 @@ class VideoEncoder final {
   AvCodecContextPtr m_context;
   /// Takes away parameter sets in band, and crops padded pictures.
   AvBsfPtr m_filter;
+  int64_t m_pictures = 0;
+  bool m_hasEnded = false;
 };
 
 }  // namespace vantrel

@@ -1,5 +1,9 @@
 #include "platform/movie/video_encoder.h"
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 #include "platform/movie/movie_error.h"
 #include "written_movie.h"
 
@@ -54,6 +58,32 @@ TEST(VideoEncoder, HasSoftwareBehindAllHardware) {
     for (size_t index = 0; index + 1 < candidates.size(); ++index)
       EXPECT_TRUE(candidates[index].isHardware);
   }
+}
+
+TEST(VideoEncoder, TimesFilmsOfFewPictures) {
+#ifdef M_PERTURB
+  // What nobody sets is then certainly not 0.
+  ::mallopt(M_PERTURB, 0x5A);
+#endif
+  for (const VideoCodec codec : {VideoCodec::H264, VideoCodec::Hevc}) {
+    for (int64_t pictures = 1; pictures <= 4; ++pictures) {
+      const VideoInputSettings settings = smallSettings(codec);
+      VideoEncoder encoder = VideoEncoder::open("film.mov", settings, encoderCandidates(settings));
+      for (int64_t picture = 0; picture < pictures; ++picture)
+        encoder.send(makePicture(64, 48, picture * 20), picture == 0);
+      encoder.sendEnd();
+      std::optional<int64_t> last;
+      while (const AvPacketPtr packet = encoder.receive()) {
+        EXPECT_LE(packet->dts, packet->pts);
+        EXPECT_GE(packet->dts, -20 * pictures);
+        EXPECT_LT(last.value_or(INT64_MIN), packet->dts);
+        last = packet->dts;
+      }
+    }
+  }
+#ifdef M_PERTURB
+  ::mallopt(M_PERTURB, 0);
+#endif
 }
 
 TEST(VideoEncoder, GivesBackEveryTimeThatWentIn) {
