@@ -61,13 +61,12 @@ TrackTransfer addAudio(MovieReader& reader, MovieWriter& writer, const MovieTrac
   return {&reader.addAudioOutput(track), &writer.addAudioInput(settings)};
 }
 
-/// Writes the movie to `file`; returns the number of its pictures.
-int64_t encode(const Movie& movie, const Plan& plan, const std::filesystem::path& file,
-               const Progress& progress, const std::stop_token& stop) {
-  MovieReader reader(movie);
-  MovieWriter writer(file);
+/// Writes with `writer`; returns the number of the movie's pictures.
+int64_t encode(const Movie& movie, const Plan& plan, MovieWriter& writer, const Progress& progress,
+               const std::stop_token& stop) {
   writer.setShouldOptimizeForNetworkUse(true);
   writer.setMovieTimescale(movie.timescale());
+  MovieReader reader(movie);
   std::vector<TrackTransfer> tracks{addVideo(reader, writer, plan)};
   for (const MovieTrack& track : movie.tracks(MovieTrack::Kind::Audio))
     tracks.push_back(addAudio(reader, writer, track));
@@ -82,8 +81,9 @@ VideoExportReport writePlanned(const Movie& movie, const Plan& plan,
   const std::filesystem::path file = folder.path() / kWorkingName;
   VideoExportReport report;
   {
+    MovieWriter writer(file, destination.name());
     const FileSizePoll poll(folder.path(), fileSize);
-    report.frames = encode(movie, plan, file, progress, stop);
+    report.frames = encode(movie, plan, writer, progress, stop);
   }
   throwIfCancelled(stop);
   destination.take(file, destination.oldPermissions());

@@ -301,8 +301,11 @@ TEST_F(VideoExporterFailure, FilmThatIsCutShort) {
 }
 
 TEST_F(VideoExporterFailure, FileThatMayNotGrow) {
-  const FileSizeLimit limit(3000);
-  EXPECT_EQ(messageFor(film()), "“Export.mov” could not be saved: File too large");
+  // At the header, among the pictures, and when all is written once more.
+  for (const rlim_t bytes : {0, 3'000, 20'000}) {
+    const FileSizeLimit limit(bytes);
+    EXPECT_EQ(messageFor(film()), "“out.mov” could not be saved: File too large") << bytes;
+  }
 }
 
 TEST_F(VideoExporterFailure, CancelledBeforeItStarts) {

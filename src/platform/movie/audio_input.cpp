@@ -6,7 +6,9 @@ extern "C" {
 
 #include <utility>
 
+#include "base/failure.h"
 #include "platform/movie/coded_format.h"
+#include "platform/movie/movie_error.h"
 #include "platform/movie/sample_content.h"
 #include "platform/movie/shown_span.h"
 
@@ -56,7 +58,13 @@ void AudioInput::write(AVPacket& packet, AVRational timeBase) {
   // The stream's time base is known since the header.
   if (!m_clock) m_clock.emplace(*m_settings.source.format->parameters, m_stream->time_base);
   m_clock->convert(packet, timeBase);
-  m_muxer->write(packet, m_stream->index);
+  try {
+    m_muxer->write(packet, m_stream->index);
+  } catch (const MovieError& error) {
+    // The muxer looks into packets of some codecs.
+    if (error.code() != AVERROR_INVALIDDATA) throw;
+    throw Failure("The original audio is damaged and cannot be copied into a MOV file.");
+  }
 }
 
 void AudioInput::markAsFinished() {

@@ -7,6 +7,15 @@
 
 namespace vantrel {
 
+bool isPlausibleType(uint32_t type) {
+  for (int shift = 0; shift < 32; shift += 8) {
+    const uint32_t character = type >> shift & 0xFF;
+    const bool isPrintable = character >= ' ' && character <= '~';
+    if (!isPrintable && character != 0xA9) return false;
+  }
+  return true;
+}
+
 std::span<const uint8_t> ByteCursor::take(uint64_t count) {
   if (count > m_bytes.size()) {
     m_ok = false;

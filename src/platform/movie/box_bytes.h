@@ -16,6 +16,9 @@ namespace vantrel {
   return value;
 }
 
+/// Whether a type is made of characters that anybody uses for one: damage mostly is not.
+[[nodiscard]] bool isPlausibleType(uint32_t type);
+
 /// Takes big-endian numbers from the front of some bytes. A request past the end gives zeros and
 /// nothing more comes afterwards: `ok` tells, once, after any number of requests.
 class ByteCursor final {

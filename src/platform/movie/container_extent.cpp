@@ -1,46 +1,23 @@
 #include "platform/movie/container_extent.h"
 
 #include <array>
-#include <bit>
 #include <cstdint>
-#include <optional>
 #include <span>
 
 #include "platform/movie/box_bytes.h"
 #include "platform/movie/box_file.h"
+#include "platform/movie/matroska_number.h"
 
 namespace vantrel {
 namespace {
 
-/// A number of EBML's variable length (RFC 8794, 4): the zeros in front tell how many bytes it has.
-struct VariableNumber {
-  int length = 0;
-  /// Without the marker bit, and with it, as element IDs have it.
-  uint64_t value = 0, marked = 0;
-
-  [[nodiscard]] bool isUnknown() const { return value == (uint64_t{1} << 7 * length) - 1; }
-};
-
-std::optional<VariableNumber> variableNumber(BoxFile& file, uint64_t offset) {
-  std::array<uint8_t, 8> bytes{};
-  if (!file.read(offset, std::span(bytes).first(1)) || bytes[0] == 0) return {};
-  const int length = std::countl_zero(bytes[0]) + 1;
-  const std::span<uint8_t> number = std::span(bytes).first(static_cast<size_t>(length));
-  if (!file.read(offset, number)) return {};
-  VariableNumber result{length, 0, 0};
-  for (const uint8_t byte : number)
-    result.marked = result.marked << 8 | byte;
-  result.value = result.marked & ((uint64_t{1} << 7 * length) - 1);
-  return result;
-}
-
 bool matroskaIsWhole(BoxFile& file) {
   constexpr uint64_t kSegment = 0x18538067;
   for (uint64_t offset = 0; offset < file.size();) {
-    const auto id = variableNumber(file, offset);
+    const auto id = MatroskaNumber::read(file, offset);
     if (!id) return true;
     const uint64_t sizeAt = offset + static_cast<uint64_t>(id->length);
-    const auto size = variableNumber(file, sizeAt);
+    const auto size = MatroskaNumber::read(file, sizeAt);
     if (!size) return false;
     if (size->isUnknown()) return true;
     offset = sizeAt + static_cast<uint64_t>(size->length) + size->value;
@@ -66,7 +43,32 @@ bool riffIsWhole(BoxFile& file) {
   return true;
 }
 
+constexpr uint64_t kTransportPacket = 188;
+constexpr uint8_t kTransportSync = 0x47;
+
+/// Whether a packet begins at `offset`, as those before it do.
+bool isTransportPacket(BoxFile& file, uint64_t offset, uint64_t stride) {
+  constexpr uint64_t kPacketsBefore = 8;
+  for (uint64_t packet = 0; packet <= kPacketsBefore; ++packet) {
+    std::array<uint8_t, 1> byte{};
+    if (packet * stride > offset || !file.read(offset - packet * stride, byte)) return false;
+    if (byte[0] != kTransportSync) return false;
+  }
+  return true;
+}
+
 }  // namespace
+
+bool transportIsWhole(const std::filesystem::path& path) {
+  BoxFile file(path);
+  // Alone, behind a time stamp, and before its check bytes.
+  for (const uint64_t stride : {kTransportPacket, kTransportPacket + 4, kTransportPacket + 16}) {
+    for (uint64_t left = 1; left < kTransportPacket && left <= file.size(); ++left) {
+      if (isTransportPacket(file, file.size() - left, stride)) return false;
+    }
+  }
+  return true;
+}
 
 bool containerIsWhole(const std::filesystem::path& path) {
   BoxFile file(path);

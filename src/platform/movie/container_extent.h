@@ -9,4 +9,8 @@ namespace vantrel {
 /// std::system_error when the file cannot be read. Blocking, any thread.
 [[nodiscard]] bool containerIsWhole(const std::filesystem::path& path);
 
+/// Whether an MPEG transport stream (ISO/IEC 13818-1) does not end within a packet. Throws as
+/// containerIsWhole does.
+[[nodiscard]] bool transportIsWhole(const std::filesystem::path& path);
+
 }  // namespace vantrel

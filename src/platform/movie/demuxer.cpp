@@ -1,11 +1,15 @@
 #include "platform/movie/demuxer.h"
 
+#include <string_view>
+
 #include "platform/movie/container_extent.h"
 #include "platform/movie/movie_error.h"
 #include "platform/movie/quicktime_extent.h"
 
 namespace vantrel {
 namespace {
+
+constexpr const char* kIsDamaged = "Some of it is damaged";
 
 AVMediaType mediaTypeOf(MovieTrack::Kind kind) {
   return kind == MovieTrack::Kind::Video ? AVMEDIA_TYPE_VIDEO : AVMEDIA_TYPE_AUDIO;
@@ -25,27 +29,28 @@ Demuxer::Demuxer(const Movie& movie, const MovieTrack& track, const std::stop_to
     if (i != index) context.streams[i]->discard = AVDISCARD_ALL;
   }
   m_stream = context.streams[index];
-  if (m_input.boxes() && track.kind == MovieTrack::Kind::Video && track.quickTime) {
-    m_sampleCount = track.quickTime->sampleCount;
-  }
   m_isTransmittedSound = isTransmission() && track.kind == MovieTrack::Kind::Audio;
   m_nextEntry = 0;
   requireWholeFile();
+  m_walk = ContainerWalk::open(m_path);
 }
 
 bool Demuxer::isTransmission() const {
   return (m_input.context().iformat->flags & AVFMT_TS_DISCONT) != 0;
 }
 
-void Demuxer::requireWholeFile() const {
-  if (!m_input.boxes()) {
-    if (!containerIsWhole(m_path)) failAtEarlyEnd();
-    return;
-  }
+void Demuxer::requireWholeFile() {
+  if (!containerIsWhole(m_path)) failAtEarlyEnd();
+  const bool isTransport = std::string_view(m_input.context().iformat->name) == "mpegts";
+  if (isTransport && !transportIsWhole(m_path)) failAtEarlyEnd();
+  // The boxes that are missing may be the very ones that tell of a movie.
   const auto extent = QuickTimeExtent::read(m_path);
   if (!extent) return;
   const QuickTimeExtent::Track* track = extent->track(static_cast<uint32_t>(m_stream->id));
   if (!extent->boxesAreWhole || (track && !track->isWhole)) failAtEarlyEnd();
+  // Packets of sound may hold any number of samples.
+  const bool isVideo = m_stream->codecpar->codec_type == AVMEDIA_TYPE_VIDEO;
+  if (isVideo && m_input.boxes() && track) m_sampleCount = track->sampleCount;
 }
 
 bool Demuxer::readOwn(AVPacket& packet) {
@@ -63,7 +68,13 @@ bool Demuxer::read(AVPacket& packet) {
   }
   if ((packet.flags & AV_PKT_FLAG_CORRUPT) != 0 && !isTransmission()) failAtEarlyEnd();
   countPacket(packet);
+  requireSoundUpTo(packet);
   return true;
+}
+
+void Demuxer::requireSoundUpTo(const AVPacket& packet) {
+  if (!m_walk || packet.pos < 0) return;
+  if (!m_walk->isSoundUpTo(static_cast<uint64_t>(packet.pos))) fail(kIsDamaged);
 }
 
 bool Demuxer::readTransmittedSound(AVPacket& packet) {
@@ -109,7 +120,8 @@ void Demuxer::countPacket(const AVPacket& packet) {
   if (m_nextEntry) ++*m_nextEntry;
 }
 
-void Demuxer::requireAllPackets() const {
+void Demuxer::requireAllPackets() {
+  if (m_walk && !m_walk->isSound()) fail(kIsDamaged);
   if (!m_input.boxes() || m_isParsed || !m_nextEntry) return;
   const int count = avformat_index_get_entries_count(m_stream);
   if (*m_nextEntry < count || static_cast<uint64_t>(count) < m_sampleCount) failAtEarlyEnd();
@@ -117,11 +129,13 @@ void Demuxer::requireAllPackets() const {
 
 bool Demuxer::seek(int64_t time) {
   m_nextEntry.reset();
+  m_walk.reset();
   return av_seek_frame(&m_input.context(), m_stream->index, time, AVSEEK_FLAG_BACKWARD) >= 0;
 }
 
 bool Demuxer::rewind() {
   m_nextEntry.reset();
+  m_walk.reset();
   if (isTransmission()) {
     return av_seek_frame(&m_input.context(), -1, 0, AVSEEK_FLAG_BYTE) >= 0;
   }

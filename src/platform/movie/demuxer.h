@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <stop_token>
 #include <string>
 
+#include "platform/movie/container_walk.h"
 #include "platform/movie/movie.h"
 #include "platform/movie/movie_input.h"
 
@@ -20,8 +22,8 @@ class Demuxer final {
   Demuxer(const Movie& movie, const MovieTrack& track, const std::stop_token& stop);
 
   [[nodiscard]] const AVStream& stream() const { return *m_stream; }
-  /// Whether the format is made for transmission: such a file may begin and end anywhere, and what
-  /// was lost on the way is lost.
+  /// Whether the format is made for transmission: such a file may begin anywhere and end with any
+  /// packet, and what was lost on the way is lost.
   [[nodiscard]] bool isTransmission() const;
 
   /// The next packet in the place of the old content of `packet`; false at the end. Pictures of a
@@ -39,22 +41,25 @@ class Demuxer final {
 
  private:
   [[noreturn]] void failAtEarlyEnd() const { fail(kEndsTooEarly); }
-  void requireWholeFile() const;
+  void requireWholeFile();
   [[nodiscard]] bool readOwn(AVPacket& packet);
   [[nodiscard]] bool readTransmittedSound(AVPacket& packet);
   void readAhead();
   /// Its place in the stream's index.
   [[nodiscard]] std::optional<int> entryOf(const AVPacket& packet) const;
   void countPacket(const AVPacket& packet);
-  void requireAllPackets() const;
+  void requireSoundUpTo(const AVPacket& packet);
+  void requireAllPackets();
 
   std::filesystem::path m_path;
   MovieInput m_input;
   AVStream* m_stream = nullptr;
-  /// Samples of the track outside fragments; 0 if unknown.
+  /// Samples of a video track, those in fragments too; 0 if unknown.
   uint64_t m_sampleCount = 0;
   /// Where the next packet is expected in the stream's index; absent after a seek.
   std::optional<int> m_nextEntry;
+  /// Null for formats without one, and after a seek.
+  std::unique_ptr<ContainerWalk> m_walk;
   /// A parser joins and splits the samples, so that packets cannot be counted.
   bool m_isParsed = false;
 

@@ -112,7 +112,7 @@ void addX264(EncoderOptions& result, const char* preset) {
 void addX265(EncoderOptions& result, const char* preset, const VideoInputSettings& settings) {
   result.encoder = "libx265";
   result.maxRate = result.averageRate;
-  std::string parameters = "log-level=error:open-gop=0:repeat-headers=0:strict-cbr=1:vbv-init=";
+  std::string parameters = "log-level=none:open-gop=0:repeat-headers=0:strict-cbr=1:vbv-init=";
   parameters += kX265InitialFullness;
   if (settings.isHdr) parameters += hdrParameters(settings);
   result.options = {{"preset", preset},

@@ -93,7 +93,7 @@ bool FrameDecoder::send() {
   }
   if (!isWanted(*m_packet)) return true;
   ++m_packets;
-  if ((m_packet->flags & AV_PKT_FLAG_CORRUPT) != 0) ++m_lost;
+  countLost(*m_packet);
   noteTimeOf(*m_packet);
   // What `receive` has emptied takes a packet; any failure is about the packet's content.
   const int code = avcodec_send_packet(m_decoder.get(), m_packet.get());
@@ -114,6 +114,17 @@ bool FrameDecoder::isWanted(const AVPacket& packet) {
     m_earliestTime = packet.pts;
   }
   return true;
+}
+
+void FrameDecoder::countLost(const AVPacket& packet) {
+  const bool isCorrupt = (packet.flags & AV_PKT_FLAG_CORRUPT) != 0;
+  if (isCorrupt) ++m_lost;
+  m_sinceCorrupt = isCorrupt ? 0 : std::min(m_sinceCorrupt + 1, kFarFromDamage);
+  const bool isTimed = isTime(packet.dts) && packet.duration > 0 && isTime(packet.duration);
+  if (m_sinceCorrupt < kFarFromDamage && isTimed && m_decodingEnd != AV_NOPTS_VALUE) {
+    m_lost += std::max<int64_t>(0, (packet.dts - m_decodingEnd) / packet.duration);
+  }
+  m_decodingEnd = isTimed ? packet.dts + packet.duration : AV_NOPTS_VALUE;
 }
 
 void FrameDecoder::noteTimeOf(const AVPacket& packet) {
@@ -153,6 +164,8 @@ void FrameDecoder::restart() {
   m_earliestTime = INT64_MIN;
   m_awaitsKeyFrame = m_passesOver = true;
   m_passedOver = 0;
+  m_sinceCorrupt = kFarFromDamage;
+  m_decodingEnd = AV_NOPTS_VALUE;
 }
 
 void FrameDecoder::seek(int64_t time) {

@@ -39,9 +39,14 @@ class FrameDecoder final {
   /// False at the end of the track.
   [[nodiscard]] bool send();
   [[nodiscard]] bool isWanted(const AVPacket& packet);
+  void countLost(const AVPacket& packet);
   void noteTimeOf(const AVPacket& packet);
   void setTime(AVFrame& frame);
   void restart();
+
+  /// A packet flagged corrupt may stand for a gap as many packets behind it: parsers hand such a
+  /// flag on with a packet before.
+  static constexpr int kFarFromDamage = 4;
 
   Demuxer m_demuxer;
   AvCodecContextPtr m_decoder;
@@ -68,6 +73,10 @@ class FrameDecoder final {
   int64_t m_lastTime = AV_NOPTS_VALUE;
 
   int64_t m_packets = 0, m_pictures = 0, m_lost = 0;
+  /// Packets since one was flagged corrupt.
+  int m_sinceCorrupt = kFarFromDamage;
+  /// Of the packet before.
+  int64_t m_decodingEnd = AV_NOPTS_VALUE;
 };
 
 }  // namespace vantrel

@@ -28,11 +28,11 @@ using WrittenByte = uint8_t;
 
 }  // namespace
 
-MovieFile::MovieFile(std::filesystem::path path)
-    : m_path(std::move(path)),
-      m_descriptor(::open(m_path.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC,
-                          kEverybodyReadsAndWrites)) {
-  if (!m_descriptor.isOpen()) throw fileError(m_path, FileAction::Save);
+MovieFile::MovieFile(const std::filesystem::path& path, std::filesystem::path name)
+    : m_name(std::move(name)),
+      m_descriptor(
+          ::open(path.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, kEverybodyReadsAndWrites)) {
+  if (!m_descriptor.isOpen()) throw fileError(m_name, FileAction::Save);
   auto* buffer = static_cast<uint8_t*>(av_malloc(kBufferSize));
   if (!buffer) throw std::bad_alloc();
   m_context = avio_alloc_context(
@@ -74,17 +74,17 @@ int64_t MovieFile::seek(int64_t offset, int whence) {
 
 void MovieFile::check(int code) const {
   if (m_errno != 0) {
-    throw fileError(m_path, FileAction::Save, {m_errno, std::generic_category()});
+    throw fileError(m_name, FileAction::Save, {m_errno, std::generic_category()});
   }
-  if (code < 0) throw MovieError(m_path, FileAction::Save, code);
-  if (m_context->error < 0) throw MovieError(m_path, FileAction::Save, m_context->error);
+  if (code < 0) throw MovieError(m_name, FileAction::Save, code);
+  if (m_context->error < 0) throw MovieError(m_name, FileAction::Save, m_context->error);
 }
 
 void MovieFile::close(bool flushes) {
   avio_flush(m_context);
   check(0);
-  if (flushes && ::fsync(m_descriptor.get()) != 0) throw fileError(m_path, FileAction::Save);
-  if (::close(m_descriptor.release()) != 0) throw fileError(m_path, FileAction::Save);
+  if (flushes && ::fsync(m_descriptor.get()) != 0) throw fileError(m_name, FileAction::Save);
+  if (::close(m_descriptor.release()) != 0) throw fileError(m_name, FileAction::Save);
 }
 
 }  // namespace vantrel

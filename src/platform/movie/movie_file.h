@@ -13,13 +13,12 @@ namespace vantrel {
 /// at a time.
 class MovieFile final {
  public:
-  /// Makes the file, empty. Throws std::system_error.
-  explicit MovieFile(std::filesystem::path path);
+  /// Makes the file `path`, empty. Throws std::system_error. `name` stands for it in all errors.
+  MovieFile(const std::filesystem::path& path, std::filesystem::path name);
   ~MovieFile();
   MovieFile(const MovieFile&) = delete;
   MovieFile& operator=(const MovieFile&) = delete;
 
-  [[nodiscard]] const std::filesystem::path& path() const { return m_path; }
   [[nodiscard]] AVIOContext* context() { return m_context; }
 
   /// Throws what went wrong with the file so far: std::system_error for what the system refused,
@@ -33,7 +32,7 @@ class MovieFile final {
   [[nodiscard]] int write(const uint8_t* bytes, size_t size);
   [[nodiscard]] int64_t seek(int64_t offset, int whence);
 
-  std::filesystem::path m_path;
+  std::filesystem::path m_name;
   FileDescriptor m_descriptor;
   AVIOContext* m_context = nullptr;
   /// The first errno; 0 if there was none.

@@ -130,6 +130,7 @@ MovieInput& MovieInput::operator=(MovieInput&& other) noexcept {
   m_context = std::move(other.m_context);
   m_file = std::move(other.m_file);
   m_boxes = std::move(other.m_boxes);
+  m_fragmentTimes = std::move(other.m_fragmentTimes);
   return *this;
 }
 MovieInput::~MovieInput() = default;
@@ -161,6 +162,7 @@ MovieInput MovieInput::open(const std::filesystem::path& path, const std::stop_t
   if (code < 0) file.fail(FileAction::Open, code);
   input.m_context.reset(context);
   input.findStreams();
+  input.readLowestOffsets();
   return input;
 }
 
@@ -170,9 +172,11 @@ void MovieInput::readBoxes(const AVInputFormat& format) {
   if (m_boxes && m_boxes->timescale > INT32_MAX) m_boxes.reset();
   // libavformat makes an entry for each sample that a table claims, so that a few bytes could take
   // up gigabytes.
-  if (claimedSamples(m_file->path(), m_boxes) > static_cast<uint64_t>(m_file->size())) {
+  if (claimedSamples(m_file->path(), m_boxes) > static_cast<uint64_t>(m_file->size()) ||
+      !fragmentsHaveNumberedTracks(m_file->path())) {
     m_file->fail(FileAction::Open, AVERROR_INVALIDDATA);
   }
+  if (m_boxes && m_boxes->isFragmented) m_fragmentTimes = FragmentTimes::read(m_file->path());
 }
 
 void MovieInput::findStreams() {
@@ -186,6 +190,20 @@ void MovieInput::findStreams() {
     av_dict_free(&dictionary);
   m_file->throwIfInterrupted();
   if (code < 0 && m_context->nb_streams == 0) m_file->fail(FileAction::Open, code);
+}
+
+/// Makes libavformat read what the delays of tracks rest on.
+void MovieInput::readLowestOffsets() {
+  bool hasMoved = false;
+  for (unsigned i = 0; i < m_context->nb_streams; ++i) {
+    const AVStream& stream = *m_context->streams[i];
+    const auto delay = m_fragmentTimes.delays.find(static_cast<uint32_t>(stream.id));
+    if (delay == m_fragmentTimes.delays.end() || !delay->second.timeOfLowest) continue;
+    (void)av_seek_frame(m_context.get(), stream.index, *delay->second.timeOfLowest,
+                        AVSEEK_FLAG_BACKWARD | AVSEEK_FLAG_ANY);
+    hasMoved = true;
+  }
+  if (hasMoved) (void)rewind();
 }
 
 AVFormatContext& MovieInput::context() const {
@@ -203,10 +221,20 @@ bool MovieInput::readPacket(AVPacket& packet) {
     m_file->throwIfInterrupted();
     code = av_read_frame(m_context.get(), &packet);
   }
-  if (code >= 0) return true;
+  if (code >= 0) {
+    correctTime(packet);
+    return true;
+  }
   if (code != AVERROR_EOF) m_file->fail(FileAction::Read, code);
   m_file->throwIfInterrupted();
   return false;
+}
+
+void MovieInput::correctTime(AVPacket& packet) const {
+  if (m_fragmentTimes.delays.empty() || packet.pts == AV_NOPTS_VALUE) return;
+  const AVStream& stream = *m_context->streams[packet.stream_index];
+  packet.pts =
+      av_sat_sub64(packet.pts, m_fragmentTimes.delay(static_cast<uint32_t>(stream.id), packet.pos));
 }
 
 bool MovieInput::rewind() {

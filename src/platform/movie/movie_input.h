@@ -7,6 +7,7 @@
 #include <stop_token>
 
 #include "platform/movie/av_ptr.h"
+#include "platform/movie/composition_delay.h"
 #include "platform/movie/quicktime_atoms.h"
 
 namespace vantrel {
@@ -45,7 +46,8 @@ class MovieInput final {
   [[nodiscard]] int64_t fileSize() const;
 
   /// The next packet of a stream that is not discarded, in the place of the old content of
-  /// `packet`; false at the end. Throws MovieError, std::system_error or Cancelled.
+  /// `packet`, its presentation time as the file has it; false at the end. Throws MovieError,
+  /// std::system_error or Cancelled.
   [[nodiscard]] bool readPacket(AVPacket& packet);
 
   /// Goes back to the start. False if the format cannot.
@@ -56,11 +58,14 @@ class MovieInput final {
   explicit MovieInput(std::unique_ptr<File> file);
   void readBoxes(const AVInputFormat& format);
   void findStreams();
+  void readLowestOffsets();
+  void correctTime(AVPacket& packet) const;
 
   /// Outlives the context, which reads through it.
   std::unique_ptr<File> m_file;
   AvInputPtr m_context;
   std::optional<QuickTimeMovie> m_boxes;
+  FragmentTimes m_fragmentTimes;
 };
 
 }  // namespace vantrel

@@ -23,8 +23,8 @@ uint32_t tagFor(const AVOutputFormat& format, const AVCodecParameters& parameter
 
 }  // namespace
 
-MovieMuxer::MovieMuxer(std::filesystem::path file)
-    : m_file(std::move(file)), m_format(makeFormat()) {
+MovieMuxer::MovieMuxer(const std::filesystem::path& file, std::filesystem::path name)
+    : m_file(file, std::move(name)), m_format(makeFormat()) {
   m_format->pb = m_file.context();
 }
 

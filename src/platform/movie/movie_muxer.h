@@ -14,8 +14,8 @@ namespace vantrel {
 /// for a full disk, and MovieError otherwise.
 class MovieMuxer final {
  public:
-  /// Makes the file, empty. Throws std::system_error.
-  explicit MovieMuxer(std::filesystem::path file);
+  /// Makes the file, empty. Throws std::system_error. `name` stands for it in all errors.
+  MovieMuxer(const std::filesystem::path& file, std::filesystem::path name);
 
   /// Whether a QuickTime movie has a place for packets of this kind.
   [[nodiscard]] static bool takes(const AVCodecParameters& parameters);

@@ -25,13 +25,15 @@ bool makeSense(const VideoInputSettings& settings) {
          !(settings.isHdr && settings.codec != VideoCodec::Hevc);
 }
 
-/// Throws what is being handled; errors of the system become errors of saving `file`, under the
-/// name by which the user may know it.
-[[noreturn]] void rethrowAsErrorOf(const std::filesystem::path& file) {
+/// Throws what is being handled; errors of files become errors of saving `name`.
+[[noreturn]] void rethrowAsErrorOf(const std::filesystem::path& name) {
   try {
     throw;
   } catch (const std::system_error& error) {
-    throw fileError(file, FileAction::Save, error.code());
+    throw fileError(name, FileAction::Save, error.code());
+  } catch (const MovieError&) {
+    // Of what has just been written.
+    throw MovieError(name, FileAction::Save, AVERROR_INVALIDDATA);
   }
 }
 
@@ -40,13 +42,14 @@ bool makeSense(const VideoInputSettings& settings) {
 /// Everything behind a MovieWriter. Inputs are added before writing starts, and stay.
 class MovieWriter::Session {
  public:
-  explicit Session(std::filesystem::path file) : m_file(std::move(file)), m_muxer(m_file) {}
+  Session(std::filesystem::path file, std::filesystem::path name)
+      : m_file(std::move(file)), m_name(std::move(name)), m_muxer(m_file, m_name) {}
   ~Session() { m_state.cancel(); }
 
   void start();
   void finish();
 
-  std::filesystem::path m_file;
+  std::filesystem::path m_file, m_name;
   WritingState m_state;
   TrackPace m_pace;
   MovieMuxer m_muxer;
@@ -107,17 +110,17 @@ void MovieWriter::Session::rewrite() {
     finishQuickTimeMovie(m_file, rewritten, {static_cast<uint32_t>(m_movieTimescale), changes()},
                          m_state.stopToken());
     if (std::rename(rewritten.c_str(), m_file.c_str()) != 0) {
-      throw fileError(m_file, FileAction::Save);
+      throw fileError(m_name, FileAction::Save);
     }
   } catch (...) {
     std::error_code ignored;
     std::filesystem::remove(rewritten, ignored);
-    rethrowAsErrorOf(m_file);
+    rethrowAsErrorOf(m_name);
   }
 }
 
-MovieWriter::MovieWriter(std::filesystem::path file)
-    : m_session(std::make_unique<Session>(std::move(file))) {}
+MovieWriter::MovieWriter(std::filesystem::path file, std::filesystem::path name)
+    : m_session(std::make_unique<Session>(std::move(file), std::move(name))) {}
 MovieWriter::~MovieWriter() = default;
 
 void MovieWriter::setShouldOptimizeForNetworkUse(bool optimize) {
@@ -143,14 +146,14 @@ bool MovieWriter::canAdd(const AudioInputSettings& settings) const {
 }
 
 SampleInput& MovieWriter::addVideoInput(const VideoInputSettings& settings) {
-  if (!canAdd(settings)) throw MovieError(m_session->m_file, FileAction::Save, AVERROR(EINVAL));
-  m_session->m_video = std::make_unique<VideoInput>(m_session->m_file, settings, m_session->m_state,
+  if (!canAdd(settings)) throw MovieError(m_session->m_name, FileAction::Save, AVERROR(EINVAL));
+  m_session->m_video = std::make_unique<VideoInput>(m_session->m_name, settings, m_session->m_state,
                                                     m_session->m_pace);
   return *m_session->m_video;
 }
 
 SampleInput& MovieWriter::addAudioInput(const AudioInputSettings& settings) {
-  if (!canAdd(settings)) throw MovieError(m_session->m_file, FileAction::Save, AVERROR(EINVAL));
+  if (!canAdd(settings)) throw MovieError(m_session->m_name, FileAction::Save, AVERROR(EINVAL));
   m_session->m_audio.push_back(
       std::make_unique<AudioInput>(settings, m_session->m_state, m_session->m_pace));
   return *m_session->m_audio.back();

@@ -56,8 +56,10 @@ struct AudioInputSettings {
 /// not finished. The destructor cancels and joins; it leaves files to the caller.
 class MovieWriter final : public WritingSession {
  public:
-  /// Makes the file, empty. Throws std::system_error.
-  explicit MovieWriter(std::filesystem::path file);
+  /// Makes the file, empty. Throws std::system_error. `name` stands for the file in all errors, for
+  /// one that is to be known by another name.
+  MovieWriter(std::filesystem::path file, std::filesystem::path name);
+  explicit MovieWriter(const std::filesystem::path& file) : MovieWriter(file, file) {}
   ~MovieWriter() override;
 
   /// Movie header in front of the data when finished; the finished file is then rewritten beside

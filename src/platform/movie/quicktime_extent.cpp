@@ -5,6 +5,7 @@
 
 #include "platform/movie/box_bytes.h"
 #include "platform/movie/box_file.h"
+#include "platform/movie/fragment_runs.h"
 #include "platform/movie/sample_tables.h"
 
 namespace vantrel {
@@ -25,6 +26,7 @@ class ExtentScan {
     if (!m_file.isQuickTime()) return std::nullopt;
     uint64_t offset = 0;
     while (const std::optional<FileBox> box = m_file.boxAt(offset, m_file.size())) {
+      if (m_isFragmented && !isPlausibleType(box->type)) m_extent.boxesAreWhole = false;
       if (box->end > m_file.size()) {
         if (matters(box->type)) m_extent.boxesAreWhole = false;
         offset = m_file.size();
@@ -34,9 +36,8 @@ class ExtentScan {
       if (box->type == fourCC("moof")) scanFragment(*box);
       offset = box->end;
     }
-    // The next fragment may have been cut in its first bytes.
-    const uint64_t left = m_file.size() - offset;
-    if (m_isFragmented && left > 0 && left < BoxHeader::kLongSize) m_extent.boxesAreWhole = false;
+    // What is no box may have been the next fragment.
+    if (m_isFragmented && offset < m_file.size()) m_extent.boxesAreWhole = false;
     return std::move(m_extent);
   }
 
@@ -76,31 +77,32 @@ class ExtentScan {
     result.isWhole = extent.isSound && extent.end <= m_file.size();
   }
 
+  /// Whether the boxes in a box of a fragment follow each other to its end, and are not those that
+  /// stand beside it.
+  bool isFilled(const FileBox& parent) {
+    uint64_t offset = parent.payload;
+    while (const std::optional<FileBox> box = m_file.boxAt(offset, parent.end)) {
+      const bool isInside = box->end <= parent.end && !matters(box->type);
+      if (!isInside || !isPlausibleType(box->type)) return false;
+      offset = box->end;
+    }
+    return offset == parent.end;
+  }
+
   void scanFragment(const FileBox& moof) {
+    if (!isFilled(moof)) m_extent.boxesAreWhole = false;
     for (auto traf = m_file.child(moof, fourCC("traf")); traf;
          traf = m_file.find(fourCC("traf"), traf->end, moof.end)) {
       const auto header = m_file.child(*traf, fourCC("tfhd"));
-      QuickTimeExtent::Track* owner = header ? track(numberIn(m_file, *header, 4)) : nullptr;
-      if (!owner) continue;
-      for (auto run = m_file.child(*traf, fourCC("trun")); run;
-           run = m_file.find(fourCC("trun"), run->end, traf->end)) {
-        scanRun(*run, *owner);
-      }
+      const bool isOwned = header && track(numberIn(m_file, *header, 4));
+      if (!isOwned || !isFilled(*traf)) m_extent.boxesAreWhole = false;
     }
-  }
-
-  void scanRun(const FileBox& run, QuickTimeExtent::Track& owner) {
-    constexpr std::array kSampleFields = {0x100u, 0x200u, 0x400u, 0x800u};
-    constexpr std::array kRunFields = {0x1u, 0x4u};
-    const uint32_t flags = numberIn(m_file, run, 0);
-    const uint64_t count = numberIn(m_file, run, 4);
-    const auto has = [flags](uint32_t field) { return (flags & field) != 0; };
-    const auto fields = [&has](const auto& of) {
-      return static_cast<uint64_t>(std::count_if(of.begin(), of.end(), has));
-    };
-    const uint64_t needed = 8 + 4 * fields(kRunFields) + 4 * fields(kSampleFields) * count;
-    if (run.end - run.payload < needed) owner.isWhole = false;
-    owner.sampleCount += count;
+    forEachRun(m_file, moof, [this](const FragmentRun& run) {
+      QuickTimeExtent::Track* owner = track(run.trackID);
+      if (!owner) return;
+      if (!run.isWhole()) owner->isWhole = false;
+      owner->sampleCount += run.sampleCount;
+    });
   }
 
   BoxFile m_file;

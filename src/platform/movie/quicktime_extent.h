@@ -20,7 +20,8 @@ struct QuickTimeExtent {
   };
 
   /// Whether each box of the file itself that holds media or tells where they are ends inside the
-  /// file. Unknown bytes behind the last such box do not count.
+  /// file, and fragments are made of boxes. Unknown bytes behind the last such box do not count,
+  /// but in a fragmented movie, where they may have been a fragment.
   bool boxesAreWhole = true;
   /// Empty when the movie header is missing.
   std::vector<Track> tracks;

@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <optional>
+#include <span>
 
 #include "platform/movie/box_bytes.h"
 #include "platform/movie/box_file.h"
+#include "platform/movie/fragment_runs.h"
 
 namespace vantrel {
 namespace {
@@ -14,33 +17,55 @@ namespace {
 template <class Visit>
 void forEach(BoxFile& file, const char (&type)[5], uint64_t begin, uint64_t end, Visit visit) {
   const uint32_t code = fourCC(type);
-  auto box = file.find(code, begin, end);
-  while (box) {
+  for (auto box = file.find(code, begin, end); box; box = file.find(code, box->end, end))
     visit(*box);
-    box = file.find(code, box->end, end);
-  }
-}
-
-uint64_t samplesOfRun(BoxFile& file, const FileBox& run) {
-  std::array<uint8_t, 8> bytes{};
-  if (!file.read(run.payload, bytes)) return 0;
-  ByteCursor cursor(bytes);
-  cursor.skip(4);
-  return cursor.u32();
 }
 
 uint64_t samplesOfFragments(BoxFile& file) {
   uint64_t samples = 0;
   forEach(file, "moof", 0, file.size(), [&](const FileBox& moof) {
-    forEach(file, "traf", moof.payload, moof.end, [&](const FileBox& traf) {
-      forEach(file, "trun", traf.payload, traf.end,
-              [&](const FileBox& run) { samples += samplesOfRun(file, run); });
-    });
+    forEachRun(file, moof, [&samples](const FragmentRun& run) { samples += run.sampleCount; });
   });
   return samples;
 }
 
+/// Whether a track has headers, and each of them a number that libavformat takes for one.
+bool hasNumber(BoxFile& file, const FileBox& trak) {
+  bool isFound = false, isRight = true;
+  forEach(file, "tkhd", trak.payload, trak.end, [&](const FileBox& header) {
+    std::array<uint8_t, 24> bytes{};
+    isFound = true;
+    const uint64_t size = std::min<uint64_t>(bytes.size(), header.end - header.payload);
+    const bool isRead = file.read(header.payload, std::span(bytes).first(size));
+    ByteCursor cursor(bytes);
+    cursor.skip(cursor.u32() >> 24 == 1 ? 16 : 8);  // creation and modification time
+    isRight = isRight && isRead && cursor.u32() <= INT32_MAX;
+  });
+  return isFound && isRight;
+}
+
+bool hasNumberedTracks(BoxFile& file, const FileBox& moov) {
+  uint64_t offset = moov.payload;
+  // Fewer bytes are no box to libavformat either; of others it may make a track.
+  while (moov.end - offset >= BoxHeader::kShortSize) {
+    const std::optional<FileBox> box = file.boxAt(offset, moov.end);
+    if (!box || box->end > moov.end) return false;
+    if (box->type == fourCC("trak") && !hasNumber(file, *box)) return false;
+    offset = box->end;
+  }
+  return true;
+}
+
 }  // namespace
+
+bool fragmentsHaveNumberedTracks(const std::filesystem::path& path) {
+  BoxFile file(path);
+  if (!file.find(fourCC("moof"), 0, file.size())) return true;
+  bool areNumbered = true;
+  forEach(file, "moov", 0, file.size(),
+          [&](const FileBox& moov) { areNumbered = areNumbered && hasNumberedTracks(file, moov); });
+  return areNumbered;
+}
 
 uint64_t claimedSamples(const std::filesystem::path& path,
                         const std::optional<QuickTimeMovie>& movie) {

@@ -12,6 +12,7 @@ extern "C" {
 #include "platform/movie/hdr_side_data.h"
 #include "platform/movie/movie_error.h"
 #include "platform/movie/picture_layout.h"
+#include "platform/movie/planar_format.h"
 
 namespace vantrel {
 namespace {
@@ -26,22 +27,9 @@ constexpr int kSurfaces = 20;
 /// try the next encoder.
 constexpr int kLogOffset = AV_LOG_TRACE;
 
-AVChromaLocation chromaLocation(ChromaSiting siting) {
-  switch (siting) {
-    case ChromaSiting::Left:
-      return AVCHROMA_LOC_LEFT;
-    case ChromaSiting::Center:
-      return AVCHROMA_LOC_CENTER;
-    case ChromaSiting::TopLeft:
-      return AVCHROMA_LOC_TOPLEFT;
-    case ChromaSiting::Top:
-      return AVCHROMA_LOC_TOP;
-    case ChromaSiting::BottomLeft:
-      return AVCHROMA_LOC_BOTTOMLEFT;
-    case ChromaSiting::Bottom:
-      return AVCHROMA_LOC_BOTTOM;
-  }
-  return AVCHROMA_LOC_UNSPECIFIED;
+/// What the encoders refuse or leave out is written into their stream afterwards.
+bool isUnknownToEncoders(int primaries) {
+  return primaries == AVCOL_PRI_EBU3213;
 }
 
 AVPixelFormat planarFormat(const VideoInputSettings& settings) {
@@ -152,11 +140,14 @@ void VideoEncoder::setUp(AVCodecContext& context) const {
   if (m_candidate.bFrames >= 0) context.max_b_frames = m_candidate.bFrames;
   context.flags |= AV_CODEC_FLAG_GLOBAL_HEADER | AV_CODEC_FLAG_CLOSED_GOP;
   context.thread_count = 0;
-  context.color_primaries = static_cast<AVColorPrimaries>(m_settings.color.primaries);
+  const int primaries = m_settings.color.primaries;
+  context.color_primaries = isUnknownToEncoders(primaries)
+                                ? AVCOL_PRI_UNSPECIFIED
+                                : static_cast<AVColorPrimaries>(primaries);
   context.color_trc = static_cast<AVColorTransferCharacteristic>(m_settings.color.transfer);
   context.colorspace = static_cast<AVColorSpace>(m_settings.color.matrix);
   context.color_range = AVCOL_RANGE_MPEG;
-  context.chroma_sample_location = chromaLocation(m_settings.chromaSiting);
+  context.chroma_sample_location = chromaLocationOf(m_settings.chromaSiting);
 }
 
 void VideoEncoder::attachDevice(AVCodecContext& context) {
@@ -188,6 +179,7 @@ void VideoEncoder::openFilter() {
   m_filter->time_base_in = m_context->time_base;
   checked(av_bsf_init(m_filter.get()));
   AVCodecParameters& parameters = *m_filter->par_out;
+  parameters.color_primaries = static_cast<AVColorPrimaries>(m_settings.color.primaries);
   parameters.width = m_settings.width;
   parameters.height = m_settings.height;
   parameters.codec_tag = m_settings.codec == VideoCodec::Hevc ? MKTAG('h', 'v', 'c', '1') : 0;
@@ -195,11 +187,16 @@ void VideoEncoder::openFilter() {
 
 std::string VideoEncoder::filterChain() const {
   const bool isHevc = m_settings.codec == VideoCodec::Hevc;
-  std::string chain = isHevc ? "filter_units=remove_types=32-34" : "filter_units=remove_types=7-8";
+  // Parameter sets, and bytes that only fill up a constant rate.
+  std::string chain =
+      isHevc ? "filter_units=remove_types=32-34|38" : "filter_units=remove_types=7-8|12";
+  const std::string metadata = isHevc ? ",hevc_metadata=" : ",h264_metadata=";
   if (m_width != m_settings.width || m_height != m_settings.height) {
-    chain += isHevc ? ",hevc_metadata" : ",h264_metadata";
-    chain += "=crop_right=" + std::to_string(m_width - m_settings.width) +
+    chain += metadata + "crop_right=" + std::to_string(m_width - m_settings.width) +
              ":crop_bottom=" + std::to_string(m_height - m_settings.height);
+  }
+  if (isUnknownToEncoders(m_settings.color.primaries)) {
+    chain += metadata + "colour_primaries=" + std::to_string(m_settings.color.primaries);
   }
   return chain;
 }

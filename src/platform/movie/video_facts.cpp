@@ -10,6 +10,7 @@ extern "C" {
 #include <cstring>
 
 #include "platform/movie/display_matrix.h"
+#include "platform/movie/planar_format.h"
 #include "platform/movie/stream_side_data.h"
 
 namespace vantrel {
@@ -96,23 +97,6 @@ void describeColor(MovieTrack& track, const AVCodecParameters& parameters, const
   track.formatDescriptions.front() = completed(track.formatDescriptions.front(), tags);
 }
 
-ChromaSiting sitingOf(AVChromaLocation location) {
-  switch (location) {
-    case AVCHROMA_LOC_CENTER:
-      return ChromaSiting::Center;
-    case AVCHROMA_LOC_TOPLEFT:
-      return ChromaSiting::TopLeft;
-    case AVCHROMA_LOC_TOP:
-      return ChromaSiting::Top;
-    case AVCHROMA_LOC_BOTTOMLEFT:
-      return ChromaSiting::BottomLeft;
-    case AVCHROMA_LOC_BOTTOM:
-      return ChromaSiting::Bottom;
-    default:
-      return ChromaSiting::Left;
-  }
-}
-
 ChromaSiting chromaSiting(const AVCodecParameters& parameters, const AVFrame* frame) {
   const int format = frame ? frame->format : parameters.format;
   const AVPixFmtDescriptor* pixels = av_pix_fmt_desc_get(static_cast<AVPixelFormat>(format));
@@ -120,7 +104,7 @@ ChromaSiting chromaSiting(const AVCodecParameters& parameters, const AVFrame* fr
     return ChromaSiting::Left;
   }
   const bool isOpen = parameters.chroma_location == AVCHROMA_LOC_UNSPECIFIED;
-  return sitingOf(isOpen && frame ? frame->chroma_location : parameters.chroma_location);
+  return chromaSitingOf(isOpen && frame ? frame->chroma_location : parameters.chroma_location);
 }
 
 Fraction fraction(AVRational value) {

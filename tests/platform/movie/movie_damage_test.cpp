@@ -118,5 +118,30 @@ TEST(MovieDamage, OfAFragmentThatClaimsMoreSamplesThanTheFileHasBytesIsRefused) 
   EXPECT_FALSE(opens(path));
 }
 
+/// A fragmented film, whose demuxer would be busy for seconds at each fragment.
+TEST(MovieDamage, OfTheNumberOfATrackWithFragmentsIsRefused) {
+  const TemporaryFolder folder;
+  const auto path = folder / "film.mp4";
+  makeFilm(path, {"-an", "-movflags", "frag_keyframe+empty_moov"});
+  const Bytes whole = loadBytes(path);
+  const size_t header = findBox(whole, "tkhd");
+  const size_t track = findBox(whole, "trak");
+  for (const auto& [place, value] : {std::pair(header, 0x346B6864U),
+                                     {header + 16, 0x80000001U},
+                                     {track - 4, 0x7FFFFFFFU},
+                                     {track - 4, 4U}}) {
+    Bytes bytes = whole;
+    put32(bytes, place, value);
+    saveBytes(path, bytes);
+    EXPECT_FALSE(opens(path)) << value;
+  }
+  // Such a header is of no harm where there are no fragments.
+  makeFilm(path, {"-an"});
+  Bytes bytes = loadBytes(path);
+  put32(bytes, findBox(bytes, "tkhd") + 16, 0x80000001);
+  saveBytes(path, bytes);
+  EXPECT_TRUE(opens(path));
+}
+
 }  // namespace
 }  // namespace vantrel

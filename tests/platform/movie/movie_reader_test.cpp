@@ -24,6 +24,8 @@ using namespace testing;
 using ::testing::EndsWith;
 using Status = ReadingSession::Status;
 
+constexpr size_t kTransportPacket = 188;
+
 VideoOutputSettings wholePicture() {
   VideoOutputSettings settings;
   settings.width = 64;
@@ -52,6 +54,7 @@ struct Reading {
 };
 Reading readAll(const std::filesystem::path& file) try {
   const Movie movie = Movie::open(file);
+  if (movie.tracks(MovieTrack::Kind::Video).empty()) return {0, 0, "No pictures"};
   MovieReader reader(movie);
   SampleOutput& video = reader.addVideoOutput(videoTrack(movie), wholePicture());
   SampleOutput* audio = nullptr;
@@ -262,16 +265,68 @@ TEST_F(MovieReaderTest, SaysThatAFileEndsTooEarly) {
   EXPECT_EQ(readAll(m_mov).error, "“film.mov” could not be read: The file ends too early");
 }
 
-TEST_F(MovieReaderTest, TakesATransmissionThatEndsAnywhere) {
+TEST_F(MovieReaderTest, FailsForAMovieHeaderThatIsCutAnywhere) {
+  makeFilm(m_mov);
+  const std::string bytes = readFile(m_mov);
+  const size_t header = bytes.find("moov") - 4;
+  for (size_t cut = 1; cut < bytes.size() - header; cut += 7) {
+    writeFile(m_mov, bytes.substr(0, bytes.size() - cut));
+    EXPECT_NE(readAll(m_mov).error, "") << cut;
+  }
+}
+
+TEST_F(MovieReaderTest, TakesATransmissionThatEndsWithAnyPacket) {
   const auto file = m_folder / "film.ts";
   makeFilm(file);
   const auto size = std::filesystem::file_size(file);
   for (const double part : {1.0, 0.97, 0.8, 0.5}) {
-    std::filesystem::resize_file(file, static_cast<uintmax_t>(static_cast<double>(size) * part));
+    const auto packets =
+        static_cast<uintmax_t>(static_cast<double>(size / kTransportPacket) * part);
+    std::filesystem::resize_file(file, packets * kTransportPacket);
     const Reading reading = readAll(file);
     EXPECT_EQ(reading.error, "") << part;
     EXPECT_GT(reading.pictures, 50 * part - 10);
   }
+}
+
+TEST_F(MovieReaderTest, FailsForATransmissionThatEndsWithinAPacket) {
+  const auto file = m_folder / "film.ts";
+  makeFilm(m_mov);
+  // Packets alone, and behind time stamps.
+  for (const char* mode : {"0", "1"}) {
+    runFfmpeg({"-i", m_mov.string(), "-c", "copy", "-mpegts_m2ts_mode", mode, file.string()});
+    const auto size = std::filesystem::file_size(file);
+    for (const uintmax_t cut : {1U, 100U, 187U}) {
+      std::filesystem::resize_file(file, size - cut);
+      EXPECT_THAT(readAll(file).error, EndsWith("The file ends too early")) << cut;
+    }
+  }
+}
+
+TEST_F(MovieReaderTest, FailsForATransmissionThatHasLostManyPictures) {
+  const auto file = m_folder / "film.ts";
+  makeFilm(file);
+  std::string bytes = readFile(file);
+  const size_t packets = bytes.size() / kTransportPacket;
+  const auto isPicture = [](const std::string& packet) {
+    return (packet[1] & 0x1F) == 1 && packet[2] == 0;
+  };
+  // Packets are counted in four bits: a gap of as many packets of pictures would not show.
+  int pictures = 0;
+  const size_t begin = packets * 3 / 10 * kTransportPacket;
+  size_t end = begin;
+  while (end < 2 * begin || pictures % 16 == 0) {
+    if (isPicture(bytes.substr(end, kTransportPacket))) ++pictures;
+    end += kTransportPacket;
+  }
+  bytes.erase(begin, end - begin);
+  writeFile(file, bytes);
+  const Movie movie = Movie::open(file);
+  MovieReader reader(movie);
+  SampleOutput& video = reader.addVideoOutput(videoTrack(movie), wholePicture());
+  ASSERT_TRUE(reader.startReading());
+  EXPECT_LT(countSamples(video), 45);
+  EXPECT_EQ(reader.status(), Status::failed);
 }
 
 TEST_F(MovieReaderTest, TakesATransmissionThatBeginsAnywhere) {
@@ -279,7 +334,7 @@ TEST_F(MovieReaderTest, TakesATransmissionThatBeginsAnywhere) {
   makeFilm(file);
   const std::string bytes = readFile(file);
   // The tables come again and again.
-  writeFile(file, bytes.substr(bytes.size() / 3));
+  writeFile(file, bytes.substr(bytes.size() / 3 + 1));
   const Reading reading = readAll(file);
   EXPECT_EQ(reading.error, "");
   EXPECT_GT(reading.pictures, 15);
@@ -297,6 +352,28 @@ void damagePackets(const std::filesystem::path& file, int first, int count) {
     if (i >= first && i < first + count) bytes.replace(position, size, size, '\0');
   }
   writeFile(file, bytes);
+}
+
+TEST_F(MovieReaderTest, FailsWhereADemuxerPassesOverDamage) {
+  for (const char* name : {"film.mkv", "film.webm", "film.avi"}) {
+    SCOPED_TRACE(name);
+    const auto file = m_folder / name;
+    const bool isAvi = file.extension() == ".avi", isWebm = file.extension() == ".webm";
+    makeFilm(file, isAvi    ? std::vector<std::string>{"-c:v", "mpeg4", "-q:v", "2"}
+                   : isWebm ? std::vector<std::string>{"-c:v", "libvpx", "-deadline", "realtime"}
+                            : std::vector<std::string>());
+    const std::string bytes = readFile(file);
+    EXPECT_EQ(readAll(file).error, "");
+    for (const double part : {0.3, 0.5, 0.7}) {
+      const auto at = static_cast<size_t>(part * static_cast<double>(bytes.size()));
+      for (const char filler : {'\0', '\xA5'}) {
+        // More than one packet has.
+        const size_t length = bytes.size() / 8;
+        writeFile(file, std::string(bytes).replace(at, length, length, filler));
+        EXPECT_THAT(readAll(file).error, EndsWith("Some of it is damaged")) << part;
+      }
+    }
+  }
 }
 
 TEST_F(MovieReaderTest, GetsOverAFewDamagedPictures) {

@@ -1,3 +1,4 @@
+#include "base/failure.h"
 #include "platform/movie/movie_writer.h"
 #include "support/temporary_folder.h"
 #include "written_movie.h"
@@ -204,6 +205,24 @@ TEST_F(MovieWriterAudioTest, RefusesWhatNoQuickTimeMovieHolds) {
   EXPECT_TRUE(writer.canAdd(settingsFor(sound)));
   sound.track.fitsQuickTime = false;
   EXPECT_FALSE(writer.canAdd(settingsFor(sound)));
+}
+
+TEST_F(MovieWriterAudioTest, SaysThatDamagedSoundCannotBeCopied) {
+  // Packets with headers, which are taken off on the way.
+  const Sound sound = readSound(makeTone("tone.ts", {"-c:a", "aac"}));
+  MovieWriter writer(m_file);
+  (void)writer.addVideoInput(smallSettings(VideoCodec::H264));
+  SampleInput& tone = writer.addAudioInput(settingsFor(sound));
+  ASSERT_TRUE(writer.startWriting());
+  EXPECT_TRUE(tone.append(sound.sample(0)));
+  MovieSample damaged = sound.sample(1);
+  AVPacket& packet = *damaged.content()->packet;
+  ASSERT_EQ(av_packet_make_writable(&packet), 0);
+  std::fill_n(packet.data, packet.size, uint8_t{0});
+  EXPECT_FALSE(tone.append(std::move(damaged)));
+  EXPECT_EQ(writer.status(), Status::failed);
+  EXPECT_EQ(userMessage(writer.error()),
+            "The original audio is damaged and cannot be copied into a MOV file.");
 }
 
 TEST_F(MovieWriterAudioTest, HoldsATrackThatIsASecondAheadOfTheOther) {

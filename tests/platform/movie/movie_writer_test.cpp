@@ -63,6 +63,21 @@ TEST_F(MovieWriterTest, WritesBothCodecsWithTheirTagsAndColors) {
   }
 }
 
+TEST_F(MovieWriterTest, TagsPrimariesThatTheEncodersDoNotKnow) {
+  for (const VideoCodec codec : {VideoCodec::H264, VideoCodec::Hevc}) {
+    VideoInputSettings settings = smallSettings(codec);
+    settings.color = {22, 1, 1};
+    ASSERT_TRUE(MovieWriter(m_file).canApply(settings));
+    write(settings, evenTimes(3, 20), 20);
+    const auto stream = m_folder / (codec == VideoCodec::Hevc ? "film.hevc" : "film.h264");
+    runFfmpeg({"-i", m_file.string(), "-c", "copy", stream.string()});
+    for (const auto& file : {m_file, stream}) {
+      EXPECT_EQ(text(probeStream(file, 0), "color_primaries"), "ebu3213");
+      EXPECT_EQ(text(probeStream(file, 0), "color_transfer"), "bt709");
+    }
+  }
+}
+
 TEST_F(MovieWriterTest, LeavesOneFileWithTheHeaderInFrontAndNoNameOfAnEncoder) {
   write(smallSettings(VideoCodec::H264), evenTimes(5, 20), 20);
   EXPECT_EQ(namesIn(m_folder.path()), std::vector<std::string>({"film.mov"}));

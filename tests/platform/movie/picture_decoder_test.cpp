@@ -2,6 +2,11 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
+#include <fstream>
+
+#include "platform/movie/box_bytes.h"
+#include "platform/movie/fragment_runs.h"
 #include "platform/movie/numbered_film.h"
 #include "support/quicktime_maker.h"
 #include "support/temporary_folder.h"
@@ -103,6 +108,9 @@ TEST_F(PictureDecoderTest, CountsTimesOfEveryContainerFromItsStart) {
       {"fragments.mp4", {"-movflags", "frag_keyframe+delay_moov+default_base_moof"}},
       {"dash.mp4", {"-movflags", "dash+delay_moov"}},
       {"negative.mp4", {"-movflags", "negative_cts_offsets"}},
+      {"negative_fragments.mp4",
+       {"-movflags", "frag_keyframe+empty_moov+default_base_moof+negative_cts_offsets"}},
+      {"negative_behind_tables.mp4", {"-movflags", "frag_keyframe+negative_cts_offsets"}},
       {"film.mkv", {}},
       {"film.ts", {}},
       {"film.avi", {"-c:v", "mpeg4", "-q:v", "2", "-bf", "2"}},
@@ -124,6 +132,40 @@ TEST_F(PictureDecoderTest, CountsTimesOfEveryContainerFromItsStart) {
       EXPECT_NEAR(picture->duration.seconds(), 0.04, 0.0011);
     }
     EXPECT_EQ(count, kPictures);
+  }
+}
+
+/// Moves the pictures of each fragment but the first one picture ahead of themselves in the order
+/// of decoding; they are shown as before.
+void lowerOffsets(const std::filesystem::path& path) {
+  BoxFile boxes(path);
+  std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+  const auto add = [&](uint64_t at, int32_t ticks) {
+    std::array<uint8_t, 4> field{};
+    ASSERT_EQ(boxes.readAt(at, field), field.size());
+    const uint32_t sum = ByteCursor(field).u32() + static_cast<uint32_t>(ticks);
+    file.seekp(static_cast<std::streamoff>(at));
+    file << bigEndian(sum, 4);
+  };
+  auto moof = boxes.find(fourCC("moof"), 0, boxes.size());
+  while ((moof = boxes.find(fourCC("moof"), moof->end, boxes.size()))) {
+    const FileBox traf = boxes.child(*moof, fourCC("traf")).value();
+    add(boxes.child(traf, fourCC("tfdt")).value().end - 4, kPictureTicks);
+    forEachRun(boxes, *moof, [&add](const FragmentRun& run) {
+      for (uint64_t i = 1; i <= run.sampleCount; ++i)
+        add(run.box.payload + run.start + i * run.sampleSize - 4, -kPictureTicks);
+    });
+  }
+}
+
+TEST_F(PictureDecoderTest, KnowsHowFarLaterFragmentsGoBelowTheirDecodingTimes) {
+  const std::string flags = "empty_moov+default_base_moof+negative_cts_offsets+";
+  for (const char* more : {"frag_keyframe", "dash+global_sidx"}) {
+    SCOPED_TRACE(more);
+    const auto film = m_folder / "film.mp4";
+    makeNumberedFilm(film, {"-movflags", flags + more});
+    lowerOffsets(film);
+    EXPECT_THAT(shownPictures(film), ElementsAreArray(steadily(0, 24)));
   }
 }
 

@@ -147,6 +147,26 @@ TEST_F(QuickTimeExtentTest, FindsAFragmentCutInItsFirstBytes) {
   EXPECT_FALSE(extent->boxesAreWhole);
 }
 
+TEST_F(QuickTimeExtentTest, FindsAFragmentDamaged) {
+  const std::filesystem::path path =
+      film("film.mp4", {"-g", "5", "-movflags", "frag_keyframe+empty_moov"});
+  const std::string bytes = readFile(path);
+  const size_t first = bytes.find("moof"), second = bytes.find("moof", first + 4);
+  ASSERT_NE(second, std::string::npos);
+  const auto isWholeWith = [&](size_t at, const std::string& damage) {
+    writeFile(path, std::string(bytes).replace(at, damage.size(), damage));
+    return QuickTimeExtent::read(path)->boxesAreWhole;
+  };
+  EXPECT_TRUE(isWholeWith(second, "moof"));
+  // The box of the fragment, its size, the box of its track, and the track that it names.
+  for (const size_t at : {second, second - 4, bytes.find("traf", second) - 4,
+                          bytes.find("tfhd", second) + 8, bytes.find("tfhd", second) - 4}) {
+    EXPECT_FALSE(isWholeWith(at, std::string(4, '\0'))) << at - second;
+    EXPECT_FALSE(isWholeWith(at, "\x81\x02\xFE\x17")) << at - second;
+  }
+  EXPECT_FALSE(isWholeWith(second - 4, std::string(200, '\0')));
+}
+
 TEST_F(QuickTimeExtentTest, IgnoresWhatFollowsThatIsNoBoxOfMedia) {
   const std::filesystem::path path = film("film.mov");
   const std::string bytes = readFile(path);
