@@ -14,6 +14,7 @@ import argparse
 import itertools
 import multiprocessing
 import pathlib
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -65,7 +66,9 @@ def main():
         if arguments.keep:
             arguments.keep.mkdir(parents=True)
             folder = arguments.keep
-        work = [(i, (arguments.bin / "crop-once").resolve(), folder) for i in chosen]
+        # Cases that run it as an ordinary user may not reach the folder of the build.
+        program = pathlib.Path(shutil.copy(arguments.bin / "crop-once", folder)).resolve()
+        work = [(i, program, folder) for i in chosen]
         with multiprocessing.Pool(2) as pool:
             results = sorted(pool.imap_unordered(try_case, work))
     rows = [f"| {CASES[i].group} | {CASES[i].name} | {result}{f' ({took:.1f} s)' if arguments.times else ''} "
