@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <map>
 #include <string>
 #include <string_view>
@@ -146,6 +147,17 @@ MovieTrack makeTrack(const MovieInput& input, const AVStream& stream, const AVFr
   return track;
 }
 
+/// Whether the look at a stream's first packets has left open what its first frame may tell.
+bool isLeftOpen(const AVCodecParameters& parameters) {
+  const bool isHdr =
+      parameters.color_trc == AVCOL_TRC_SMPTE2084 || parameters.color_trc == AVCOL_TRC_ARIB_STD_B67;
+  return isHdr || parameters.format == AV_PIX_FMT_NONE ||
+         parameters.chroma_location == AVCHROMA_LOC_UNSPECIFIED ||
+         parameters.color_primaries == AVCOL_PRI_UNSPECIFIED ||
+         parameters.color_trc == AVCOL_TRC_UNSPECIFIED ||
+         parameters.color_space == AVCOL_SPC_UNSPECIFIED;
+}
+
 /// The streams that are video tracks.
 std::vector<int> videoStreams(const AVFormatContext& context) {
   std::vector<int> found;
@@ -162,7 +174,12 @@ std::vector<int> videoStreams(const AVFormatContext& context) {
 std::vector<MovieTrack> movieTracks(MovieInput& input) {
   const AVFormatContext& context = input.context();
   const std::vector<int> video = videoStreams(context);
-  const std::map<int, AvFramePtr> frames = decodeFirstFrames(input, video);
+  std::vector<int> leftOpen;
+  std::copy_if(video.begin(), video.end(), std::back_inserter(leftOpen), [&](int index) {
+    // Outside QuickTime files a frame may also say how it is turned.
+    return !input.boxes() || isLeftOpen(*context.streams[index]->codecpar);
+  });
+  const std::map<int, AvFramePtr> frames = decodeFirstFrames(input, leftOpen);
   std::vector<MovieTrack> tracks;
   for (unsigned i = 0; i < context.nb_streams; ++i) {
     const AVStream& stream = *context.streams[i];

@@ -1,6 +1,7 @@
 #include "platform/movie/movie_writer.h"
 
 #include <cstdio>
+#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -11,6 +12,7 @@
 #include "platform/movie/encoder_candidates.h"
 #include "platform/movie/movie_error.h"
 #include "platform/movie/quicktime_finish.h"
+#include "platform/movie/video_encoder.h"
 #include "platform/movie/video_input.h"
 
 namespace vantrel {
@@ -56,6 +58,8 @@ class MovieWriter::Session {
   bool m_rewrites = true;
   int32_t m_movieTimescale = kUsualMovieTimescale;
   MediaTime m_end;
+  /// The encoder of the settings that were last found to apply, opened and unused.
+  std::optional<std::pair<VideoInputSettings, VideoEncoder>> m_tried;
   std::vector<std::unique_ptr<AudioInput>> m_audio;
   /// Behind what its thread uses.
   std::unique_ptr<VideoInput> m_video;
@@ -132,7 +136,14 @@ void MovieWriter::setMovieTimescale(int32_t timescale) {
 }
 
 bool MovieWriter::canApply(const VideoInputSettings& settings) const {
-  return makeSense(settings) && VideoEncoder::canEncode(settings, encoderCandidates(settings));
+  if (!makeSense(settings)) return false;
+  try {
+    m_session->m_tried.emplace(
+        settings, VideoEncoder::open(m_session->m_name, settings, encoderCandidates(settings)));
+    return true;
+  } catch (const MovieError&) {
+    return false;
+  }
 }
 
 bool MovieWriter::canAdd(const VideoInputSettings& settings) const {
@@ -149,6 +160,9 @@ SampleInput& MovieWriter::addVideoInput(const VideoInputSettings& settings) {
   if (!canAdd(settings)) throw MovieError(m_session->m_name, FileAction::Save, AVERROR(EINVAL));
   m_session->m_video = std::make_unique<VideoInput>(m_session->m_name, settings, m_session->m_state,
                                                     m_session->m_pace);
+  auto& tried = m_session->m_tried;
+  if (tried && tried->first == settings) m_session->m_video->useEncoder(std::move(tried->second));
+  tried.reset();
   return *m_session->m_video;
 }
 

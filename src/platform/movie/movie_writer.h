@@ -35,6 +35,8 @@ struct VideoInputSettings {
   double expectedFrameRate = 0;
   /// The items of the track's `meta`.
   std::vector<MovieMetadataItem> metadata;
+
+  friend bool operator==(const VideoInputSettings&, const VideoInputSettings&) = default;
 };
 
 /// How the packets of an audio input are described.
@@ -69,7 +71,8 @@ class MovieWriter final : public WritingSession {
   /// Ticks per second of the movie header, in which the edits of audio sources count.
   void setMovieTimescale(int32_t timescale);
 
-  /// Whether an encoder takes these settings here and now; tried out.
+  /// Whether an encoder takes these settings here and now: one is opened, which an input of the
+  /// same settings then uses.
   [[nodiscard]] bool canApply(const VideoInputSettings& settings) const;
   [[nodiscard]] bool canAdd(const VideoInputSettings& settings) const;
   [[nodiscard]] bool canAdd(const AudioInputSettings& settings) const;

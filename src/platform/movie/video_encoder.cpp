@@ -80,16 +80,9 @@ VideoEncoder VideoEncoder::open(const std::filesystem::path& file,
   throw reason.value_or(MovieError(file, FileAction::Save, AVERROR_ENCODER_NOT_FOUND));
 }
 
-bool VideoEncoder::canEncode(const VideoInputSettings& settings,
-                             const std::vector<EncoderCandidate>& candidates) {
-  return std::any_of(candidates.begin(), candidates.end(),
-                     [&settings](const auto& candidate) { return works(settings, candidate); });
-}
-
 bool VideoEncoder::works(const VideoInputSettings& settings, const EncoderCandidate& candidate) {
   try {
     VideoEncoder encoder({}, settings, candidate);
-    if (!candidate.isHardware) return true;
     encoder.send(greyPicture(settings), true);
     encoder.sendEnd();
     return encoder.receive() != nullptr;

@@ -18,9 +18,6 @@ class VideoEncoder final {
   [[nodiscard]] static VideoEncoder open(const std::filesystem::path& file,
                                          const VideoInputSettings& settings,
                                          const std::vector<EncoderCandidate>& candidates);
-  /// Whether one of them works.
-  [[nodiscard]] static bool canEncode(const VideoInputSettings& settings,
-                                      const std::vector<EncoderCandidate>& candidates);
 
   [[nodiscard]] const std::string& name() const { return m_candidate.setup.encoder; }
   /// Of the stream that the packets make. Their times count in `timeBase`.
@@ -41,7 +38,7 @@ class VideoEncoder final {
   VideoEncoder(std::filesystem::path file, const VideoInputSettings& settings,
                EncoderCandidate candidate);
 
-  /// Whether it opens and, for hardware, encodes a picture: drivers promise more than they keep.
+  /// Whether it opens and encodes a picture: drivers of hardware promise more than they keep.
   [[nodiscard]] static bool works(const VideoInputSettings& settings,
                                   const EncoderCandidate& candidate);
   void setUp(AVCodecContext& context) const;

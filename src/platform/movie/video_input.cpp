@@ -39,7 +39,8 @@ VideoInput::~VideoInput() {
 }
 
 void VideoInput::addStream(MovieMuxer& muxer) {
-  m_encoder.emplace(VideoEncoder::open(m_file, m_settings, encoderCandidates(m_settings)));
+  if (!m_encoder)
+    m_encoder.emplace(VideoEncoder::open(m_file, m_settings, encoderCandidates(m_settings)));
   m_muxer = &muxer;
   m_stream = &muxer.addStream(m_encoder->parameters());
   if (m_settings.isHdr) addHdrSideData(*m_stream, m_settings.hdrMetadata);

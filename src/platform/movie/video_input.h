@@ -34,6 +34,8 @@ class VideoInput final : public SampleInput {
 
   // Of the writer's thread:
 
+  /// Takes an unused encoder of these settings, so that none need be opened. Before `addStream`.
+  void useEncoder(VideoEncoder encoder) { m_encoder.emplace(std::move(encoder)); }
   /// Opens the encoder, before the header is written. Throws MovieError.
   void addStream(MovieMuxer& muxer);
   /// Behind the header.

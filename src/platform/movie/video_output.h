@@ -26,7 +26,7 @@ class VideoOutput final : public SampleOutput {
 
  private:
   /// Pictures that wait to be taken.
-  static constexpr size_t kQueueLength = 4;
+  static constexpr size_t kQueueLength = 1;
 
   void decode();
   /// False when reading has ended.
