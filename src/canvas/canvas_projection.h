@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QMarginsF>
 #include <QPointF>
 #include <QRectF>
 #include <QSizeF>
@@ -12,17 +11,10 @@ namespace vantrel {
 /// above 0, whatever the sizes are.
 class CanvasProjection {
  public:
-  /// Room in points that a fitted picture keeps free inside the insets, both sides together: there
-  /// stand the fields around the crop.
-  static constexpr double kFreeWidth = 240, kFreeHeight = 192;
-
   /// No source, at a scale of 1.
   CanvasProjection() = default;
-
-  /// A source of `source` pixels in the middle of a view of `view` points less `insets`, as large
-  /// as the free room allows.
-  [[nodiscard]] static CanvasProjection fitted(const QSizeF& source, const QSizeF& view,
-                                               const QMarginsF& insets);
+  /// A source of `source` pixels whose top left corner lies at `origin`, in points.
+  CanvasProjection(const QSizeF& source, const QPointF& origin, double scale);
 
   /// Points for each source pixel.
   [[nodiscard]] double scale() const { return m_scale; }

@@ -2,52 +2,37 @@
 
 #include <QColor>
 #include <QMarginsF>
-#include <QWidget>
-#include <optional>
+#include <QPointer>
+#include <QSizeF>
+#include <cstdint>
 
-#include "canvas/canvas_projection.h"
 #include "model/crop_margins.h"
 #include "platform/image/bitmap.h"
-
-class QPainter;
+#include "platform/movie/video_picture_source.h"
 
 namespace vantrel {
 
-class PicturePreview;
-
-/// Shows a picture, fitted, under its crop: what the crop cuts away is dimmed, a border and eight
-/// handles stand around the rest. The picture is rendered in the background.
-class CropCanvas final : public QWidget {
-  Q_OBJECT
-
- public:
-  explicit CropCanvas(QWidget* parent = nullptr);
-
-  [[nodiscard]] CanvasProjection projection() const;
-  /// Whether what is on the screen is the picture at its present size.
-  [[nodiscard]] bool isPictureShown() const;
-
-  /// An empty bitmap for none.
-  void setPicture(const Bitmap& picture);
-  void setCrop(const CropMargins& crop);
-  /// Behind the picture; the palette's own colour for a canvas if absent.
-  void setCanvasColor(const std::optional<QColor>& color);
-  /// The part of the view, in points, that a fitted picture keeps clear of.
-  void setFramingInsets(const QMarginsF& insets);
-
- protected:
-  void paintEvent(QPaintEvent* event) override;
-
- private:
-  [[nodiscard]] QSizeF sourceSize() const;
-  void drawPicture(QPainter& painter, const QRectF& frame);
-  void drawOverlay(QPainter& painter, const QRectF& frame, const QRectF& selection) const;
-
-  Bitmap m_picture;
-  PicturePreview* m_preview;
-  CropMargins m_crop;
-  std::optional<QColor> m_color;
-  QMarginsF m_insets;
+/// All that an editor tells its canvas; made anew with each update.
+struct CropCanvas {
+  /// Where the pictures of a video come from; null for an image and for nothing.
+  QPointer<VideoPictureSource> player;
+  /// Empty for a video and for nothing.
+  Bitmap image;
+  /// In source pixels; 0 × 0 for nothing.
+  QSizeF sourceSize{0, 0};
+  CropMargins crop;
+  /// Device pixels for each source pixel.
+  double zoom = 1;
+  bool fit = true;
+  /// Shows only what the crop keeps.
+  bool previewOnly = false;
+  /// Each change asks for a smooth move to the zoom or the fit, and to the centre if the next one
+  /// says so.
+  int64_t cameraRequest = 0;
+  bool centerCameraOnRequest = true;
+  /// What a framed picture keeps clear of, in points from the edges of the viewport.
+  QMarginsF framingInsets;
+  QColor canvasColor;
 };
 
 }  // namespace vantrel

@@ -40,13 +40,12 @@ QRectF handleRect(CropHandle handle, const QRectF& selection) {
   return {};
 }
 
-QRectF snappedToDevice(const QRectF& rect, const QTransform& toDevice) {
-  const QRectF device = toDevice.mapRect(rect);
-  const double left = std::round(device.left());
-  const double top = std::round(device.top());
-  const double right = std::max(left + 1, std::round(device.right()));
-  const double bottom = std::max(top + 1, std::round(device.bottom()));
-  return toDevice.inverted().mapRect(QRectF(left, top, right - left, bottom - top));
+QRectF snappedToDevice(const QRectF& rect, double devicePixelRatio) {
+  const double left = std::round(rect.left() * devicePixelRatio);
+  const double top = std::round(rect.top() * devicePixelRatio);
+  const double right = std::max(left + 1, std::round(rect.right() * devicePixelRatio));
+  const double bottom = std::max(top + 1, std::round(rect.bottom() * devicePixelRatio));
+  return {left, top, right - left, bottom - top};
 }
 
 }  // namespace vantrel::CropOverlayGeometry

@@ -1,8 +1,12 @@
 #pragma once
 
 #include <QRectF>
-#include <QTransform>
 #include <array>
+#include <vector>
+
+#include "canvas/canvas_projection.h"
+#include "model/crop_margins.h"
+#include "platform/gl/rectangle_painter.h"
 
 namespace vantrel {
 
@@ -19,13 +23,24 @@ namespace CropOverlayGeometry {
 /// Width of the border, which lies wholly outside the selection.
 inline constexpr double kBorderWidth = 2;
 
+/// The margins that a handle moves, in the order in which they are set.
+[[nodiscard]] const std::vector<CropMargins::Edge>& edgesOf(CropHandle handle);
+
 /// A handle lies wholly outside `selection`, touching it: 12 × 12 at the corners, 24 × 8 or 8 × 24
 /// in the middle of the edges.
 [[nodiscard]] QRectF handleRect(CropHandle handle, const QRectF& selection);
 
-/// `rect`, in logical coordinates, moved and sized so that its edges lie on whole device pixels and
-/// it keeps at least one; `toDevice` scales and translates.
-[[nodiscard]] QRectF snappedToDevice(const QRectF& rect, const QTransform& toDevice);
+/// The zone along a whole edge of `selection` that takes hold of it: 6 points outwards, 3 inwards.
+[[nodiscard]] QRectF edgeBand(CropMargins::Edge edge, const QRectF& selection);
+
+/// `rect`, in points, in device pixels with its edges on whole ones, and at least one wide and high.
+[[nodiscard]] QRectF snappedToDevice(const QRectF& rect, double devicePixelRatio);
+
+/// The dimming, the border and the handles around `crop` in device pixels, in the order of drawing;
+/// nothing lies inside the selection. Empty without a source.
+[[nodiscard]] std::vector<ColoredRectangle> rectangles(const CanvasProjection& projection,
+                                                       const CropMargins& crop,
+                                                       double devicePixelRatio);
 
 }  // namespace CropOverlayGeometry
 }  // namespace vantrel

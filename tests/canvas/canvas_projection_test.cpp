@@ -8,28 +8,8 @@
 namespace vantrel {
 namespace {
 
-constexpr QMarginsF kInsets{20, 20, 20, 20};
-
-TEST(CanvasProjection, FitsIntoTheRoomThatTheFieldsLeave) {
-  const auto projection = CanvasProjection::fitted({1920, 1080}, {1240, 772}, {});
-  EXPECT_DOUBLE_EQ(projection.scale(), 1000.0 / 1920);
-}
-
-TEST(CanvasProjection, FitsTheTighterSide) {
-  const auto projection = CanvasProjection::fitted({4032, 3024}, {960, 727}, kInsets);
-  EXPECT_DOUBLE_EQ(projection.scale(), (727.0 - 40 - 192) / 3024);
-}
-
-TEST(CanvasProjection, CentresTheSourceInsideTheInsets) {
-  const auto projection = CanvasProjection::fitted({100, 50}, {1000, 800}, {10, 20, 30, 60});
-  const QRectF frame = projection.imageFrame();
-  EXPECT_DOUBLE_EQ(frame.left() - 10, 1000 - 30 - frame.right());
-  EXPECT_NEAR(frame.top() - 20, 800 - 60 - frame.bottom(), 1e-9);
-  EXPECT_DOUBLE_EQ(frame.width() / frame.height(), 2);
-}
-
 TEST(CanvasProjection, MapsThereAndBack) {
-  const auto projection = CanvasProjection::fitted({4001, 2999}, {913, 641}, kInsets);
+  const CanvasProjection projection({4001, 2999}, {-13.5, 71}, 0.1375);
   for (const QPointF point : {QPointF(0, 0), QPointF(4001, 2999), QPointF(17.25, 1204.5)}) {
     const QPointF back = projection.toSource(projection.toView(point));
     EXPECT_NEAR(back.x(), point.x(), 1e-9);
@@ -38,17 +18,10 @@ TEST(CanvasProjection, MapsThereAndBack) {
 }
 
 TEST(CanvasProjection, MapsTheWholeSourceToTheImageFrame) {
-  const auto projection = CanvasProjection::fitted({300, 200}, {800, 600}, kInsets);
+  const CanvasProjection projection({300, 200}, {10, 20}, 2);
+  EXPECT_EQ(projection.imageFrame(), QRectF(10, 20, 600, 400));
   EXPECT_EQ(projection.toView(QRectF(0, 0, 300, 200)), projection.imageFrame());
-  EXPECT_EQ(projection.toView(QRectF(30, 20, 60, 40)).size(), QSizeF(60, 40) * projection.scale());
-}
-
-TEST(CanvasProjection, HasAPositiveScaleInAViewWithoutRoom) {
-  for (const QSizeF view : {QSizeF(0, 0), QSizeF(100, 50), QSizeF(-5, -5)}) {
-    const auto projection = CanvasProjection::fitted({4000, 3000}, view, kInsets);
-    EXPECT_DOUBLE_EQ(projection.scale(), 1.0 / 4000);
-    EXPECT_TRUE(std::isfinite(projection.imageFrame().x()));
-  }
+  EXPECT_EQ(projection.toView(QRectF(30, 20, 60, 40)).size(), QSizeF(120, 80));
 }
 
 TEST(CanvasProjection, IsEmptyForASizeWithoutPixels) {
@@ -56,18 +29,20 @@ TEST(CanvasProjection, IsEmptyForASizeWithoutPixels) {
   const double none = std::numeric_limits<double>::quiet_NaN();
   for (const QSizeF size : {QSizeF(0, 0), QSizeF(10, 0), QSizeF(-1, 5), QSizeF(infinite, 5),
                             QSizeF(none, none), QSizeF()}) {
-    const auto projection = CanvasProjection::fitted(size, {800, 600}, kInsets);
+    const CanvasProjection projection(size, {400, 300}, 2);
     EXPECT_TRUE(projection.isEmpty());
-    EXPECT_GT(projection.scale(), 0);
-    EXPECT_EQ(projection.imageFrame().size(), QSizeF(0, 0));
-    EXPECT_EQ(projection.imageFrame().topLeft(), QPointF(400, 300));
+    EXPECT_EQ(projection.imageFrame(), QRectF(400, 300, 0, 0));
   }
   EXPECT_TRUE(CanvasProjection().isEmpty());
 }
 
-TEST(CanvasProjection, EnlargesASmallSource) {
-  const auto projection = CanvasProjection::fitted({32, 32}, {1000, 1000}, kInsets);
-  EXPECT_DOUBLE_EQ(projection.scale(), 720.0 / 32);
+TEST(CanvasProjection, KeepsAUsableScaleAndOrigin) {
+  for (const double scale : {0.0, -1.0, std::numeric_limits<double>::quiet_NaN(),
+                             std::numeric_limits<double>::infinity()}) {
+    EXPECT_DOUBLE_EQ(CanvasProjection({10, 10}, {0, 0}, scale).scale(), 1);
+  }
+  const double none = std::numeric_limits<double>::quiet_NaN();
+  EXPECT_EQ(CanvasProjection({10, 10}, {none, 3}, 1).imageFrame().topLeft(), QPointF(0, 0));
 }
 
 }  // namespace

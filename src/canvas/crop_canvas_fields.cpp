@@ -1,0 +1,1 @@
+#include "canvas/crop_canvas_fields.h"

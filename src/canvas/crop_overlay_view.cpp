@@ -1,0 +1,1 @@
+#include "canvas/crop_overlay_view.h"

@@ -1,0 +1,1 @@
+#include "canvas/video_canvas_view.h"

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QColor>
+#include <QOpenGLWidget>
+#include <QPointer>
+#include <QVariantAnimation>
+
+#include "canvas/canvas_projection.h"
+#include "model/crop_margins.h"
+#include "platform/gl/picture_renderer.h"
+#include "platform/gl/rectangle_painter.h"
+#include "platform/movie/video_picture_source.h"
+
+namespace vantrel {
+
+/// The surface that draws the canvas: the picture at the camera's rectangle, what surrounds the
+/// crop, and the fade between the whole picture and its kept part. Main thread.
+class VideoCanvasView final : public QOpenGLWidget {
+  Q_OBJECT
+
+ public:
+  static constexpr int kFadeMilliseconds = 220;
+
+  explicit VideoCanvasView(QWidget* parent = nullptr);
+  ~VideoCanvasView() override;
+
+  [[nodiscard]] const CanvasProjection& projection() const { return m_projection; }
+  [[nodiscard]] const CropMargins& crop() const { return m_crop; }
+  /// Of dimming, border, handles and fields, and of the picture outside the crop: 1 while editing,
+  /// 0 in preview, between them while it fades.
+  [[nodiscard]] double editingOpacity() const { return m_editingOpacity; }
+  /// Whether what is on the screen is the picture, as sharp as it will be.
+  [[nodiscard]] bool isPictureShown() const;
+
+  /// An empty bitmap and no source for nothing.
+  void setMedia(const Bitmap& image, VideoPictureSource* pictures);
+  void setCanvasColor(const QColor& color);
+  /// Places picture and crop; starts the fade when the preview has changed.
+  void position(const CanvasProjection& projection, const CropMargins& crop, bool previewOnly);
+
+ Q_SIGNALS:
+  void editingOpacityChanged(double opacity);
+  /// A frame with all of the picture that is in view has been drawn.
+  void pictureShown();
+
+ protected:
+  void initializeGL() override;
+  void paintGL() override;
+
+ private:
+  void releaseContext();
+  void fadeTo(double opacity);
+
+  PictureRenderer m_pictures;
+  RectanglePainter m_rectangles;
+  QPointer<VideoPictureSource> m_source;
+  CanvasProjection m_projection;
+  CropMargins m_crop;
+  QColor m_color;
+  bool m_displaysPreview = false;
+  double m_editingOpacity = 1;
+  QVariantAnimation m_fade;
+};
+
+}  // namespace vantrel

@@ -1,0 +1,1 @@
+#include "controls/crop_panel.h"
