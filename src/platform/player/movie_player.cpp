@@ -1,0 +1,1 @@
+#include "platform/player/movie_player.h"

@@ -1,0 +1,1 @@
+#include "playback/playback_state.h"

@@ -1,0 +1,1 @@
+#include "playback/zoom_controls.h"
