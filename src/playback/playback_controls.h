@@ -3,7 +3,6 @@
 #include <QPointer>
 #include <QWidget>
 
-
 #include "platform/player/player.h"
 
 class QLabel;

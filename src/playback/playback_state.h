@@ -51,7 +51,11 @@ class PlaybackState final : public QObject {
   void playerChanged();
 
  private:
-  void seekBack();
+  void observe(Player& player);
+  void restart();
+  /// Seeks; `landed` is told whether it finished, unless a newer gesture or player came first.
+  template <typename Landed>
+  void seek(MediaTime to, Landed landed);
   void setPosition(double seconds);
   void setPlaying(bool playing);
   void setMuted(bool muted);

@@ -1,0 +1,3 @@
+#include "platform/player/player.h"
+
+#include "moc_player.cpp"
