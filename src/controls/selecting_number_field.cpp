@@ -5,17 +5,10 @@
 #include <QMouseEvent>
 #include <utility>
 
+#include "controls/tabular_digits.h"
+
 namespace vantrel {
 namespace {
-
-/// Digits of one width, where Qt can ask the font for them.
-// NOLINTNEXTLINE(performance-unnecessary-value-param): it is changed where Qt can
-QFont withTabularDigits(QFont font) {
-#if QT_VERSION >= QT_VERSION_CHECK(6, 7, 0)
-  font.setFeature(QFont::Tag("tnum"), 1);
-#endif
-  return font;
-}
 
 /// A menu or another window holds the focus for a while; the field keeps being edited.
 bool isBorrowed(Qt::FocusReason reason) {

@@ -9,10 +9,10 @@
 #include <QToolBar>
 #include <utility>
 
+#include "controls/symbol_icon.h"
 #include "controls/window_title.h"
 #include "editor/editor_view.h"
 #include "editor/text_editing.h"
-#include "editor/toolbar_icon.h"
 #include "platform/desktop/file_error.h"
 #include "platform/desktop/key_names.h"
 
@@ -107,9 +107,9 @@ void EditorWindow::updateActions() {
 }
 
 void EditorWindow::updateIcons() {
-  m_open->setIcon(toolbarIcon(QStringLiteral("open"), palette()));
-  m_undoButton->setIcon(toolbarIcon(QStringLiteral("undo"), palette()));
-  m_redoButton->setIcon(toolbarIcon(QStringLiteral("redo"), palette()));
+  m_open->setIcon(symbolIcon(QStringLiteral("folder-open"), palette()));
+  m_undoButton->setIcon(symbolIcon(QStringLiteral("undo-2"), palette()));
+  m_redoButton->setIcon(symbolIcon(QStringLiteral("redo-2"), palette()));
 }
 
 bool EditorWindow::event(QEvent* event) {

@@ -32,8 +32,14 @@ class PlaybackControls final : public QWidget {
  protected:
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
+  void connectState();
+  void showPlaying();
+  void showMuted();
+  void showPosition();
+
   PlaybackState* m_playback;
   QPointer<Player> m_player;
   QToolButton* m_play;

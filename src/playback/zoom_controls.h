@@ -35,7 +35,14 @@ class ZoomControls final : public QWidget {
   void actualSizeRequested();
   void fitRequested();
 
+ protected:
+  void changeEvent(QEvent* event) override;
+
  private:
+  [[nodiscard]] QToolButton* stepButton(const QString& text, bool increasing);
+  void showSymbols();
+
+  double m_least, m_most;
   QToolButton* m_zoomOut;
   QSlider* m_slider;
   QToolButton* m_zoomIn;

@@ -1,4 +1,4 @@
-#include "editor/toolbar_icon.h"
+#include "controls/symbol_icon.h"
 
 #include <QFile>
 #include <QIconEngine>
@@ -41,7 +41,7 @@ class SvgIconEngine final : public QIconEngine {
 
 }  // namespace
 
-QIcon toolbarIcon(const QString& name, const QPalette& palette) {
+QIcon symbolIcon(const QString& name, const QPalette& palette) {
   QFile file(QStringLiteral(":/vantrel/icons/") + name + QStringLiteral(".svg"));
   if (!file.open(QIODevice::ReadOnly)) return {};
   return QIcon(new SvgIconEngine(file.readAll(),

@@ -8,6 +8,6 @@ class QPalette;
 namespace vantrel {
 
 /// The drawn icon of this name in the text colour of `palette`, and in its disabled colour.
-[[nodiscard]] QIcon toolbarIcon(const QString& name, const QPalette& palette);
+[[nodiscard]] QIcon symbolIcon(const QString& name, const QPalette& palette);
 
 }  // namespace vantrel
