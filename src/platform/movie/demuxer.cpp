@@ -124,15 +124,20 @@ void Demuxer::requireAllPackets() {
   if (*m_nextEntry < count || static_cast<uint64_t>(count) < m_sampleCount) failAtEarlyEnd();
 }
 
-bool Demuxer::seek(int64_t time) {
+void Demuxer::leavePlace() {
   m_nextEntry.reset();
   m_walk.reset();
+  m_ahead.reset();
+  m_isCut = false;
+}
+
+bool Demuxer::seek(int64_t time) {
+  leavePlace();
   return av_seek_frame(&m_input.context(), m_stream->index, time, AVSEEK_FLAG_BACKWARD) >= 0;
 }
 
 bool Demuxer::rewind() {
-  m_nextEntry.reset();
-  m_walk.reset();
+  leavePlace();
   if (m_input.isTransmission()) {
     return av_seek_frame(&m_input.context(), -1, 0, AVSEEK_FLAG_BYTE) >= 0;
   }

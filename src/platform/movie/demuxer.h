@@ -41,6 +41,7 @@ class Demuxer final {
   [[nodiscard]] bool readOwn(AVPacket& packet);
   [[nodiscard]] bool readTransmittedSound(AVPacket& packet);
   void readAhead();
+  void leavePlace();
   /// Its place in the stream's index.
   [[nodiscard]] std::optional<int> entryOf(const AVPacket& packet) const;
   void countPacket(const AVPacket& packet);
