@@ -54,10 +54,7 @@ CanvasScrollView::CanvasScrollView(EditHistory& history, QWidget* parent)
 CanvasScrollView::~CanvasScrollView() = default;
 
 void CanvasScrollView::watchOverlay(EditHistory& history) {
-  connect(m_overlay, &CropOverlayView::cropChanged, this, [this](const CropMargins& crop) {
-    positionPicture();
-    Q_EMIT cropChanged(crop);
-  });
+  connect(m_overlay, &CropOverlayView::cropChanged, this, &CanvasScrollView::cropChanged);
   connect(m_overlay, &CropOverlayView::editBegan, &history, &EditHistory::begin);
   connect(m_overlay, &CropOverlayView::editEnded, &history, &EditHistory::end);
   connect(m_overlay, &CropOverlayView::fitRequested, this, &CanvasScrollView::fitRequested);
@@ -132,6 +129,7 @@ void CanvasScrollView::applyCamera() {
 
 void CanvasScrollView::positionPicture() {
   m_canvas->position(m_camera.projection(), m_overlay->overlay().crop(), m_shown.previewOnly);
+  m_canvas->setFocusRing(m_overlay->focusRing());
 }
 
 void CanvasScrollView::publishZoom() {
@@ -200,8 +198,6 @@ bool CanvasScrollView::event(QEvent* event) {
     case QEvent::DevicePixelRatioChange:
 #endif
       takeDevicePixelRatio();
-      break;
-    case QEvent::LayoutRequest:
       break;
     default:
       break;

@@ -5,6 +5,7 @@
 #include "editor/export_session.h"
 
 class QAction;
+class QActionGroup;
 
 namespace vantrel {
 
@@ -32,6 +33,8 @@ class EditorWindow final : public QMainWindow {
  private:
   void buildFileMenu();
   void buildEditMenu();
+  void buildViewMenu();
+  void buildCropMenu();
   void buildToolBar();
   void updateActions();
   void updateIcons();
@@ -42,6 +45,9 @@ class EditorWindow final : public QMainWindow {
   QAction* m_export = nullptr;
   QAction* m_undo = nullptr;
   QAction* m_redo = nullptr;
+  QAction* m_preview = nullptr;
+  /// What looks at an open file in another way.
+  QActionGroup* m_viewing = nullptr;
   // The buttons follow the history alone, the menu items also serve the text being typed.
   QAction* m_undoButton = nullptr;
   QAction* m_redoButton = nullptr;
