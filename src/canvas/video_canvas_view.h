@@ -9,6 +9,7 @@
 #include "model/crop_margins.h"
 #include "platform/gl/picture_renderer.h"
 #include "platform/gl/rectangle_painter.h"
+#include "platform/image/bitmap.h"
 #include "platform/movie/video_picture_source.h"
 
 namespace vantrel {
@@ -24,13 +25,18 @@ class VideoCanvasView final : public QOpenGLWidget {
   explicit VideoCanvasView(QWidget* parent = nullptr);
   ~VideoCanvasView() override;
 
+  /// Whether this computer can draw the surface at all; found out once.
+  [[nodiscard]] static bool isSupported();
+
   [[nodiscard]] const CanvasProjection& projection() const { return m_projection; }
   [[nodiscard]] const CropMargins& crop() const { return m_crop; }
   /// Of dimming, border, handles and fields, and of the picture outside the crop: 1 while editing,
   /// 0 in preview, between them while it fades.
   [[nodiscard]] double editingOpacity() const { return m_editingOpacity; }
+  /// The running fade; ended when nothing fades.
+  [[nodiscard]] QVariantAnimation& fade() { return m_fade; }
   /// Whether what is on the screen is the picture, as sharp as it will be.
-  [[nodiscard]] bool isPictureShown() const;
+  [[nodiscard]] bool isPictureShown() const { return m_isPictureShown; }
 
   /// An empty bitmap and no source for nothing.
   void setMedia(const Bitmap& image, VideoPictureSource* pictures);
@@ -48,12 +54,18 @@ class VideoCanvasView final : public QOpenGLWidget {
   void paintGL() override;
 
  private:
+  void redraw();
+  void takeVideoPicture();
   void releaseContext();
   void fadeTo(double opacity);
+  [[nodiscard]] QSize deviceSize() const;
+  [[nodiscard]] PictureView pictureView() const;
 
   PictureRenderer m_pictures;
   RectanglePainter m_rectangles;
   QPointer<VideoPictureSource> m_source;
+  bool m_hasPicture = false;
+  bool m_isPictureShown = false;
   CanvasProjection m_projection;
   CropMargins m_crop;
   QColor m_color;
