@@ -1,10 +1,12 @@
 #include "canvas/crop_overlay_view.h"
 
+#include <QAccessible>
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 
 #include "canvas/canvas_scroll_view.h"
+#include "canvas/crop_accessibility.h"
 #include "canvas/crop_canvas_field.h"
 #include "canvas/crop_canvas_fields.h"
 #include "canvas/crop_cursors.h"
@@ -29,8 +31,8 @@ std::optional<CropOverlay::Direction> arrowDirection(int key) {
   }
 }
 
-/// The focus comes back to what had it in this window, rather than from another widget.
-bool isReturn(Qt::FocusReason reason) {
+/// The focus goes to a menu or another window, or comes back from there.
+bool isPassing(Qt::FocusReason reason) {
   return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
          reason == Qt::MenuBarFocusReason;
 }
@@ -47,9 +49,16 @@ CropOverlayView::CropOverlayView(EditHistory& history, CanvasScrollView& canvas)
   setMouseTracking(true);
   connect(m_fields, &CropCanvasFields::marginEdited, this, &CropOverlayView::setMargin);
   showCursor(Qt::ArrowCursor, Qt::ArrowCursor);
+  CropAccessibility::install();
 }
 
-CropOverlayView::~CropOverlayView() = default;
+CropOverlayView::~CropOverlayView() {
+  CropAccessibility::forget(*this);
+}
+
+int64_t CropOverlayView::pixelStep() const {
+  return m_history.pixelStep();
+}
 
 std::vector<ColoredRectangle> CropOverlayView::focusRing() const {
   if (!m_showsRing || !hasFocus() || !hasSource()) return {};
@@ -59,18 +68,23 @@ std::vector<ColoredRectangle> CropOverlayView::focusRing() const {
 
 void CropOverlayView::setProjection(const CanvasProjection& projection) {
   if (projection == m_overlay.projection()) return;
+  const bool hadSource = hasSource();
   m_overlay.setProjection(projection);
   updateFields();
   updateCursor();
   Q_EMIT appearanceChanged();
+  CropAccessibility::announcePlaces(*this);
+  if (hadSource != hasSource()) CropAccessibility::announceShown(*this);
 }
 
 void CropOverlayView::setCrop(const CropMargins& crop) {
   if (crop == m_overlay.crop()) return;
+  const CropMargins before = m_overlay.crop();
   m_overlay.setCrop(crop);
   updateFields();
   updateCursor();
   Q_EMIT appearanceChanged();
+  CropAccessibility::announceCrop(*this, before);
 }
 
 void CropOverlayView::setEditingEnabled(bool enabled) {
@@ -82,24 +96,28 @@ void CropOverlayView::setEditingEnabled(bool enabled) {
   if (!enabled) aimKeyboard(std::nullopt, m_showsRing);
   m_fields->setEditingEnabled(enabled);
   updateCursor();
+  CropAccessibility::announceShown(*this);
 }
 
 void CropOverlayView::focusHandle(const std::optional<CropHandle>& handle) {
   if (m_overlay.isEditingEnabled()) aimKeyboard(handle, true);
 }
 
-void CropOverlayView::nudge(CropOverlay::Direction direction, bool isLarge) {
-  m_overlay.setPixelStep(m_history.pixelStep());
-  take(m_focusedHandle ? m_overlay.nudge(*m_focusedHandle, direction, isLarge)
-                       : m_overlay.nudge(direction, isLarge));
+void CropOverlayView::nudge(const std::optional<CropHandle>& handle,
+                            CropOverlay::Direction direction, bool isLarge) {
+  const CropMargins before = m_overlay.crop();
+  m_overlay.setPixelStep(pixelStep());
+  take(handle ? m_overlay.nudge(*handle, direction, isLarge) : m_overlay.nudge(direction, isLarge),
+       before);
 }
 
 void CropOverlayView::setMargin(CropMargins::Edge edge, int64_t value) {
   if (!hasSource()) return;
-  CropMargins crop = m_overlay.crop();
-  crop.set(edge, value, m_overlay.sourceSize(), m_history.pixelStep());
+  const CropMargins before = m_overlay.crop();
+  CropMargins crop = before;
+  crop.set(edge, value, m_overlay.sourceSize(), pixelStep());
   m_overlay.setCrop(crop);
-  take(crop);
+  take(crop, before);
 }
 
 void CropOverlayView::updateFields() {
@@ -154,8 +172,9 @@ bool CropOverlayView::focusNextPrevChild(bool next) {
 
 void CropOverlayView::focusInEvent(QFocusEvent* event) {
   QWidget::focusInEvent(event);
-  if (isReturn(event->reason())) {
+  if (isPassing(event->reason())) {
     Q_EMIT appearanceChanged();
+    if (m_focusedHandle) announceFocusLater();
     return;
   }
   const bool comesBackwards = event->reason() == Qt::BacktabFocusReason;
@@ -167,7 +186,11 @@ void CropOverlayView::focusInEvent(QFocusEvent* event) {
 
 void CropOverlayView::focusOutEvent(QFocusEvent* event) {
   QWidget::focusOutEvent(event);
-  Q_EMIT appearanceChanged();
+  if (isPassing(event->reason())) {
+    Q_EMIT appearanceChanged();
+  } else {
+    aimKeyboard(std::nullopt, false);
+  }
 }
 
 void CropOverlayView::mousePressEvent(QMouseEvent* event) {
@@ -199,9 +222,10 @@ void CropOverlayView::mouseMoveEvent(QMouseEvent* event) {
     m_canvas.dragPan(event->position());
     return;
   }
-  m_overlay.setPixelStep(m_history.pixelStep());
+  const CropMargins before = m_overlay.crop();
+  m_overlay.setPixelStep(pixelStep());
   const bool keepsRatio = event->modifiers().testFlag(Qt::ShiftModifier);
-  if (const auto crop = m_overlay.drag(event->position(), keepsRatio)) take(*crop);
+  if (const auto crop = m_overlay.drag(event->position(), keepsRatio)) take(*crop, before);
 }
 
 void CropOverlayView::mouseReleaseEvent(QMouseEvent* event) {
@@ -221,7 +245,7 @@ void CropOverlayView::mouseReleaseEvent(QMouseEvent* event) {
 
 void CropOverlayView::keyPressEvent(QKeyEvent* event) {
   if (const auto direction = arrowDirection(event->key())) {
-    nudge(*direction, event->modifiers().testFlag(Qt::ShiftModifier));
+    nudge(m_focusedHandle, *direction, event->modifiers().testFlag(Qt::ShiftModifier));
   } else {
     QWidget::keyPressEvent(event);
   }
@@ -236,19 +260,20 @@ bool CropOverlayView::isTakenByCanvas(const QMouseEvent& event) {
 
 void CropOverlayView::press(const QPointF& point) {
   setFocus(Qt::MouseFocusReason);
-  aimKeyboard(std::nullopt, false);
-  m_overlay.setPixelStep(m_history.pixelStep());
+  if (m_focusedHandle || m_showsRing) aimKeyboard(std::nullopt, false);
+  m_overlay.setPixelStep(pixelStep());
   if (m_overlay.press(point)) Q_EMIT editBegan();
   const auto& grip = m_overlay.grip();
   if (grip && !grip->handle) m_zone = CropCursor::move;
   updateCursor();
 }
 
-void CropOverlayView::take(const CropMargins& crop) {
+void CropOverlayView::take(const CropMargins& crop, const CropMargins& before) {
   updateFields();
   updateCursor();
   Q_EMIT appearanceChanged();
   Q_EMIT cropChanged(crop);
+  CropAccessibility::announceCrop(*this, before);
 }
 
 void CropOverlayView::aimKeyboard(const std::optional<CropHandle>& handle, bool showsRing) {
@@ -257,6 +282,13 @@ void CropOverlayView::aimKeyboard(const std::optional<CropHandle>& handle, bool 
   m_showsRing = showsRing;
   if (moves) Q_EMIT focusedHandleChanged();
   Q_EMIT appearanceChanged();
+  if (moves) announceFocusLater();
+}
+
+void CropOverlayView::announceFocusLater() {
+  if (!QAccessible::isActive() || !hasFocus()) return;
+  QMetaObject::invokeMethod(
+      this, [this] { CropAccessibility::announceFocus(*this); }, Qt::QueuedConnection);
 }
 
 void CropOverlayView::showCursor(const QCursor& ownCursor, const QCursor& panelCursor) {

@@ -29,6 +29,8 @@ class CropOverlayView final : public QWidget {
   [[nodiscard]] CropCanvasFields* fields() const { return m_fields; }
   /// The handle that the keyboard moves; absent while the arrows move the whole crop.
   [[nodiscard]] const std::optional<CropHandle>& focusedHandle() const { return m_focusedHandle; }
+  /// The source pixels that an edge moves by at least.
+  [[nodiscard]] int64_t pixelStep() const;
   /// What the surface draws over the crop while the keyboard moves it, in device pixels; empty when
   /// the mouse brought the focus.
   [[nodiscard]] std::vector<ColoredRectangle> focusRing() const;
@@ -39,8 +41,9 @@ class CropOverlayView final : public QWidget {
   void setEditingEnabled(bool enabled);
   /// Does not take the keyboard focus itself. Nothing in preview.
   void focusHandle(const std::optional<CropHandle>& handle);
-  /// Moves the focused handle, or the whole crop, as an arrow key does.
-  void nudge(CropOverlay::Direction direction, bool isLarge);
+  /// Moves the handle, or the whole crop if it is absent, as an arrow key does.
+  void nudge(const std::optional<CropHandle>& handle, CropOverlay::Direction direction,
+             bool isLarge);
   /// Sets one margin as a field does; nothing without a source.
   void setMargin(CropMargins::Edge edge, int64_t value);
   void updateFields();
@@ -75,7 +78,10 @@ class CropOverlayView final : public QWidget {
   /// A press that the crop never sees: there is nothing to crop, or the canvas is panned.
   [[nodiscard]] bool isTakenByCanvas(const QMouseEvent& event);
   void press(const QPointF& point);
-  void take(const CropMargins& crop);
+  /// Whoever moved the crop from `before` has stored it already.
+  void take(const CropMargins& crop, const CropMargins& before);
+  /// Once the event in hand has been told of: then it is the last word.
+  void announceFocusLater();
   void aimKeyboard(const std::optional<CropHandle>& handle, bool showsRing);
   /// All over the view and the panels that float on it.
   void showCursor(const QCursor& ownCursor, const QCursor& panelCursor);
