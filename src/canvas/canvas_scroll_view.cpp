@@ -1,5 +1,6 @@
 #include "canvas/canvas_scroll_view.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QStyle>
@@ -214,9 +215,6 @@ bool CanvasScrollView::viewportEvent(QEvent* event) {
                                   Qt::QueuedConnection);
       }
       return false;
-    case QEvent::Resize:
-      QAbstractScrollArea::viewportEvent(event);
-      return false;
     case QEvent::NativeGesture:
       return m_monitor.takeZoom(*event);
     default:
@@ -227,6 +225,7 @@ bool CanvasScrollView::viewportEvent(QEvent* event) {
 void CanvasScrollView::resizeEvent(QResizeEvent* /*event*/) {
   m_camera.setDevicePixelRatio(devicePixelRatioF());
   m_camera.setViewport(m_canvas->size());
+  m_canvas->update();
   m_overlay->setGeometry(m_canvas->rect());
   placeBars();
   applyCamera();
@@ -250,7 +249,8 @@ void CanvasScrollView::wheelEvent(QWheelEvent* event) {
   event->accept();
   if (m_monitor.takeZoom(*event)) return;
   const CanvasInput::WheelMotion motion = CanvasEventMonitor::motionOf(*event);
-  scrollTo(m_camera.scrollOffset() - CanvasInput::scrollDistance(motion));
+  scrollTo(m_camera.scrollOffset() +
+           CanvasInput::scrollDistance(motion, QApplication::wheelScrollLines()));
   if (!motion.isPrecise()) return;
   m_pan.setScrolling(true);
   m_scrollRestTimer.start();
