@@ -9,6 +9,7 @@
 
 #include "canvas/canvas_input.h"
 #include "canvas/canvas_scroll_bar.h"
+#include "canvas/crop_canvas_fields.h"
 #include "canvas/crop_overlay_view.h"
 #include "canvas/video_canvas_view.h"
 #include "model/edit_history.h"
@@ -60,6 +61,8 @@ void CanvasScrollView::watchOverlay(EditHistory& history) {
   connect(m_overlay, &CropOverlayView::editEnded, &history, &EditHistory::end);
   connect(m_overlay, &CropOverlayView::fitRequested, this, &CanvasScrollView::fitRequested);
   connect(m_overlay, &CropOverlayView::appearanceChanged, this, &CanvasScrollView::positionPicture);
+  connect(m_canvas, &VideoCanvasView::editingOpacityChanged, m_overlay->fields(),
+          &CropCanvasFields::setOpacity);
 }
 
 void CanvasScrollView::watchInput() {

@@ -134,7 +134,8 @@ void EditorView::updateCanvas() {
   canvas.framingInsets = kFramingInsets;
   canvas.canvasColor = canvasColor();
   m_canvas->update(canvas);
-  m_canvas->setEnabled(!m_state.busy());
+  // Disabled, it leaves the space bar to the button of the empty view.
+  m_canvas->setEnabled(m_state.loaded() && !m_state.busy());
 }
 
 QColor EditorView::canvasColor() const {

@@ -1,8 +1,10 @@
 #include "editor/editor_window.h"
 
+#include <QAbstractButton>
 #include <QActionGroup>
 #include <QApplication>
 #include <QEvent>
+#include <QKeyEvent>
 #include <QKeySequence>
 #include <QMenu>
 #include <QMenuBar>
@@ -152,6 +154,17 @@ bool EditorWindow::event(QEvent* event) {
 void EditorWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() == QEvent::PaletteChange && m_open) updateIcons();
+}
+
+void EditorWindow::keyPressEvent(QKeyEvent* event) {
+  // The space bar belongs to the canvas, so another key presses the buttons.
+  auto* const button = qobject_cast<QAbstractButton*>(focusWidget());
+  const bool presses = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (button && presses && !event->isAutoRepeat()) {
+    button->click();
+  } else {
+    QMainWindow::keyPressEvent(event);
+  }
 }
 
 }  // namespace vantrel

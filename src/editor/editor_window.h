@@ -29,6 +29,7 @@ class EditorWindow final : public QMainWindow {
  protected:
   bool event(QEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void buildFileMenu();
