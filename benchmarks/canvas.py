@@ -15,6 +15,13 @@ PROGRAMS = {
         "cameraTick": "One tick of a camera's move",
         "cameraZoomAround": "One zoom at the pointer",
     },
+    "crop_overlay_benchmark": {
+        "overlayHitTest": "One look for what a press takes hold of",
+        "overlayCursor": "One look for the cursor",
+        "overlayDragStep/ratio:0": "One step of dragging a corner",
+        "overlayDragStep/ratio:1": "One step of dragging a corner that keeps its ratio",
+        "overlayRectangles": "What is drawn around the crop, once",
+    },
 }
 # Of the picture in the window.
 WIDTH, HEIGHT = 12000, 8334
