@@ -125,9 +125,7 @@ class OverlayWindow {
     QObject::connect(&overlay, &CropOverlayView::fitRequested, &window,
                      [this] { log << QStringLiteral("fit"); });
   }
-  [[nodiscard]] QPoint inWindow(const QPoint& point) const {
-    return overlay.mapTo(&window, point);
-  }
+  [[nodiscard]] QPoint inWindow(const QPoint& point) const { return overlay.mapTo(&window, point); }
 
   QVBoxLayout m_layout;
 };
