@@ -1,5 +1,6 @@
 #include "canvas/canvas_scroll_view.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QStyle>
@@ -8,6 +9,7 @@
 
 #include "canvas/canvas_input.h"
 #include "canvas/canvas_scroll_bar.h"
+#include "canvas/crop_canvas_fields.h"
 #include "canvas/crop_overlay_view.h"
 #include "canvas/video_canvas_view.h"
 #include "model/edit_history.h"
@@ -54,14 +56,13 @@ CanvasScrollView::CanvasScrollView(EditHistory& history, QWidget* parent)
 CanvasScrollView::~CanvasScrollView() = default;
 
 void CanvasScrollView::watchOverlay(EditHistory& history) {
-  connect(m_overlay, &CropOverlayView::cropChanged, this, [this](const CropMargins& crop) {
-    positionPicture();
-    Q_EMIT cropChanged(crop);
-  });
+  connect(m_overlay, &CropOverlayView::cropChanged, this, &CanvasScrollView::cropChanged);
   connect(m_overlay, &CropOverlayView::editBegan, &history, &EditHistory::begin);
   connect(m_overlay, &CropOverlayView::editEnded, &history, &EditHistory::end);
   connect(m_overlay, &CropOverlayView::fitRequested, this, &CanvasScrollView::fitRequested);
   connect(m_overlay, &CropOverlayView::appearanceChanged, this, &CanvasScrollView::positionPicture);
+  connect(m_canvas, &VideoCanvasView::editingOpacityChanged, m_overlay->fields(),
+          &CropCanvasFields::setOpacity);
 }
 
 void CanvasScrollView::watchInput() {
@@ -132,6 +133,7 @@ void CanvasScrollView::applyCamera() {
 
 void CanvasScrollView::positionPicture() {
   m_canvas->position(m_camera.projection(), m_overlay->overlay().crop(), m_shown.previewOnly);
+  m_canvas->setFocusRing(m_overlay->focusRing());
 }
 
 void CanvasScrollView::publishZoom() {
@@ -201,8 +203,6 @@ bool CanvasScrollView::event(QEvent* event) {
 #endif
       takeDevicePixelRatio();
       break;
-    case QEvent::LayoutRequest:
-      break;
     default:
       break;
   }
@@ -218,9 +218,6 @@ bool CanvasScrollView::viewportEvent(QEvent* event) {
                                   Qt::QueuedConnection);
       }
       return false;
-    case QEvent::Resize:
-      QAbstractScrollArea::viewportEvent(event);
-      return false;
     case QEvent::NativeGesture:
       return m_monitor.takeZoom(*event);
     default:
@@ -231,6 +228,7 @@ bool CanvasScrollView::viewportEvent(QEvent* event) {
 void CanvasScrollView::resizeEvent(QResizeEvent* /*event*/) {
   m_camera.setDevicePixelRatio(devicePixelRatioF());
   m_camera.setViewport(m_canvas->size());
+  m_canvas->update();
   m_overlay->setGeometry(m_canvas->rect());
   placeBars();
   applyCamera();
@@ -254,7 +252,8 @@ void CanvasScrollView::wheelEvent(QWheelEvent* event) {
   event->accept();
   if (m_monitor.takeZoom(*event)) return;
   const CanvasInput::WheelMotion motion = CanvasEventMonitor::motionOf(*event);
-  scrollTo(m_camera.scrollOffset() - CanvasInput::scrollDistance(motion));
+  scrollTo(m_camera.scrollOffset() +
+           CanvasInput::scrollDistance(motion, QApplication::wheelScrollLines()));
   if (!motion.isPrecise()) return;
   m_pan.setScrolling(true);
   m_scrollRestTimer.start();

@@ -94,6 +94,12 @@ void VideoCanvasView::position(const CanvasProjection& projection, const CropMar
   fadeTo(previewOnly ? 0 : 1);
 }
 
+void VideoCanvasView::setFocusRing(std::vector<ColoredRectangle> ring) {
+  if (ring == m_focusRing) return;
+  m_focusRing = std::move(ring);
+  update();
+}
+
 void VideoCanvasView::fadeTo(double opacity) {
   const bool moves = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
   m_fade.stop();
@@ -144,10 +150,9 @@ void VideoCanvasView::paintGL() {
   if (m_projection.isEmpty() || deviceSize().isEmpty()) return;
 
   m_pictures.draw(pictureView());
-  m_rectangles.draw(
-      deviceSize(),
-      CropOverlayGeometry::rectangles(m_projection, m_crop, devicePixelRatioF()),
-      m_editingOpacity);
+  auto rectangles = CropOverlayGeometry::rectangles(m_projection, m_crop, devicePixelRatioF());
+  rectangles.insert(rectangles.end(), m_focusRing.begin(), m_focusRing.end());
+  m_rectangles.draw(deviceSize(), rectangles, m_editingOpacity);
   if (m_isPictureShown || !m_hasPicture || !m_pictures.isComplete()) return;
   m_isPictureShown = true;
   QMetaObject::invokeMethod(this, &VideoCanvasView::pictureShown, Qt::QueuedConnection);

@@ -4,6 +4,7 @@
 #include <QOpenGLWidget>
 #include <QPointer>
 #include <QVariantAnimation>
+#include <vector>
 
 #include "canvas/canvas_projection.h"
 #include "model/crop_margins.h"
@@ -43,6 +44,8 @@ class VideoCanvasView final : public QOpenGLWidget {
   void setCanvasColor(const QColor& color);
   /// Places picture and crop; starts the fade when the preview has changed.
   void position(const CanvasProjection& projection, const CropMargins& crop, bool previewOnly);
+  /// Marks what the keyboard moves, over all else.
+  void setFocusRing(std::vector<ColoredRectangle> ring);
 
  Q_SIGNALS:
   void editingOpacityChanged(double opacity);
@@ -68,6 +71,7 @@ class VideoCanvasView final : public QOpenGLWidget {
   bool m_isPictureShown = false;
   CanvasProjection m_projection;
   CropMargins m_crop;
+  std::vector<ColoredRectangle> m_focusRing;
   QColor m_color;
   bool m_displaysPreview = false;
   double m_editingOpacity = 1;

@@ -12,7 +12,8 @@
 #include <QTest>
 #include <QUrl>
 
-#include "canvas/crop_canvas.h"
+#include "canvas/canvas_scroll_view.h"
+#include "canvas/video_canvas_view.h"
 #include "controls/crop_number_field.h"
 #include "editor/application_windows.h"
 #include "editor/editor_view.h"
@@ -161,7 +162,7 @@ class FirstWindowTest : public ::testing::Test {
 TEST_F(FirstWindowTest, CropsAPictureFromFileToSavedFile) {
   open(folder / "photo.png");
   EXPECT_EQ(editor->windowTitle(), QStringLiteral("photo.png"));
-  ASSERT_TRUE(QTest::qWaitFor([this] { return editor->view()->canvas()->isPictureShown(); }));
+  ASSERT_TRUE(QTest::qWaitFor([this] { return editor->view()->canvas()->canvas()->isPictureShown(); }));
   type(Edge::left, QStringLiteral("11"));
   type(Edge::top, QStringLiteral("7"));
   type(Edge::right, QStringLiteral("20"));
