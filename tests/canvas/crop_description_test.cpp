@@ -22,7 +22,8 @@ TEST(CropDescription, TellsTheMarginsOfAHandle) {
 
 TEST(CropDescription, NamesEachHandle) {
   QStringList names;
-  for (const CropHandle handle : kCropHandles) names << CropDescription::nameOf(handle);
+  for (const CropHandle handle : kCropHandles)
+    names << CropDescription::nameOf(handle);
   EXPECT_EQ(names.join(QStringLiteral(", ")),
             QStringLiteral("Top left handle, Top handle, Top right handle, Right handle, "
                            "Bottom right handle, Bottom handle, Bottom left handle, Left handle"));

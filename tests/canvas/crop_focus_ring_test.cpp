@@ -26,7 +26,8 @@ TEST(CropFocusRing, LiesTwoPointsWideAroundAHandle) {
   EXPECT_TRUE(isCovered(ring, {308, 97}));
   EXPECT_TRUE(isCovered(ring, {309, 123}));
   EXPECT_FALSE(isCovered(ring, {310, 123}));
-  for (const ColoredRectangle& part : ring) EXPECT_EQ(part.color, kColor);
+  for (const ColoredRectangle& part : ring)
+    EXPECT_EQ(part.color, kColor);
 }
 
 TEST(CropFocusRing, LiesAroundTheCropAndItsHandles) {
@@ -41,8 +42,8 @@ TEST(CropFocusRing, LiesAroundTheCropAndItsHandles) {
 
 TEST(CropFocusRing, PartsDoNotOverlap) {
   for (const double ratio : {1.0, 1.25, 1.5, 2.0}) {
-    const auto ring = cropFocusRing(CropHandle::topLeft, kSelection.translated(0.3, 0.7), kColor,
-                                    ratio);
+    const auto ring =
+        cropFocusRing(CropHandle::topLeft, kSelection.translated(0.3, 0.7), kColor, ratio);
     for (size_t one = 0; one < ring.size(); ++one) {
       EXPECT_EQ(ring[one].rect, QRectF(ring[one].rect.toRect()));
       for (size_t other = 0; other < one; ++other) {

@@ -13,7 +13,8 @@ using ::testing::ElementsAre;
 /// As few words as the matchers can print.
 std::vector<std::string> words(const QStringList& log) {
   std::vector<std::string> result;
-  for (const QString& word : log) result.push_back(word.toStdString());
+  for (const QString& word : log)
+    result.push_back(word.toStdString());
   return result;
 }
 
@@ -42,7 +43,8 @@ TEST(CropOverlayView, DragCountsFromThePress) {
   ASSERT_TRUE(window.isReady());
   const QPoint start = window.middleOf(CropHandle::right);
   window.press(start);
-  for (int step = 1; step <= 10; ++step) window.move(start + QPoint(step, 0));
+  for (int step = 1; step <= 10; ++step)
+    window.move(start + QPoint(step, 0));
   window.release(start + QPoint(10, 0));
   EXPECT_EQ(window.history.crop().right, 15);
 }
@@ -131,8 +133,7 @@ TEST(CropOverlayView, PressWithoutASourceDoesNothing) {
 TEST(CropOverlayView, PressJustBeyondTheCursorOfAHandleTakesHoldOfIt) {
   OverlayWindow window;
   ASSERT_TRUE(window.isReady());
-  const QRectF handle =
-      CropOverlayGeometry::handleRect(CropHandle::topLeft, window.selection());
+  const QRectF handle = CropOverlayGeometry::handleRect(CropHandle::topLeft, window.selection());
   const QPointF point = handle.topLeft() - QPointF(3.5, 3.5);
   window.send(QEvent::MouseMove, point, Qt::NoButton);
   EXPECT_EQ(window.overlay.cursor().shape(), Qt::ArrowCursor);

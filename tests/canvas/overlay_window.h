@@ -115,9 +115,7 @@ class OverlayWindow {
   QStringList log;
 
  protected:
-  [[nodiscard]] QPoint inWindow(const QPoint& point) const {
-    return overlay.mapTo(&window, point);
-  }
+  [[nodiscard]] QPoint inWindow(const QPoint& point) const { return overlay.mapTo(&window, point); }
 
  private:
   void keepLog() {

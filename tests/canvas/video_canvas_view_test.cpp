@@ -26,6 +26,12 @@ QColor colorOf(const Bitmap& picture, int64_t x, int64_t y) {
           std::to_integer<int>(pixel[2])};
 }
 
+/// The pixel of the source whose square holds the middle of a device pixel; a middle between two
+/// squares belongs to the first.
+int64_t sourcePixel(int device, double zoom) {
+  return static_cast<int64_t>(std::ceil((device + 0.5 - 1e-6) / zoom)) - 1;
+}
+
 class VideoCanvasViewTest : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -56,9 +62,9 @@ class VideoCanvasViewTest : public ::testing::Test {
     int wrong = 0;
     for (int y = part.top(); y <= part.bottom(); ++y) {
       for (int x = part.left(); x <= part.right(); ++x) {
-        const auto column = static_cast<int64_t>(std::floor((x - whole.left() + 0.5) / zoom));
-        const auto row = static_cast<int64_t>(std::floor((y - whole.top() + 0.5) / zoom));
-        if (image.pixelColor(x, y) != colorOf(canvas.shown.image, column, row)) ++wrong;
+        const QColor expected = colorOf(canvas.shown.image, sourcePixel(x - whole.left(), zoom),
+                                        sourcePixel(y - whole.top(), zoom));
+        if (image.pixelColor(x, y) != expected) ++wrong;
       }
     }
     EXPECT_FALSE(part.isEmpty());
