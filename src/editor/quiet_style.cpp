@@ -17,7 +17,7 @@ constexpr int kToolBarMargin = 12;
 constexpr int kToolBarSpacing = 8;
 constexpr int kMenuBarMargin = 6;
 constexpr int kMenuBarItemHeight = 26;
-constexpr int kFieldPadding = 4;
+constexpr int kFieldPadding = 5;
 
 constexpr double kDisabledOpacity = 0.45;
 constexpr int kHoverLighter = 112;
@@ -196,6 +196,7 @@ int QuietStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWid
     case SH_UnderlineShortcut:
     case SH_DialogButtonBox_ButtonsHaveIcons:
     case SH_EtchDisabledText:
+    case SH_BlinkCursorWhenTextSelected:
       return 0;
     default:
       return QProxyStyle::styleHint(hint, option, widget, returned);
