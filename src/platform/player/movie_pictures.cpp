@@ -20,8 +20,8 @@ constexpr int64_t kLongest = int64_t{1} << 30;
 }  // namespace
 
 MoviePictures::MoviePictures(const Movie& movie, const MovieTrack& track,
-                             const std::stop_token& stop)
-    : m_reader(movie, track, stop) {}
+                             const std::stop_token& stop, size_t mostBytes)
+    : m_reader(movie, track, stop), m_cache(mostBytes) {}
 
 std::optional<TimedVideoPicture> MoviePictures::at(MediaTime time) {
   m_landed = at(ticks(time));

@@ -15,7 +15,9 @@ namespace vantrel {
 /// that.
 class MoviePictures final {
  public:
-  MoviePictures(const Movie& movie, const MovieTrack& track, const std::stop_token& stop);
+  /// At most so many bytes of pictures are kept.
+  MoviePictures(const Movie& movie, const MovieTrack& track, const std::stop_token& stop,
+                size_t mostBytes = PictureCache::kMostBytes);
 
   /// The picture that is shown at this time; or else the first one behind it; or else the last one.
   /// None if the movie has no pictures.

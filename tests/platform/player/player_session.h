@@ -1,8 +1,10 @@
 #pragma once
 
-#include <QtTest>
+#include <QCoreApplication>
+#include <QTimer>
+#include <chrono>
 #include <functional>
-#include <vector>
+#include <optional>
 
 #include "platform/player/barcoded_film.h"
 #include "platform/player/movie_player.h"
@@ -11,8 +13,12 @@ namespace vantrel::testing {
 
 /// Runs the event loop until something is so. False when it takes too long.
 inline bool waitUntil(const std::function<bool()>& isSo) {
-  constexpr int kPatience = 60'000;
-  return QTest::qWaitFor(isSo, kPatience);
+  QTimer patience;
+  patience.setSingleShot(true);
+  patience.start(std::chrono::seconds(60));
+  while (!isSo() && patience.isActive())
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  return isSo();
 }
 
 /// The number of the picture that a player shows; −1 if it shows none.
