@@ -1,14 +1,24 @@
 #include "editor/editor_state.h"
 
-#include <cmath>
 #include <utility>
 
 #include "canvas/crop_zoom_stops.h"
 #include "controls/crop_undo_routing.h"
+#include "platform/player/movie_player.h"
 
 namespace vantrel {
+namespace {
 
-EditorState::EditorState(QObject* parent) : QObject(parent) {}
+std::unique_ptr<Player> makeMoviePlayer(const Movie& movie) {
+  return std::make_unique<MoviePlayer>(movie);
+}
+
+}  // namespace
+
+EditorState::EditorState(PlayerFactory makePlayer, QObject* parent)
+    : QObject(parent), m_makePlayer(makePlayer ? std::move(makePlayer) : makeMoviePlayer) {}
+
+EditorState::~EditorState() = default;
 
 int64_t EditorState::outputWidth() const {
   const CropMargins& crop = m_history.crop();
@@ -36,11 +46,13 @@ bool EditorState::canExport() const {
 }
 
 double EditorState::originalBitrate() const {
-  const double measured = m_file ? m_file->sourceMbps : 0;
-  return std::isfinite(measured) && measured > 0 ? measured : EncodingSettings().megabitsPerSecond;
+  return m_file ? m_file->originalBitrate() : SourceFile().originalBitrate();
 }
 
 void EditorState::replaceFile(SourceFile file, const CropEdit& edit, int64_t pixelStep) {
+  std::unique_ptr<Player> player = file.movie ? m_makePlayer(*file.movie) : nullptr;
+  if (m_player) m_player->pause();
+  m_player.swap(player);
   m_file = std::move(file);
   m_showInspector = true;
   m_previewOnly = false;
@@ -50,21 +62,28 @@ void EditorState::replaceFile(SourceFile file, const CropEdit& edit, int64_t pix
   m_history.setPixelStep(pixelStep);
   m_history.reset(edit);
   m_exportState.setMessage({});
-  Q_EMIT fileChanged();
-  Q_EMIT appearanceChanged();
-  Q_EMIT cameraChanged();
+  announceFile(std::move(player));
 }
 
 void EditorState::closeFile() {
+  std::unique_ptr<Player> player;
+  if (m_player) m_player->pause();
+  m_player.swap(player);
   m_file.reset();
   m_previewOnly = false;
   m_camera.zoom = 1;
   m_camera.fit = true;
   m_history.reset({});
   m_exportState.setMessage({});
+  announceFile(std::move(player));
+}
+
+void EditorState::announceFile(std::unique_ptr<Player> oldPlayer) {
   Q_EMIT fileChanged();
   Q_EMIT appearanceChanged();
   Q_EMIT cameraChanged();
+  // It goes once those who show it have turned to the next one.
+  if (oldPlayer) oldPlayer.release()->deleteLater();
 }
 
 void EditorState::setBusy(bool busy) {
@@ -76,6 +95,12 @@ void EditorState::setBusy(bool busy) {
 void EditorState::setPreviewOnly(bool previewOnly) {
   if (previewOnly == m_previewOnly) return;
   m_previewOnly = previewOnly;
+  Q_EMIT appearanceChanged();
+}
+
+void EditorState::setShowInspector(bool show) {
+  if (show == m_showInspector) return;
+  m_showInspector = show;
   Q_EMIT appearanceChanged();
 }
 
@@ -129,8 +154,7 @@ void EditorState::requestCamera(const Camera& camera) {
 }
 
 void EditorState::toggleInspector() {
-  m_showInspector = !m_showInspector;
-  Q_EMIT appearanceChanged();
+  setShowInspector(!m_showInspector);
 }
 
 void EditorState::undoEdit() {

@@ -5,11 +5,14 @@
 #include <QSizeF>
 #include <QString>
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
 
 #include "editor/source_file.h"
 #include "export/crop_export_state.h"
 #include "model/edit_history.h"
+#include "platform/player/player.h"
 
 namespace vantrel {
 
@@ -33,7 +36,12 @@ class EditorState final : public QObject {
     friend bool operator==(const Camera&, const Camera&) = default;
   };
 
-  explicit EditorState(QObject* parent = nullptr);
+  /// Makes what plays a video.
+  using PlayerFactory = std::function<std::unique_ptr<Player>(const Movie&)>;
+
+  /// Videos are played by `makePlayer`, or by a MoviePlayer if it is empty.
+  explicit EditorState(PlayerFactory makePlayer = {}, QObject* parent = nullptr);
+  ~EditorState() override;
 
   [[nodiscard]] EditHistory& history() { return m_history; }
   [[nodiscard]] const EditHistory& history() const { return m_history; }
@@ -44,6 +52,8 @@ class EditorState final : public QObject {
   [[nodiscard]] const std::optional<SourceFile>& file() const { return m_file; }
   [[nodiscard]] bool loaded() const { return m_file.has_value(); }
   [[nodiscard]] bool isImage() const { return m_file && m_file->imageSource; }
+  /// Of the open video; null without one.
+  [[nodiscard]] Player* player() const { return m_player.get(); }
   /// In source pixels; 0 × 0 without a file.
   [[nodiscard]] QSizeF sourceSize() const { return m_file ? m_file->sourceSize : QSizeF(0, 0); }
   /// Of the crop as its margins say, in source pixels; negative when they overlap.
@@ -69,13 +79,14 @@ class EditorState final : public QObject {
   [[nodiscard]] const std::optional<QString>& exportError() const { return m_exportError; }
 
   /// The one moment at which a file takes the place of another: everything that belongs to the old
-  /// one goes, with its undo.
+  /// one goes, with its undo and its player. Nothing has changed if it throws.
   void replaceFile(SourceFile file, const CropEdit& edit, int64_t pixelStep);
   /// Back to no file. The pixel step, the inspector and the canvas colour stay.
   void closeFile();
 
   void setBusy(bool busy);
   void setPreviewOnly(bool previewOnly);
+  void setShowInspector(bool show);
   void setDropTargeted(bool targeted);
   /// What the canvas shows by now; asks for no move.
   void setZoom(double zoom, bool fit);
@@ -100,11 +111,14 @@ class EditorState final : public QObject {
   void exportErrorChanged();
 
  private:
+  void announceFile(std::unique_ptr<Player> oldPlayer);
   void requestCamera(const Camera& camera);
 
+  const PlayerFactory m_makePlayer;
   EditHistory m_history;
   CropExportState m_exportState;
   std::optional<SourceFile> m_file;
+  std::unique_ptr<Player> m_player;
   Camera m_camera;
   bool m_busy = false;
   bool m_previewOnly = false;

@@ -18,11 +18,17 @@ ExportSession::~ExportSession() = default;
 void ExportSession::exportMedia() {
   // First, since what is committed can change whether the crop may be exported.
   endTextEditing();
-  if (m_state.canExport() && m_state.isImage()) exportImage();
+  if (!m_state.canExport()) return;
+  if (m_state.isImage()) {
+    exportImage();
+  } else {
+    exportVideo();
+  }
 }
 
 void ExportSession::cancel() {
-  if (m_operation) m_operation->cancel();
+  if (m_imageOperation) m_imageOperation->cancel();
+  if (m_videoOperation) m_videoOperation->cancel();
 }
 
 void ExportSession::exportImage() {
@@ -39,12 +45,42 @@ void ExportSession::exportImage() {
   progress.setProgress(0.0);
   progress.setIndeterminate(true);
   progress.setMessage({});
-  m_operation = std::make_unique<ImageExportOperation>(
-      std::move(request),
-      [this](ImageExportOperation::Outcome outcome) { finish(std::move(outcome)); });
+  m_imageOperation = std::make_unique<ImageExportOperation>(
+      std::move(request), [this](Outcome outcome) { finish(std::move(outcome)); });
 }
 
-void ExportSession::finish(ImageExportOperation::Outcome outcome) {
+void ExportSession::exportVideo() {
+  const SourceFile& file = *m_state.file();
+  const EditHistory& history = m_state.history();
+  VideoExportRequest request{file.path, history.crop().rectangle(file.sourceSize),
+                             history.value().encoding, file.sourceIsHDR,
+                             ExportTemporaryStorage::shared().newExportPath(
+                                 ContentType::quickTimeMovie().preferredFilenameExtension())};
+
+  CropExportState& progress = m_state.exportState();
+  m_state.setPreviewOnly(false);
+  m_state.setShowInspector(true);
+  if (m_state.player()) m_state.player()->pause();
+  m_state.setBusy(true);
+  const QUuid operation = QUuid::createUuid();
+  progress.setOperation(operation);
+  progress.setBytes(0);
+  progress.setProgress(0.0);
+  progress.setMessage({});
+  // A report that comes late must not be taken for one of a later export.
+  const auto isCurrent = [&progress, operation] { return progress.operation() == operation; };
+  m_videoOperation = std::make_unique<VideoExportOperation>(
+      std::move(request),
+      VideoExportOperation::Reports{[&progress, isCurrent](int64_t bytes) {
+                                      if (isCurrent()) progress.setBytes(bytes);
+                                    },
+                                    [&progress, isCurrent](double fraction) {
+                                      if (isCurrent()) progress.setProgress(fraction);
+                                    }},
+      [this](Outcome outcome) { finish(std::move(outcome)); });
+}
+
+void ExportSession::finish(Outcome outcome) {
   CropExportState& progress = m_state.exportState();
   try {
     m_review(outcome.get());
@@ -55,9 +91,11 @@ void ExportSession::finish(ImageExportOperation::Outcome outcome) {
     m_state.setExportError(QString::fromStdString(userMessage(std::current_exception())));
   }
   m_state.setBusy(false);
+  progress.setOperation({});
   progress.setProgress({});
   progress.setIndeterminate(false);
-  m_operation.reset();
+  m_imageOperation.reset();
+  m_videoOperation.reset();
 }
 
 }  // namespace vantrel

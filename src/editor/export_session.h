@@ -6,6 +6,7 @@
 
 #include "editor/editor_state.h"
 #include "export/image_export_operation.h"
+#include "export/video_export_operation.h"
 
 namespace vantrel {
 
@@ -28,12 +29,18 @@ class ExportSession final : public QObject {
   void cancel();
 
  private:
+  /// Of either kind of operation.
+  using Outcome = BackgroundTask<FinishedExport>::Outcome;
+
   void exportImage();
-  void finish(ImageExportOperation::Outcome outcome);
+  void exportVideo();
+  void finish(Outcome outcome);
 
   EditorState& m_state;
   Review m_review;
-  std::unique_ptr<ImageExportOperation> m_operation;
+  // At most one of them runs.
+  std::unique_ptr<ImageExportOperation> m_imageOperation;
+  std::unique_ptr<VideoExportOperation> m_videoOperation;
 };
 
 }  // namespace vantrel

@@ -6,19 +6,22 @@
 #include <QUrl>
 #include <algorithm>
 #include <functional>
+#include <system_error>
 #include <utility>
 
 #include "base/failure.h"
 #include "editor/text_editing.h"
+#include "export/video_geometry.h"
+#include "platform/desktop/bundled_file.h"
+#include "platform/desktop/file_error.h"
 
 namespace vantrel {
 namespace {
 
-constexpr int64_t kImagePixelStep = 1;
+constexpr int64_t kImagePixelStep = 1, kVideoPixelStep = 2;
+constexpr double kBitsPerMegabit = 1'000'000;
 
-/// Reads an image with all its facts. Blocking, any thread.
-SourceFile readFile(const std::filesystem::path& path, const std::stop_token& stop) {
-  if (!ContentType::ofFile(path).isImage()) throw ImageError(ImageError::unsupported);
+SourceFile readImage(const std::filesystem::path& path, const std::stop_token& stop) {
   SourceFile file;
   file.path = path;
   file.imageSource = ImageSource::load(path, stop);
@@ -29,13 +32,49 @@ SourceFile readFile(const std::filesystem::path& path, const std::stop_token& st
   return file;
 }
 
+int64_t sizeInBytes(const std::filesystem::path& path) {
+  std::error_code error;
+  const std::uintmax_t bytes = std::filesystem::file_size(path, error);
+  if (error) throw fileError(path, FileAction::Read, error);
+  return static_cast<int64_t>(bytes);
+}
+
+SourceFile readVideo(const std::filesystem::path& path, const std::stop_token& stop) {
+  SourceFile file;
+  file.path = path;
+  file.movie = Movie::open(path, stop);
+  const VideoGeometry geometry = VideoExporter::geometry(*file.movie);
+  file.sourceSize = geometry.bounds.size();
+  file.duration = file.movie->duration().seconds();
+  file.sourceFPS = geometry.track.nominalFrameRate;
+  file.sourceMbps = geometry.track.estimatedDataRate / kBitsPerMegabit;
+  file.sourceBytes = sizeInBytes(path);
+  file.sourceIsHDR = VideoExporter::colorInfo(geometry.track).isHDR();
+  return file;
+}
+
+/// Reads a file with all its facts: what is no image is tried as a video. Blocking, any thread.
+SourceFile readFile(const std::filesystem::path& path, const std::stop_token& stop) {
+  return ContentType::ofFile(path).isImage() ? readImage(path, stop) : readVideo(path, stop);
+}
+
 /// How an image begins: uncropped; a JPEG stays one, everything else becomes a PNG.
-CropEdit initialEdit(const SourceFile& file) {
+CropEdit initialImageEdit(const SourceFile& file) {
   CropEdit edit;
   edit.crop = CropMargins::fullImage(file.sourceSize, kImagePixelStep);
   if (file.imageSource->type == ContentType::jpeg()) {
     edit.imageEncoding.format = ImageEncodingSettings::Format::jpeg;
   }
+  return edit;
+}
+
+/// How a video begins: as little cropped as may be, at its own bitrate, with the codec of the
+/// window's last video where its dynamic range allows that.
+CropEdit initialVideoEdit(const SourceFile& file, EncodingSettings::Codec lastCodec) {
+  CropEdit edit;
+  edit.crop = CropMargins::fullImage(file.sourceSize, kVideoPixelStep);
+  edit.encoding.codec = file.sourceIsHDR ? EncodingSettings::Codec::hevc : lastCodec;
+  edit.encoding.megabitsPerSecond = file.originalBitrate();
   return edit;
 }
 
@@ -51,11 +90,14 @@ MediaLoader::~MediaLoader() {
 QString MediaLoader::openFilter() {
   const QMimeDatabase database;
   QStringList patterns;
+  for (const QMimeType& type : database.allMimeTypes()) {
+    if (type.name().startsWith(QLatin1String("video/"))) patterns += type.globPatterns();
+  }
   for (const ContentType& type : ImageSource::supportedTypes()) {
     patterns += database.mimeTypeForName(type.name()).globPatterns();
   }
   patterns.removeDuplicates();
-  return tr("Images") + QStringLiteral(" (") + patterns.join(u' ') + u')';
+  return tr("Images and Videos") + QStringLiteral(" (") + patterns.join(u' ') + u')';
 }
 
 void MediaLoader::loadMedia(const std::filesystem::path& path) {
@@ -73,12 +115,26 @@ void MediaLoader::finish(int64_t load, BackgroundTask<SourceFile>::Outcome outco
   m_running.erase(load);
   try {
     SourceFile file = outcome.get();
-    const CropEdit edit = initialEdit(file);
-    m_state.replaceFile(std::move(file), edit, kImagePixelStep);
+    const bool isVideo = file.movie.has_value();
+    const CropEdit edit = isVideo ? initialVideoEdit(file, m_state.history().codec())
+                                  : initialImageEdit(file);
+    m_state.replaceFile(std::move(file), edit, isVideo ? kVideoPixelStep : kImagePixelStep);
   } catch (...) {
     m_state.setOpenError(QString::fromStdString(userMessage(std::current_exception())));
   }
   m_state.setBusy(false);
+}
+
+std::optional<std::filesystem::path> MediaLoader::bundledSample() {
+  return bundledFile(QStringLiteral("Vantrel Sample.mov"));
+}
+
+void MediaLoader::loadSample(const std::optional<std::filesystem::path>& sample) {
+  if (sample) {
+    loadMedia(*sample);
+  } else {
+    m_state.setOpenError(tr("The bundled sample video is unavailable."));
+  }
 }
 
 bool MediaLoader::acceptsMedia(const QMimeData& data) const {

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <optional>
 
 #include "editor/editor_state.h"
 #include "platform/desktop/background_task.h"
@@ -31,6 +32,8 @@ class MediaLoader final : public QObject {
 
   /// Starts to load; the outcome comes through the state.
   void loadMedia(const std::filesystem::path& path);
+  /// Loads the clip that comes with the program.
+  void loadSample(const std::optional<std::filesystem::path>& sample = bundledSample());
   /// Whether a drop of this data would be taken.
   [[nodiscard]] bool acceptsMedia(const QMimeData& data) const;
   /// Takes a drop: true when it is accepted. Loading starts later, from the event loop. Of several
@@ -40,6 +43,7 @@ class MediaLoader final : public QObject {
   void closeMedia();
 
  private:
+  [[nodiscard]] static std::optional<std::filesystem::path> bundledSample();
   void receiveUrl(const QUrl& url);
   void finish(int64_t load, BackgroundTask<SourceFile>::Outcome outcome);
 
