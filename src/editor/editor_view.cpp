@@ -8,7 +8,6 @@
 #include <QHBoxLayout>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QStackedLayout>
 #include <utility>
 
 #include "canvas/canvas_scroll_view.h"
@@ -16,14 +15,12 @@
 #include "canvas/crop_canvas.h"
 #include "controls/message_layout.h"
 #include "editor/drop_highlight_view.h"
+#include "editor/editor_workspace.h"
 #include "editor/empty_canvas_view.h"
 #include "inspector/inspector_view.h"
 
 namespace vantrel {
 namespace {
-
-// What a picture keeps free of the edges of the canvas, in points.
-constexpr QMarginsF kFramingInsets{20, 20, 20, 20};
 
 InspectorSource inspectorSource(const EditorState& state) {
   InspectorSource source;
@@ -57,32 +54,38 @@ EditorView::EditorView(ExportSession::Review review, QWidget* parent)
 EditorView::~EditorView() {
   // Their fields end their editing while the history still stands.
   delete m_inspector;
-  delete m_canvas;
+  delete m_workspace;
+}
+
+CanvasScrollView* EditorView::canvas() const {
+  return m_workspace->canvas();
+}
+
+EmptyCanvasView* EditorView::emptyView() const {
+  return m_workspace->emptyView();
 }
 
 void EditorView::buildLayout() {
-  m_canvas = new CanvasScrollView(m_state.history(), this);
-  m_empty = new EmptyCanvasView(this);
+  m_workspace = new EditorWorkspace(m_state.history(), this);
   m_inspector = new InspectorView(m_state.history(), m_state.exportState(),
                                   CropAppearance::exportAccent(), this);
   m_dropHighlight = new DropHighlightView(this);
 
-  auto* stack = new QStackedLayout;
-  stack->setStackingMode(QStackedLayout::StackAll);
-  stack->addWidget(m_empty);
-  stack->addWidget(m_canvas);
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
-  layout->addLayout(stack, 1);
+  layout->addWidget(m_workspace, 1);
   layout->addWidget(m_inspector);
 
-  connect(m_canvas, &CanvasScrollView::zoomChanged, &m_state, &EditorState::setZoom);
-  connect(m_canvas, &CanvasScrollView::cropChanged, &m_state.history(), &EditHistory::setCrop);
-  connect(m_canvas, &CanvasScrollView::fitRequested, &m_state, &EditorState::requestFit);
-  connect(m_canvas, &CanvasScrollView::exitPreviewRequested, &m_state,
+  connect(canvas(), &CanvasScrollView::zoomChanged, &m_state, &EditorState::setZoom);
+  connect(canvas(), &CanvasScrollView::cropChanged, &m_state.history(), &EditHistory::setCrop);
+  connect(canvas(), &CanvasScrollView::fitRequested, &m_state, &EditorState::requestFit);
+  connect(canvas(), &CanvasScrollView::exitPreviewRequested, &m_state,
           [this] { m_state.setPreviewOnly(false); });
-  connect(m_empty, &EmptyCanvasView::openRequested, this, &EditorView::openMedia);
+  connect(m_workspace, &EditorWorkspace::framingInsetsChanged, this, &EditorView::scheduleUpdate);
+  connect(emptyView(), &EmptyCanvasView::openRequested, this, &EditorView::openMedia);
+  connect(emptyView(), &EmptyCanvasView::sampleRequested, &m_loader,
+          [this] { m_loader.loadSample(); });
   connect(m_inspector, &InspectorView::exportRequested, &m_exports, &ExportSession::exportMedia);
   connect(m_inspector, &InspectorView::cancelRequested, &m_exports, &ExportSession::cancel);
 }
@@ -107,12 +110,9 @@ void EditorView::scheduleUpdate() {
 
 void EditorView::updateChildren() {
   m_updateScheduled = false;
+  m_workspace->setPlayer(m_state.player(), m_state.loaded() ? m_state.file()->duration : 0);
   updateCanvas();
-  // Hidden with the focus, the button would hand it on to a field.
-  if (m_state.loaded()) m_empty->openButton()->clearFocus();
-  m_empty->setVisible(!m_state.loaded());
-  m_empty->setEnabled(!m_state.busy());
-  if (!m_state.loaded()) m_empty->raise();
+  updateEmptyView();
   m_inspector->setSource(inspectorSource(m_state));
   m_inspector->setVisible(m_state.loaded() && m_state.showInspector());
   m_dropHighlight->setVisible(m_state.dropTargeted());
@@ -120,22 +120,31 @@ void EditorView::updateChildren() {
   Q_EMIT updated();
 }
 
+void EditorView::updateEmptyView() {
+  // Hidden with the focus, a button would hand it on to a field.
+  QWidget* const focused = emptyView()->focusWidget();
+  if (m_state.loaded() && focused) focused->clearFocus();
+  emptyView()->setVisible(!m_state.loaded());
+  emptyView()->setEnabled(!m_state.busy());
+}
+
 void EditorView::updateCanvas() {
   const EditorState::Camera& camera = m_state.camera();
-  CropCanvas canvas;
-  if (m_state.isImage()) canvas.image = m_state.file()->imageSource->image;
-  canvas.sourceSize = m_state.sourceSize();
-  canvas.crop = m_state.history().crop();
-  canvas.zoom = camera.zoom;
-  canvas.fit = camera.fit;
-  canvas.previewOnly = m_state.previewOnly();
-  canvas.cameraRequest = camera.request;
-  canvas.centerCameraOnRequest = camera.centerOnRequest;
-  canvas.framingInsets = kFramingInsets;
-  canvas.canvasColor = canvasColor();
-  m_canvas->update(canvas);
+  CropCanvas shown;
+  shown.player = m_state.player();
+  if (m_state.isImage()) shown.image = m_state.file()->imageSource->image;
+  shown.sourceSize = m_state.sourceSize();
+  shown.crop = m_state.history().crop();
+  shown.zoom = camera.zoom;
+  shown.fit = camera.fit;
+  shown.previewOnly = m_state.previewOnly();
+  shown.cameraRequest = camera.request;
+  shown.centerCameraOnRequest = camera.centerOnRequest;
+  shown.framingInsets = m_workspace->framingInsets();
+  shown.canvasColor = canvasColor();
+  canvas()->update(shown);
   // Disabled, it leaves the space bar to the button of the empty view.
-  m_canvas->setEnabled(m_state.loaded() && !m_state.busy());
+  canvas()->setEnabled(m_state.loaded() && !m_state.busy());
 }
 
 QColor EditorView::canvasColor() const {

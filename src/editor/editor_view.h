@@ -11,6 +11,7 @@ namespace vantrel {
 
 class CanvasScrollView;
 class DropHighlightView;
+class EditorWorkspace;
 class EmptyCanvasView;
 class InspectorView;
 
@@ -27,9 +28,10 @@ class EditorView final : public QWidget {
   [[nodiscard]] EditorState& state() { return m_state; }
   [[nodiscard]] MediaLoader& loader() { return m_loader; }
   [[nodiscard]] ExportSession& exports() { return m_exports; }
-  [[nodiscard]] CanvasScrollView* canvas() const { return m_canvas; }
+  [[nodiscard]] EditorWorkspace* workspace() const { return m_workspace; }
+  [[nodiscard]] CanvasScrollView* canvas() const;
   [[nodiscard]] InspectorView* inspector() const { return m_inspector; }
-  [[nodiscard]] EmptyCanvasView* emptyView() const { return m_empty; }
+  [[nodiscard]] EmptyCanvasView* emptyView() const;
 
   /// Asks for a file and loads it.
   void openMedia();
@@ -49,6 +51,7 @@ class EditorView final : public QWidget {
   void watchState();
   void scheduleUpdate();
   void updateChildren();
+  void updateEmptyView();
   void updateCanvas();
   [[nodiscard]] QColor canvasColor() const;
   void showOpenError();
@@ -58,8 +61,7 @@ class EditorView final : public QWidget {
   EditorState m_state;
   MediaLoader m_loader;
   ExportSession m_exports;
-  CanvasScrollView* m_canvas = nullptr;
-  EmptyCanvasView* m_empty = nullptr;
+  EditorWorkspace* m_workspace = nullptr;
   InspectorView* m_inspector = nullptr;
   DropHighlightView* m_dropHighlight = nullptr;
   bool m_updateScheduled = false;

@@ -9,15 +9,13 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
-#include <QToolBar>
 #include <utility>
 
-#include "controls/symbol_icon.h"
 #include "controls/window_title.h"
+#include "editor/editor_tool_bar.h"
 #include "editor/editor_view.h"
 #include "editor/text_editing.h"
 #include "platform/desktop/file_error.h"
-#include "platform/desktop/key_names.h"
 
 namespace vantrel {
 namespace {
@@ -25,11 +23,6 @@ namespace {
 // Points.
 constexpr QSize kMinimumSize{900, 600};
 constexpr QSize kIdealSize{1280, 800};
-constexpr int kToolBarHeight = 48;
-
-QString withKey(const QString& help, const QKeySequence& key) {
-  return QStringLiteral("%1 (%2)").arg(help, keyText(key));
-}
 
 }  // namespace
 
@@ -43,11 +36,12 @@ EditorWindow::EditorWindow(ExportSession::Review review, QWidget* parent)
   buildEditMenu();
   buildViewMenu();
   buildCropMenu();
-  buildToolBar();
+  m_toolBar = new EditorToolBar(m_view->state(), {m_open, m_undo, m_redo, m_preview, m_inspector},
+                                this);
+  addToolBar(m_toolBar);
   setCentralWidget(m_view);
   connect(m_view, &EditorView::updated, this, &EditorWindow::updateActions);
   connect(qApp, &QApplication::focusChanged, this, &EditorWindow::updateActions);
-  updateIcons();
   updateActions();
 }
 
@@ -97,6 +91,10 @@ void EditorWindow::buildViewMenu() {
                                        &EditorState::requestFit));
   m_viewing->addAction(menu->addAction(tr("Actual Size"), Qt::CTRL | Qt::Key_1, state,
                                        &EditorState::requestActualSize));
+  menu->addSeparator();
+  m_inspector = menu->addAction(tr("Show Inspector"), Qt::CTRL | Qt::ALT | Qt::Key_I, state,
+                                &EditorState::toggleInspector);
+  m_viewing->addAction(m_inspector);
 }
 
 void EditorWindow::buildCropMenu() {
@@ -105,19 +103,6 @@ void EditorWindow::buildCropMenu() {
   m_preview = menu->addAction(tr("Preview Crop"), Qt::CTRL | Qt::Key_P, state,
                               [state] { state->setPreviewOnly(!state->previewOnly()); });
   m_viewing->addAction(m_preview);
-}
-
-void EditorWindow::buildToolBar() {
-  QToolBar* bar = addToolBar(tr("Tools"));
-  bar->setMovable(false);
-  bar->setFixedHeight(kToolBarHeight);
-  bar->setToolButtonStyle(Qt::ToolButtonIconOnly);
-  bar->addAction(m_open);
-  m_open->setToolTip(withKey(tr("Open an image or video"), m_open->shortcut()));
-  m_undoButton = bar->addAction(tr("Undo"), &m_view->state(), &EditorState::undoEdit);
-  m_undoButton->setToolTip(withKey(tr("Undo"), m_undo->shortcut()));
-  m_redoButton = bar->addAction(tr("Redo"), &m_view->state(), &EditorState::redoEdit);
-  m_redoButton->setToolTip(withKey(tr("Redo"), m_redo->shortcut()));
 }
 
 void EditorWindow::updateActions() {
@@ -131,16 +116,10 @@ void EditorWindow::updateActions() {
   m_redo->setEnabled(canEdit && (history.canRedo() || isEditingText()));
   m_viewing->setEnabled(canEdit);
   m_preview->setText(state.previewOnly() ? tr("Exit Preview") : tr("Preview Crop"));
-  m_undoButton->setEnabled(!state.busy() && history.canUndo());
-  m_redoButton->setEnabled(!state.busy() && history.canRedo());
+  m_inspector->setText(state.showInspector() ? tr("Hide Inspector") : tr("Show Inspector"));
+  m_toolBar->updateState();
   setWindowTitle(state.loaded() ? windowTitleOf(displayName(state.file()->path))
                                 : QCoreApplication::applicationName());
-}
-
-void EditorWindow::updateIcons() {
-  m_open->setIcon(symbolIcon(QStringLiteral("folder-open"), palette()));
-  m_undoButton->setIcon(symbolIcon(QStringLiteral("undo-2"), palette()));
-  m_redoButton->setIcon(symbolIcon(QStringLiteral("redo-2"), palette()));
 }
 
 bool EditorWindow::event(QEvent* event) {
@@ -149,11 +128,6 @@ bool EditorWindow::event(QEvent* event) {
     setFocus(Qt::ActiveWindowFocusReason);
   }
   return QMainWindow::event(event);
-}
-
-void EditorWindow::changeEvent(QEvent* event) {
-  QMainWindow::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange && m_open) updateIcons();
 }
 
 void EditorWindow::keyPressEvent(QKeyEvent* event) {

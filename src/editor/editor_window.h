@@ -9,6 +9,7 @@ class QActionGroup;
 
 namespace vantrel {
 
+class EditorToolBar;
 class EditorView;
 
 /// A window with one editor: title, menus and tool bar. Closing it deletes it and cancels what runs
@@ -21,6 +22,7 @@ class EditorWindow final : public QMainWindow {
   ~EditorWindow() override;
 
   [[nodiscard]] EditorView* view() const { return m_view; }
+  [[nodiscard]] EditorToolBar* toolBar() const { return m_toolBar; }
 
  Q_SIGNALS:
   void newWindowRequested();
@@ -28,7 +30,6 @@ class EditorWindow final : public QMainWindow {
 
  protected:
   bool event(QEvent* event) override;
-  void changeEvent(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
@@ -36,9 +37,7 @@ class EditorWindow final : public QMainWindow {
   void buildEditMenu();
   void buildViewMenu();
   void buildCropMenu();
-  void buildToolBar();
   void updateActions();
-  void updateIcons();
 
   EditorView* m_view;
   QAction* m_open = nullptr;
@@ -46,12 +45,11 @@ class EditorWindow final : public QMainWindow {
   QAction* m_export = nullptr;
   QAction* m_undo = nullptr;
   QAction* m_redo = nullptr;
+  QAction* m_inspector = nullptr;
   QAction* m_preview = nullptr;
   /// What looks at an open file in another way.
   QActionGroup* m_viewing = nullptr;
-  // The buttons follow the history alone, the menu items also serve the text being typed.
-  QAction* m_undoButton = nullptr;
-  QAction* m_redoButton = nullptr;
+  EditorToolBar* m_toolBar = nullptr;
 };
 
 }  // namespace vantrel

@@ -2,24 +2,27 @@
 
 #include <QWidget>
 
-class QPushButton;
+class QAbstractButton;
 
 namespace vantrel {
 
-/// What an editor shows without a file: the artwork and a button.
+/// What an editor shows without a file: the artwork, a button, and a link to the sample.
 class EmptyCanvasView final : public QWidget {
   Q_OBJECT
 
  public:
   explicit EmptyCanvasView(QWidget* parent = nullptr);
 
-  [[nodiscard]] QPushButton* openButton() const { return m_open; }
+  [[nodiscard]] QAbstractButton* openButton() const { return m_open; }
+  [[nodiscard]] QAbstractButton* sampleButton() const { return m_sample; }
 
  Q_SIGNALS:
   void openRequested();
+  void sampleRequested();
 
  private:
-  QPushButton* m_open;
+  QAbstractButton* m_open;
+  QAbstractButton* m_sample;
 };
 
 }  // namespace vantrel

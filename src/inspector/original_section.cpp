@@ -42,14 +42,18 @@ OriginalSection::Row OriginalSection::addRow(const QString& title) {
 }
 
 void OriginalSection::setSource(const InspectorSource& source) {
-  if (!source.imageSource) return;
-  const ImageSource& image = *source.imageSource;
-  m_format.value->setText(image.formatName());
+  if (!source.loaded) return;
+  m_format.row->setVisible(source.imageSource.has_value());
+  m_colorProfile.row->setVisible(source.imageSource && source.imageSource->colorProfileName);
+  if (source.imageSource) setImage(*source.imageSource);
   m_resolution.value->setText(
       PanelText::pixelSize(static_cast<int64_t>(source.sourceSize.width()),
                            static_cast<int64_t>(source.sourceSize.height())));
   m_size.value->setText(CropFormatting::byteCount(source.sourceBytes));
-  m_colorProfile.row->setVisible(image.colorProfileName.has_value());
+}
+
+void OriginalSection::setImage(const ImageSource& image) {
+  m_format.value->setText(image.formatName());
   m_colorProfile.value->setText(image.colorProfileName.value_or(QString()));
   // Marked up, so that the name itself, which comes out of the file, is not taken for markup.
   m_colorProfile.value->setToolTip(

@@ -8,7 +8,7 @@ class QLabel;
 
 namespace vantrel {
 
-/// The facts of the open image, one to a row.
+/// The facts of the open file, one to a row.
 class OriginalSection final : public QWidget {
   Q_OBJECT
 
@@ -23,6 +23,7 @@ class OriginalSection final : public QWidget {
     QLabel* value;
   };
   Row addRow(const QString& title);
+  void setImage(const ImageSource& image);
 
   Row m_format, m_resolution, m_size, m_colorProfile;
 };
