@@ -36,8 +36,8 @@ EditorWindow::EditorWindow(ExportSession::Review review, QWidget* parent)
   buildEditMenu();
   buildViewMenu();
   buildCropMenu();
-  m_toolBar = new EditorToolBar(m_view->state(), {m_open, m_undo, m_redo, m_preview, m_inspector},
-                                this);
+  m_toolBar =
+      new EditorToolBar(m_view->state(), {m_open, m_undo, m_redo, m_preview, m_inspector}, this);
   addToolBar(m_toolBar);
   setCentralWidget(m_view);
   connect(m_view, &EditorView::updated, this, &EditorWindow::updateActions);
@@ -81,14 +81,15 @@ void EditorWindow::buildViewMenu() {
   QMenu* menu = menuBar()->addMenu(tr("&View"));
   EditorState* const state = &m_view->state();
   m_viewing = new QActionGroup(this);
-  QAction* larger = menu->addAction(tr("Zoom In"), state, [state] { state->requestZoomStep(true); });
+  QAction* larger =
+      menu->addAction(tr("Zoom In"), state, [state] { state->requestZoomStep(true); });
   // On many keyboards the plus sign is the upper half of the equals key.
   larger->setShortcuts({Qt::CTRL | Qt::Key_Plus, Qt::CTRL | Qt::Key_Equal});
   m_viewing->addAction(larger);
   m_viewing->addAction(menu->addAction(tr("Zoom Out"), Qt::CTRL | Qt::Key_Minus, state,
                                        [state] { state->requestZoomStep(false); }));
-  m_viewing->addAction(menu->addAction(tr("Zoom to Fit"), Qt::CTRL | Qt::Key_0, state,
-                                       &EditorState::requestFit));
+  m_viewing->addAction(
+      menu->addAction(tr("Zoom to Fit"), Qt::CTRL | Qt::Key_0, state, &EditorState::requestFit));
   m_viewing->addAction(menu->addAction(tr("Actual Size"), Qt::CTRL | Qt::Key_1, state,
                                        &EditorState::requestActualSize));
   menu->addSeparator();

@@ -116,8 +116,8 @@ void MediaLoader::finish(int64_t load, BackgroundTask<SourceFile>::Outcome outco
   try {
     SourceFile file = outcome.get();
     const bool isVideo = file.movie.has_value();
-    const CropEdit edit = isVideo ? initialVideoEdit(file, m_state.history().codec())
-                                  : initialImageEdit(file);
+    const CropEdit edit =
+        isVideo ? initialVideoEdit(file, m_state.history().codec()) : initialImageEdit(file);
     m_state.replaceFile(std::move(file), edit, isVideo ? kVideoPixelStep : kImagePixelStep);
   } catch (...) {
     m_state.setOpenError(QString::fromStdString(userMessage(std::current_exception())));

@@ -9,6 +9,7 @@
 #include <stdexcept>
 
 #include "editor/media_loader.h"
+#include "editor/waiting_exports.h"
 #include "export/export_temporary_storage.h"
 #include "support/picture_files.h"
 #include "support/temporary_folder.h"
@@ -16,14 +17,7 @@
 namespace vantrel {
 namespace {
 
-/// The exports that wait in the session folder.
-size_t waitingExports() {
-  size_t count = 0;
-  for (const std::string& name : testing::namesIn(ExportTemporaryStorage::shared().directory())) {
-    if (name.starts_with("Vantrel-")) ++count;
-  }
-  return count;
-}
+using testing::waitingExports;
 
 class ExportSessionTest : public ::testing::Test {
  protected:

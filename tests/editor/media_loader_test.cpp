@@ -118,12 +118,6 @@ TEST_F(MediaLoaderTest, SaysWhyAFileCannotBeOpened) {
   EXPECT_FALSE(state.busy());
 }
 
-TEST_F(MediaLoaderTest, RefusesWhatIsNoImage) {
-  testing::writeFile(folder / "notes.txt", "Only words.");
-  load(folder / "notes.txt");
-  EXPECT_EQ(state.openError(), ImageError(ImageError::unsupported).errorDescription());
-}
-
 TEST_F(MediaLoaderTest, LoadsTheFirstLocalFileOfADrop) {
   testing::savePng(folder / "a.png", 40, 30);
   testing::savePng(folder / "b.png", 20, 10);
