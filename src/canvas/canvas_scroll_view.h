@@ -63,6 +63,8 @@ class CanvasScrollView final : public QAbstractScrollArea {
   void mouseDoubleClickEvent(QMouseEvent* event) override;
 
  private:
+  /// What stands in the place of a surface that this computer cannot draw.
+  [[nodiscard]] static QWidget* makeNotice();
   void watchOverlay(EditHistory& history);
   void watchInput();
   [[nodiscard]] double now() const;
@@ -79,6 +81,7 @@ class CanvasScrollView final : public QAbstractScrollArea {
   CanvasCamera m_camera;
   CanvasPan m_pan;
   CanvasEventMonitor m_monitor{*this};
+  /// In no window, and drawing nothing, where it is not supported: the toolkit fails there.
   VideoCanvasView* m_canvas;
   CropOverlayView* m_overlay;
   CanvasScrollBar* m_horizontalBar;
