@@ -24,6 +24,15 @@ bool isSamePicture(const Bitmap& one, const Bitmap& other) {
   return one.row(0) == other.row(0);
 }
 
+/// Stands in the place of a surface that this computer cannot draw.
+QLabel* makeNotice() {
+  auto* notice = new QLabel;
+  notice->setAlignment(Qt::AlignCenter);
+  notice->setWordWrap(true);
+  notice->setAutoFillBackground(true);
+  return notice;
+}
+
 CanvasCamera::Wish wishOf(const CropCanvas& canvas) {
   return {canvas.sourceSize,    canvas.zoom,
           canvas.fit,           canvas.cameraRequest,
@@ -55,15 +64,6 @@ CanvasScrollView::CanvasScrollView(EditHistory& history, QWidget* parent)
 
 CanvasScrollView::~CanvasScrollView() {
   if (viewport() != m_canvas) delete m_canvas;
-}
-
-QWidget* CanvasScrollView::makeNotice() {
-  auto* notice = new QLabel(tr("The picture cannot be shown, because this display has no OpenGL 3.2. "
-                               "Everything else works."));
-  notice->setAlignment(Qt::AlignCenter);
-  notice->setWordWrap(true);
-  notice->setAutoFillBackground(true);
-  return notice;
 }
 
 void CanvasScrollView::watchOverlay(EditHistory& history) {
@@ -116,14 +116,24 @@ void CanvasScrollView::update(const CropCanvas& canvas) {
   if (!animates) m_camera.tick(now() + CanvasCamera::kMoveSeconds);
 
   m_canvas->setCanvasColor(canvas.canvasColor);
-  QPalette colors = palette();
-  colors.setColor(QPalette::Window, canvas.canvasColor);
-  if (viewport() != m_canvas) viewport()->setPalette(colors);
+  showNotice();
   if (mediaChanged) m_canvas->setMedia(canvas.image, canvas.player);
   m_monitor.setPreviewOnly(canvas.previewOnly);
   m_overlay->setEditingEnabled(!canvas.previewOnly);
   m_overlay->setCrop(canvas.crop);
   applyCamera();
+}
+
+void CanvasScrollView::showNotice() {
+  auto* const notice = qobject_cast<QLabel*>(viewport());
+  if (!notice) return;
+  QPalette colors = palette();
+  colors.setColor(QPalette::Window, m_shown.canvasColor);
+  notice->setPalette(colors);
+  notice->setText(m_shown.sourceSize.isEmpty()
+                      ? QString()
+                      : tr("The picture cannot be shown, because this display has no OpenGL 3.2. "
+                           "Everything else works."));
 }
 
 void CanvasScrollView::applyCamera() {

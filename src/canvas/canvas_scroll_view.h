@@ -63,11 +63,11 @@ class CanvasScrollView final : public QAbstractScrollArea {
   void mouseDoubleClickEvent(QMouseEvent* event) override;
 
  private:
-  /// What stands in the place of a surface that this computer cannot draw.
-  [[nodiscard]] static QWidget* makeNotice();
   void watchOverlay(EditHistory& history);
   void watchInput();
   [[nodiscard]] double now() const;
+  /// What stands in the place of a surface that this computer cannot draw.
+  void showNotice();
   void applyCamera();
   void positionPicture();
   void placeBars();
