@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "controls/dark_palette.h"
+#include "controls/device_pixels.h"
 
 namespace vantrel {
 namespace {
@@ -158,13 +159,6 @@ QPixmap picture(const Look& look) {
   return pixmap;
 }
 
-/// Each edge on the nearest whole number.
-QRect snapped(const QRectF& rect) {
-  const QPoint topLeft = rect.topLeft().toPoint();
-  const QPoint end = rect.bottomRight().toPoint();
-  return {topLeft, QSize(end.x() - topLeft.x(), end.y() - topLeft.y())};
-}
-
 }  // namespace
 
 PanelBackdrop::PanelBackdrop(QWidget* parent) : QWidget(parent) {
@@ -184,12 +178,11 @@ void PanelBackdrop::setOpacity(double opacity) {
 
 void PanelBackdrop::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  const QTransform toDevice = painter.deviceTransform();
-  const QRect body = snapped(toDevice.mapRect(QRectF(rect().marginsRemoved(kReach))));
+  const double ratio = painter.deviceTransform().m11();
+  const QRect body = toDevicePixels(painter, rect().marginsRemoved(kReach));
   if (body.isEmpty()) return;
-  const Look look{body.size(), toDevice.m11(), isDark(palette())};
+  const Look look{body.size(), ratio, isDark(palette())};
   painter.setOpacity(m_opacity);
-  painter.setWorldTransform(toDevice.inverted());
   painter.drawPixmap(body.topLeft() - look.body().topLeft(), picture(look));
 }
 
