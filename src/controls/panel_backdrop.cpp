@@ -3,7 +3,6 @@
 #include <QImage>
 #include <QPainter>
 #include <QPainterPath>
-#include <QPixmap>
 #include <QPixmapCache>
 #include <algorithm>
 #include <cmath>
@@ -145,7 +144,7 @@ QPixmap drawn(const Look& look) {
   return QPixmap::fromImage(image);
 }
 
-/// Drawn once for all panels of one size, until the cache drops it.
+/// Drawn once for all panels of one look; the cache drops it some time after the last of them.
 QPixmap picture(const Look& look) {
   const QString key = QStringLiteral("vantrel-panel-%1x%2-%3-%4")
                           .arg(look.size.width())
@@ -183,7 +182,8 @@ void PanelBackdrop::paintEvent(QPaintEvent* /*event*/) {
   if (body.isEmpty()) return;
   const Look look{body.size(), ratio, isDark(palette())};
   painter.setOpacity(m_opacity);
-  painter.drawPixmap(body.topLeft() - look.body().topLeft(), picture(look));
+  m_picture = picture(look);
+  painter.drawPixmap(body.topLeft() - look.body().topLeft(), m_picture);
 }
 
 }  // namespace vantrel
