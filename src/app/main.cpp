@@ -7,12 +7,14 @@
 #include "editor/application_look.h"
 #include "editor/application_windows.h"
 #include "platform/desktop/formatting.h"
+#include "platform/gl/surface_format.h"
 
 int main(int argc, char** argv) {
   // Writing to a full disk or a closed pipe is an error to report, not a reason to die.
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
 
+  QSurfaceFormat::setDefaultFormat(vantrel::pictureSurfaceFormat());
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Vantrel"));
   QApplication::setDesktopFileName(QStringLiteral("org.vantrel.Vantrel"));

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 
+#include "platform/gl/surface_format.h"
 #include "support/warnings.h"
 
 #ifdef __SANITIZE_ADDRESS__
@@ -14,6 +15,7 @@ extern "C" int dlclose(void* /*library*/) {
 
 int main(int argc, char** argv) {
   ::testing::InitGoogleMock(&argc, argv);
+  QSurfaceFormat::setDefaultFormat(vantrel::pictureSurfaceFormat());
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
   vantrel::testing::failOnWarnings();
