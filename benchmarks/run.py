@@ -4,7 +4,8 @@
     benchmarks/run.py --bin build/release/bin [--runs N] [--only images|canvas|video] [--out FILE]
 
 What is compared runs in turn, in the same minutes on the same machine, and medians are compared, so
-that a busy machine slows both sides. Needs ImageMagick (convert, identify), heif-enc and ffmpeg.
+that a busy machine slows both sides. Needs ImageMagick (convert, identify), heif-enc and
+ffmpeg, and a display for the canvas.
 """
 
 import argparse

@@ -36,7 +36,6 @@ CanvasScrollView::CanvasScrollView(EditHistory& history, QWidget* parent)
     : QAbstractScrollArea(parent), m_canvas(new VideoCanvasView) {
   setFrameShape(QFrame::NoFrame);
   setFocusPolicy(Qt::ClickFocus);
-  setMinimumSize(1, 1);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setViewport(m_canvas);
@@ -227,7 +226,7 @@ bool CanvasScrollView::viewportEvent(QEvent* event) {
 
 void CanvasScrollView::resizeEvent(QResizeEvent* /*event*/) {
   m_camera.setDevicePixelRatio(devicePixelRatioF());
-  m_camera.setViewport(m_canvas->size());
+  m_camera.setViewport(contentsRect().size());
   m_canvas->update();
   m_overlay->setGeometry(m_canvas->rect());
   placeBars();

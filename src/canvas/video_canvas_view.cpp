@@ -35,6 +35,8 @@ bool canDraw() {
 }  // namespace
 
 VideoCanvasView::VideoCanvasView(QWidget* parent) : QOpenGLWidget(parent) {
+  // No framebuffer can be empty.
+  setMinimumSize(1, 1);
   m_fade.setEasingCurve(easeInEaseOut());
   connect(&m_fade, &QVariantAnimation::valueChanged, this, [this](const QVariant& opacity) {
     m_editingOpacity = opacity.toDouble();

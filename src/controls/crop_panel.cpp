@@ -52,6 +52,8 @@ bool CropPanel::event(QEvent* event) {
       break;
     case QEvent::ShowToParent:
     case QEvent::HideToParent:
+      // While it is hidden, the panel hears nothing of its moves.
+      if (m_backdrop) m_backdrop->setBody(geometry());
       if (m_backdrop) m_backdrop->setVisible(!isHidden());
       break;
     case QEvent::ZOrderChange:

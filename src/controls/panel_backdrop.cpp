@@ -187,7 +187,7 @@ void PanelBackdrop::paintEvent(QPaintEvent* /*event*/) {
   const QTransform toDevice = painter.deviceTransform();
   const QRect body = snapped(toDevice.mapRect(QRectF(rect().marginsRemoved(kReach))));
   if (body.isEmpty()) return;
-  const Look look{body.size(), devicePixelRatioF(), isDark(palette())};
+  const Look look{body.size(), toDevice.m11(), isDark(palette())};
   painter.setOpacity(m_opacity);
   painter.setWorldTransform(toDevice.inverted());
   painter.drawPixmap(body.topLeft() - look.body().topLeft(), picture(look));

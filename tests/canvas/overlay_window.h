@@ -114,6 +114,9 @@ class OverlayWindow {
   /// What the overlay has told, in order: "began", "crop", "ended", "fit".
   QStringList log;
 
+ protected:
+  [[nodiscard]] QPoint inWindow(const QPoint& point) const { return overlay.mapTo(&window, point); }
+
  private:
   void keepLog() {
     QObject::connect(&overlay, &CropOverlayView::editBegan, &window,
@@ -125,7 +128,6 @@ class OverlayWindow {
     QObject::connect(&overlay, &CropOverlayView::fitRequested, &window,
                      [this] { log << QStringLiteral("fit"); });
   }
-  [[nodiscard]] QPoint inWindow(const QPoint& point) const { return overlay.mapTo(&window, point); }
 
   QVBoxLayout m_layout;
 };

@@ -36,10 +36,10 @@ void VideoContent::draw(const PictureView& view) {
   if (m_textures && !m_textures->isOfCurrentContext()) m_textures.reset();
   m_isShown = true;
   if (!hasPixels(*m_picture)) return;
-  const VideoPlacement placement = VideoPlacement::of(*m_picture, view);
-  if (placement.isEmpty()) return;
+  const auto placement = VideoPlacement::of(*m_picture, view);
+  if (!placement) return;
   if (!m_textures) m_textures = std::make_unique<VideoTextures>();
-  m_textures->draw(m_picture, placement, view);
+  m_textures->draw(m_picture, *placement, view);
 }
 
 void VideoContent::release() {

@@ -143,9 +143,10 @@ void VideoProgram::draw(QOpenGLFunctions& gl, const Geometry& geometry) {
   m_shaders.setUniformValue("lumaSampling", asVector(geometry.luma));
   m_shaders.setUniformValue("chromaSampling", asVector(geometry.chroma));
   // Qt sets vectors of integers as floats.
-  gl.glUniform2i(m_shaders.uniformLocation("firstPosition"), geometry.firstPosition.x(),
-                 geometry.firstPosition.y());
-  for (const GLenum test : {GL_CULL_FACE, GL_DEPTH_TEST, GL_SCISSOR_TEST, GL_STENCIL_TEST})
+  gl.glUniform2i(m_shaders.uniformLocation("firstPosition"), geometry.drawn.x(),
+                 geometry.drawn.y());
+  for (const GLenum test :
+       {GL_CULL_FACE, GL_DEPTH_TEST, GL_FRAMEBUFFER_SRGB, GL_SCISSOR_TEST, GL_STENCIL_TEST})
     gl.glDisable(test);
   gl.glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
   gl.glViewport(0, 0, geometry.target.width(), geometry.target.height());

@@ -6,6 +6,7 @@
 #include <QOpenGLShaderProgram>
 #include <QOpenGLVertexArrayObject>
 #include <QRect>
+#include <QSize>
 #include <QVector2D>
 #include <QVector4D>
 
@@ -30,9 +31,8 @@ class VideoProgram final {
     Sampling luma, chroma;
     bool transposes = false;
     /// What is drawn, and what of it is drawn in full, in device pixels from the lower left
-    /// corner of the framebuffer; the first position of the table is that of `drawn`'s.
+    /// corner of the framebuffer. The table of positions begins in the corner of `drawn`.
     QRect drawn, retained;
-    QPoint firstPosition;
     QSize target;
     double excludedOpacity = 1;
   };

@@ -18,24 +18,23 @@ int stepsFor(double scale) {
   return static_cast<int>(std::min<double>(steps, PlaneReduction::kMostSteps));
 }
 
-/// The pixels from `first` up to `end` of one axis of the framebuffer that `low` to `high` holds.
-struct Span {
-  int first = 0, end = 0;
-};
-
-Span intersection(const VideoAxis& axis, double low, double high) {
-  // What is not a number keeps nothing.
-  const auto pixel = [&axis](double value) {
-    return static_cast<int>(std::max<double>(axis.first, std::min<double>(axis.end, value)));
-  };
-  if (!(low < high)) return {axis.first, axis.first};
-  return {pixel(std::round(low)), pixel(std::round(high))};
+/// From rows that count downwards to OpenGL's.
+QRect upwards(const PixelRect& rect, const QSize& target) {
+  return {static_cast<int>(rect.x), static_cast<int>(target.height() - rect.y - rect.height),
+          static_cast<int>(rect.width), static_cast<int>(rect.height)};
 }
 
-/// From rows that count downwards to OpenGL's.
-QRect upwards(Span columns, Span rows, int targetHeight) {
-  return {columns.first, targetHeight - rows.end, columns.end - columns.first,
-          rows.end - rows.first};
+/// The part of `visible` that lies between whole pixels. What is not a number keeps nothing.
+PixelRect intersection(const PixelRect& visible, const QRectF& rect) {
+  const auto limited = [](double edge, int64_t low, int64_t length) {
+    const auto from = static_cast<double>(low), to = static_cast<double>(low + length);
+    return static_cast<int64_t>(std::round(std::max(from, std::min(to, edge))));
+  };
+  const int64_t left = limited(rect.left(), visible.x, visible.width);
+  const int64_t right = limited(rect.right(), visible.x, visible.width);
+  const int64_t top = limited(rect.top(), visible.y, visible.height);
+  const int64_t bottom = limited(rect.bottom(), visible.y, visible.height);
+  return {left, top, right - left, bottom - top};
 }
 
 }  // namespace
@@ -85,8 +84,7 @@ VideoTextures::Steps VideoTextures::stepsFor(const VideoPicture& picture,
                                              const VideoPlacement& placement) const {
   // Planes that are too large are shown coarser.
   const PlaneView& luma = picture.planes[0];
-  Steps steps{vantrel::stepsFor(placement.alongWidth().storedScale),
-              vantrel::stepsFor(placement.alongHeight().storedScale)};
+  Steps steps{vantrel::stepsFor(placement.scaleX), vantrel::stepsFor(placement.scaleY)};
   while (PlaneReduction::reducedSize(luma.width, steps.x) > m_largestTexture)
     ++steps.x;
   while (PlaneReduction::reducedSize(luma.height, steps.y) > m_largestTexture)
@@ -123,8 +121,7 @@ void VideoTextures::setPicture(const std::shared_ptr<const VideoPicture>& pictur
 }
 
 void VideoTextures::setPositions(const VideoPlacement& placement) {
-  const std::vector<float>& columns = placement.columns.positions;
-  const std::vector<float>& rows = placement.rows.positions;
+  const std::vector<float>&columns = placement.columns, &rows = placement.rows;
   std::vector<float> pairs(2 * std::max(columns.size(), rows.size()));
   for (size_t i = 0; i < columns.size(); ++i)
     pairs[2 * i] = columns[i];
@@ -170,15 +167,9 @@ void VideoTextures::bindPlanes(bool isOnSamples) const {
 void VideoTextures::draw(const std::shared_ptr<const VideoPicture>& picture,
                          const VideoPlacement& placement, const PictureView& view) {
   VideoProgram::Geometry geometry;
-  const VideoAxis &columns = placement.columns, &rows = placement.rows;
-  const int height = view.target.height();
-  const Span keptColumns = intersection(columns, view.retained.left(), view.retained.right());
-  const Span keptRows = intersection(rows, view.retained.top(), view.retained.bottom());
-  geometry.drawn = upwards({columns.first, columns.end}, {rows.first, rows.end}, height);
-  geometry.firstPosition = geometry.drawn.topLeft();
-  geometry.retained = upwards(keptColumns, keptRows, height);
+  geometry.drawn = upwards(placement.visible, view.target);
+  geometry.retained = upwards(intersection(placement.visible, view.retained), view.target);
   geometry.excludedOpacity = view.excludedOpacity < 1 ? std::max(view.excludedOpacity, 0.0) : 1;
-  if (geometry.excludedOpacity == 0) geometry.drawn = geometry.retained;
   geometry.target = view.target;
   geometry.transposes = placement.transposes;
 
@@ -187,7 +178,7 @@ void VideoTextures::draw(const std::shared_ptr<const VideoPicture>& picture,
   setPositions(placement);
   geometry.luma = sampling(0);
   geometry.chroma = sampling(picture->planeCount() - 1);
-  bindPlanes(placement.isOnSamples());
+  bindPlanes(placement.isOnSamples);
   m_positionTable.bind(m_gl, VideoProgram::kPositions, GL_NEAREST);
   m_light.bind(m_gl, VideoProgram::kLight, GL_LINEAR);
   m_program->draw(m_gl, geometry);

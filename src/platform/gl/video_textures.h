@@ -27,8 +27,7 @@ class VideoTextures final {
   [[nodiscard]] bool isOfCurrentContext() const;
   [[nodiscard]] int64_t byteCount() const;
 
-  /// Uploads what has changed since the last call, and draws `picture`, which is usable, at a place
-  /// that is not empty.
+  /// Uploads what has changed since the last call, and draws `picture`, which has pixels.
   void draw(const std::shared_ptr<const VideoPicture>& picture, const VideoPlacement& placement,
             const PictureView& view);
 
