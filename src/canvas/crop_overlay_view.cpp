@@ -44,7 +44,7 @@ CropOverlayView::CropOverlayView(EditHistory& history, CanvasScrollView& canvas)
       m_canvas(canvas),
       m_history(history),
       m_fields(new CropCanvasFields(history, this)) {
-  // Not by click: a press on nothing, and one that pans, leave the focus to others.
+  // Not by click: a press that pans, and one without a picture, leave the focus to others.
   setFocusPolicy(Qt::TabFocus);
   setMouseTracking(true);
   connect(m_fields, &CropCanvasFields::marginEdited, this, &CropOverlayView::setMargin);
