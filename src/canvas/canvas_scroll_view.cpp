@@ -82,10 +82,10 @@ void CanvasScrollView::watchInput() {
     applyCamera();
   });
   connect(&m_publication, &QTimer::timeout, this, &CanvasScrollView::publishZoom);
-  for (CanvasScrollBar* bar : {m_horizontalBar, m_verticalBar}) {
-    connect(bar, &QScrollBar::valueChanged, this,
-            [this] { scrollTo(QPointF(m_horizontalBar->value(), m_verticalBar->value())); });
-  }
+  connect(m_horizontalBar, &QScrollBar::valueChanged, this,
+          [this](int x) { scrollTo(QPointF(x, m_camera.scrollOffset().y())); });
+  connect(m_verticalBar, &QScrollBar::valueChanged, this,
+          [this](int y) { scrollTo(QPointF(m_camera.scrollOffset().x(), y)); });
 }
 
 double CanvasScrollView::now() const {

@@ -340,8 +340,8 @@ TEST_F(CanvasScrollViewTest, ScrollBarsMirrorTheDocumentAndScrollIt) {
 
   const QPoint grip = bar->mapTo(canvas.canvas.canvas(), bar->handle().center().toPoint());
   const QPointF before = canvas.offset();
-  canvas.drag(grip, {0, 20});
-  EXPECT_GT(canvas.offset().y(), before.y() + 20);
+  canvas.drag(grip, {0, -20});
+  EXPECT_LT(canvas.offset().y(), before.y() - 20);
   EXPECT_EQ(canvas.offset().x(), before.x());
   EXPECT_EQ(canvas.history.crop(), OverlayWindow::kCrop);
 }

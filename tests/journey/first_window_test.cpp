@@ -13,6 +13,7 @@
 #include <QUrl>
 
 #include "canvas/canvas_scroll_view.h"
+#include "canvas/crop_overlay_view.h"
 #include "canvas/video_canvas_view.h"
 #include "controls/crop_number_field.h"
 #include "editor/application_windows.h"
@@ -367,6 +368,12 @@ TEST_F(FirstWindowTest, LeadsTheKeyboardThroughTheFieldsToTheExport) {
   open(folder / "photo.png");
   EXPECT_EQ(qobject_cast<QLineEdit*>(editor->focusWidget()), nullptr);
   QTest::keyClick(editor, Qt::Key_Tab);
+  EXPECT_TRUE(editor->view()->canvas()->overlay()->hasFocus());
+  // On through the handles and the fields beside the crop.
+  for (size_t step = 0; step < kCropHandles.size() + CropMargins::kEdges.size(); ++step) {
+    QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
+  }
+  QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
   EXPECT_TRUE(field(Edge::top)->hasFocus());
   QTest::keyClicks(editor->focusWidget(), QStringLiteral("4"));
   QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
@@ -382,7 +389,7 @@ TEST_F(FirstWindowTest, LeadsTheKeyboardThroughTheFieldsToTheExport) {
   EXPECT_TRUE(field(Edge::bottom)->hasFocus());
   QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
   EXPECT_TRUE(footer()->exportButton()->hasFocus());
-  QTest::keyClick(editor->focusWidget(), Qt::Key_Space);
+  QTest::keyClick(editor->focusWidget(), Qt::Key_Return);
   ReviewWindow* review = waitFor<ReviewWindow>();
   ASSERT_NE(review, nullptr);
   EXPECT_EQ(review->document().summary().resolution, QSizeF(50, 86));
