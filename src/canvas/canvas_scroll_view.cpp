@@ -25,7 +25,7 @@ bool isSamePicture(const Bitmap& one, const Bitmap& other) {
 }
 
 /// Stands in the place of a surface that this computer cannot draw.
-QLabel* makeNotice() {
+QWidget* makeNotice() {
   auto* notice = new QLabel;
   notice->setAlignment(Qt::AlignCenter);
   notice->setWordWrap(true);
