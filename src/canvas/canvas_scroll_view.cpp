@@ -34,9 +34,12 @@ QWidget* makeNotice() {
 }
 
 CanvasCamera::Wish wishOf(const CropCanvas& canvas) {
-  return {canvas.sourceSize,    canvas.zoom,
-          canvas.fit,           canvas.cameraRequest,
-          canvas.centerCameraOnRequest, canvas.framingInsets};
+  return {canvas.sourceSize,
+          canvas.zoom,
+          canvas.fit,
+          canvas.cameraRequest,
+          canvas.centerCameraOnRequest,
+          canvas.framingInsets};
 }
 
 }  // namespace

@@ -163,7 +163,8 @@ class FirstWindowTest : public ::testing::Test {
 TEST_F(FirstWindowTest, CropsAPictureFromFileToSavedFile) {
   open(folder / "photo.png");
   EXPECT_EQ(editor->windowTitle(), QStringLiteral("photo.png"));
-  ASSERT_TRUE(QTest::qWaitFor([this] { return editor->view()->canvas()->canvas()->isPictureShown(); }));
+  ASSERT_TRUE(
+      QTest::qWaitFor([this] { return editor->view()->canvas()->canvas()->isPictureShown(); }));
   type(Edge::left, QStringLiteral("11"));
   type(Edge::top, QStringLiteral("7"));
   type(Edge::right, QStringLiteral("20"));
