@@ -4,6 +4,8 @@
 
 #include <QSemaphore>
 #include <algorithm>
+#include <condition_variable>
+#include <mutex>
 #include <new>
 #include <set>
 
@@ -21,13 +23,18 @@ class TileLoaderTest : public ::testing::Test {
  protected:
   TilePixels pixelsOf(const TileId& id) { return {static_cast<int>(id.column), 1, {}}; }
 
-  /// Blocks until it is told to go on, or to stop.
+  /// Waits until it is let through, or stopped.
   TilePixels renderGated(const TileId& id, const std::stop_token& stop) {
-    const std::stop_callback wake(stop, [this] { m_gate.release(); });
     m_begun.release();
-    m_gate.acquire();
-    throwIfCancelled(stop);
+    std::unique_lock lock(m_mutex);
+    if (!m_letThrough.wait(lock, stop, [this] { return m_passes > 0; })) throw Cancelled();
+    --m_passes;
     return pixelsOf(id);
+  }
+  void letThrough(int count) {
+    const std::lock_guard lock(m_mutex);
+    m_passes += count;
+    m_letThrough.notify_all();
   }
 
   /// Takes until there are `count` tiles.
@@ -50,13 +57,17 @@ class TileLoaderTest : public ::testing::Test {
     return [this](const TileId& id, const std::stop_token& stop) { return renderGated(id, stop); };
   }
 
-  QSemaphore m_begun, m_gate, m_notified;
+  QSemaphore m_begun, m_notified;
+  std::mutex m_mutex;
+  std::condition_variable_any m_letThrough;
+  /// Guarded by m_mutex.
+  int m_passes = 0;
 };
 
 TEST_F(TileLoaderTest, MakesTheMostWantedFirst) {
   TileLoader loader(gated(), notify(), 1);
   loader.want({tile(3), tile(1), tile(2)});
-  m_gate.release(3);
+  letThrough(3);
   EXPECT_EQ(takeColumns(loader, 3), (std::vector<int64_t>{3, 1, 2}));
 }
 
@@ -65,7 +76,7 @@ TEST_F(TileLoaderTest, MakesWhatIsWantedOnSeveralThreads) {
   loader.want({tile(1), tile(2), tile(3), tile(4)});
   for (int begun = 0; begun < 3; ++begun)
     m_begun.acquire();
-  m_gate.release(4);
+  letThrough(4);
   const std::vector<int64_t> columns = takeColumns(loader, 4);
   EXPECT_EQ(std::set<int64_t>(columns.begin(), columns.end()), (std::set<int64_t>{1, 2, 3, 4}));
 }
@@ -75,7 +86,7 @@ TEST_F(TileLoaderTest, NeverMakesWhatIsNotWantedAnyMore) {
   loader.want({tile(1), tile(2), tile(3)});
   m_begun.acquire();
   loader.want({tile(1), tile(4)});
-  m_gate.release(2);
+  letThrough(2);
   EXPECT_EQ(takeColumns(loader, 2), (std::vector<int64_t>{1, 4}));
 }
 
@@ -85,7 +96,7 @@ TEST_F(TileLoaderTest, GivesUpWhatItIsMakingWhenThatIsNotWantedAnyMore) {
   m_begun.acquire();
   loader.want({tile(2)});
   m_begun.acquire();
-  m_gate.release();
+  letThrough(1);
   EXPECT_EQ(takeColumns(loader, 1), (std::vector<int64_t>{2}));
 }
 
@@ -96,7 +107,7 @@ TEST_F(TileLoaderTest, MakesWhatItGaveUpWhenThatIsWantedAgain) {
   loader.want({});
   loader.want({tile(1)});
   m_begun.acquire();
-  m_gate.release();
+  letThrough(1);
   EXPECT_EQ(takeColumns(loader, 1), (std::vector<int64_t>{1}));
 }
 
@@ -105,11 +116,11 @@ TEST_F(TileLoaderTest, MakesNothingTwice) {
   loader.want({tile(1), tile(2)});
   m_begun.acquire();
   loader.want({tile(1), tile(2)});
-  m_gate.release();
+  letThrough(1);
   m_begun.acquire();
   // The first one waits to be taken, the second one is being made.
   loader.want({tile(1), tile(2), tile(3)});
-  m_gate.release(2);
+  letThrough(2);
   EXPECT_EQ(takeColumns(loader, 3), (std::vector<int64_t>{1, 2, 3}));
 }
 
