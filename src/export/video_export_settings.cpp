@@ -5,16 +5,7 @@
 namespace vantrel::VideoExporter {
 namespace {
 
-// Code points of ITU-T H.273.
-constexpr ColorTags kBt709{1, 1, 1};
-constexpr ColorTags kBt2020Pq{9, 16, 9};
-constexpr int kRgb = 0;
-
 constexpr double kBitsPerMegabit = 1'000'000;
-
-int specified(int code, int otherwise) {
-  return code == ColorTags::kUnspecified ? otherwise : code;
-}
 
 int pixels(double value) {
   return static_cast<int>(value);
@@ -32,11 +23,7 @@ bool isLegalCrop(const QRectF& crop, const QRectF& bounds) {
 }
 
 ColorTags writtenColor(const CropVideoColor& source) {
-  const ColorTags tags = source.tags();
-  const ColorTags& usual = source.isHDR() ? kBt2020Pq : kBt709;
-  const int matrix = tags.matrix == kRgb ? ColorTags::kUnspecified : tags.matrix;
-  return {specified(tags.primaries, usual.primaries), specified(tags.transfer, usual.transfer),
-          specified(matrix, usual.matrix)};
+  return source.tags().completed();
 }
 
 VideoOutputSettings videoOutputSettings(const VideoGeometry& geometry, const QRectF& crop,

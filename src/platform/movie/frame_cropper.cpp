@@ -1,13 +1,7 @@
 #include "platform/movie/frame_cropper.h"
 
-extern "C" {
-#include <libavutil/pixdesc.h>
-}
-
 #include <stdexcept>
-#include <string>
 
-#include "base/failure.h"
 #include "platform/movie/cropping_plan.h"
 
 namespace vantrel {
@@ -46,13 +40,8 @@ FrameCropper::FrameCropper(const VideoOutputSettings& settings, PictureSize natu
 FrameCropper::~FrameCropper() = default;
 
 AvFramePtr FrameCropper::crop(const AVFrame& frame) {
+  const PlanarFormat planar = requiredPlanarFormat(frame);
   const FrameKind kind = FrameKind::of(frame);
-  const auto planar = planarFormat(kind.format);
-  if (!planar || kind.width <= 0 || kind.height <= 0) {
-    const char* name = av_get_pix_fmt_name(kind.format);
-    throw Failure("The video's pictures cannot be converted: " +
-                  std::string(name ? name : "no pixel format"));
-  }
   if (!m_plan || m_plan->kind() != kind) {
     m_plan.reset();
     m_plan = std::make_unique<CroppingPlan>(kind, m_settings, m_region, m_naturalSize);
@@ -64,7 +53,7 @@ AvFramePtr FrameCropper::crop(const AVFrame& frame) {
   output->sample_aspect_ratio = {1, 1};
   copyTimes(frame, *output);
   copyColorTags(frame, *output);
-  if (planar->family == PlanarFormat::Family::Rgb)
+  if (planar.family == PlanarFormat::Family::Rgb)
     output->colorspace = static_cast<AVColorSpace>(m_settings.matrixForRgb);
   output->color_range = AVCOL_RANGE_MPEG;
   output->chroma_location = chromaLocationOf(m_settings.chromaSiting);

@@ -5,6 +5,9 @@ extern "C" {
 }
 
 #include <algorithm>
+#include <string>
+
+#include "base/failure.h"
 
 namespace vantrel {
 namespace {
@@ -50,6 +53,15 @@ std::optional<PlanarFormat> planarFormat(AVPixelFormat format) {
   }
   if (count == 0 || (planar.depth > 8 && shallowest != planar.depth)) return {};
   return planar;
+}
+
+PlanarFormat requiredPlanarFormat(const AVFrame& frame) {
+  const auto format = static_cast<AVPixelFormat>(frame.format);
+  const auto planar = planarFormat(format);
+  if (planar && frame.width > 0 && frame.height > 0) return *planar;
+  const char* name = av_get_pix_fmt_name(format);
+  throw Failure("The video's pictures cannot be converted: " +
+                std::string(name ? name : "no pixel format"));
 }
 
 bool usesFullRange(AVPixelFormat format, AVColorRange range) {

@@ -25,6 +25,8 @@ struct PlanarFormat {
 /// None for formats whose samples are not plain integers in memory that a processor reads: frames
 /// on a device, sensor mosaics, floating point, XYZ.
 [[nodiscard]] std::optional<PlanarFormat> planarFormat(AVPixelFormat format);
+/// Of a frame that has pixels. Throws Failure where there is none.
+[[nodiscard]] PlanarFormat requiredPlanarFormat(const AVFrame& frame);
 
 /// Whether the samples use the full range: as tagged, and where nothing is tagged, RGB and gray do
 /// and YUV does not. RGB does whatever its tag says, for few decoders tag it with care.

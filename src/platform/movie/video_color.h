@@ -12,6 +12,13 @@ struct ColorTags {
 
   int primaries = kUnspecified, transfer = kUnspecified, matrix = kUnspecified;
 
+  /// Whether the transfer function is that of PQ (SMPTE ST 2084) or HLG (ARIB STD-B67). Nothing
+  /// else makes a video HDR.
+  [[nodiscard]] bool isHdr() const;
+  /// All three specified: those of ITU-R BT.2020 with PQ where an HDR video has none, and BT.709
+  /// where another has none. The matrix is one for YUV: that of RGB counts as none.
+  [[nodiscard]] ColorTags completed() const;
+
   friend bool operator==(const ColorTags&, const ColorTags&) = default;
 };
 

@@ -23,8 +23,10 @@ struct VideoPicture {
   /// A chroma sample stands for 2^shift pixels.
   int chromaShiftX = 0, chromaShiftY = 0;
   ChromaSiting chromaSiting = ChromaSiting::Left;
+  /// Completed.
   ColorTags color;
   bool isFullRange = false;
+  HdrMetadata hdrMetadata;
 
   /// The stored picture with its pixels made square, before any turn.
   PictureSize naturalSize;
