@@ -50,11 +50,11 @@ function(vantrel_add_program name)
   target_link_libraries(${name} PRIVATE vantrel_flags ${program_DEPENDS})
 endfunction()
 
-# vantrel_add_test(name SOURCES … DEPENDS … [GUI]): one test executable, run by CTest as one test.
-# GUI tests get a QApplication, the others a QCoreApplication; either fails on a warning that no
-# test announced.
+# vantrel_add_test(name SOURCES … DEPENDS … [GUI] [LAUNCHER command…]): one test executable, run by
+# CTest as one test, by the launcher if there is one. GUI tests get a QApplication, the others a
+# QCoreApplication; either fails on a warning that no test announced.
 function(vantrel_add_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 test "GUI" "" "SOURCES;DEPENDS")
+  cmake_parse_arguments(PARSE_ARGV 1 test "GUI" "" "SOURCES;DEPENDS;LAUNCHER")
   add_executable(${name} ${test_SOURCES})
   if(test_GUI)
     target_link_libraries(${name} PRIVATE vantrel_test_main_gui)
@@ -70,7 +70,7 @@ function(vantrel_add_test name)
     VANTREL_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data"
     VANTREL_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
   set_target_properties(${name} PROPERTIES AUTOMOC ON)
-  add_test(NAME ${name} COMMAND ${name})
+  add_test(NAME ${name} COMMAND ${test_LAUNCHER} $<TARGET_FILE:${name}>)
   set_tests_properties(${name} PROPERTIES TIMEOUT 600)
   if(test_GUI)
     # One program at a time may have the keyboard focus.

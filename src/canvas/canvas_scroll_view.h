@@ -5,13 +5,13 @@
 #include <QTimer>
 
 #include "canvas/canvas_camera.h"
+#include "canvas/canvas_event_monitor.h"
 #include "canvas/canvas_pan.h"
 #include "canvas/crop_canvas.h"
 
-class QNativeGestureEvent;
-
 namespace vantrel {
 
+class CanvasScrollBar;
 class CropOverlayView;
 class EditHistory;
 class VideoCanvasView;
@@ -29,6 +29,9 @@ class CanvasScrollView final : public QAbstractScrollArea {
 
   [[nodiscard]] VideoCanvasView* canvas() const { return m_canvas; }
   [[nodiscard]] CropOverlayView* overlay() const { return m_overlay; }
+  [[nodiscard]] CanvasScrollBar* floatingBar(Qt::Orientation orientation) const {
+    return orientation == Qt::Horizontal ? m_horizontalBar : m_verticalBar;
+  }
   [[nodiscard]] const CanvasCamera& camera() const { return m_camera; }
   [[nodiscard]] const CanvasPan& pan() const { return m_pan; }
 
@@ -48,29 +51,42 @@ class CanvasScrollView final : public QAbstractScrollArea {
   void exitPreviewRequested();
 
  protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
   bool viewportEvent(QEvent* event) override;
   bool event(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
-  void scrollContentsBy(int dx, int dy) override;
+  void hideEvent(QHideEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
 
  private:
+  void watchOverlay(EditHistory& history);
+  void watchInput();
+  [[nodiscard]] double now() const;
   void applyCamera();
+  void positionPicture();
+  void placeBars();
+  void scrollTo(const QPointF& offset);
+  void zoomAt(const QPointF& globalPosition, double factor);
   void publishZoom();
+  void takeDevicePixelRatio();
+  void updateCursors();
 
   CropCanvas m_shown;
   CanvasCamera m_camera;
   CanvasPan m_pan;
+  CanvasEventMonitor m_monitor{*this};
   VideoCanvasView* m_canvas;
   CropOverlayView* m_overlay;
+  CanvasScrollBar* m_horizontalBar;
+  CanvasScrollBar* m_verticalBar;
   QElapsedTimer m_clock;
   QTimer m_moveTimer;
   QTimer m_scrollRestTimer;
+  QTimer m_publication;
 };
 
 }  // namespace vantrel

@@ -1,5 +1,6 @@
 #include "canvas/crop_cursors.h"
 
+#include <QGuiApplication>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPen>
@@ -31,6 +32,14 @@ QPainterPath fourWayArrow() {
   return path;
 }
 
+/// What QCursor is to be told for the hot spot to be in the middle.
+QPoint hotSpot(double devicePixelRatio) {
+  // Qt takes it in points, but hands it to the X server as if they were the image's pixels.
+  const bool inPixels = QGuiApplication::platformName() == QLatin1String("xcb");
+  const double middle = inPixels ? kMiddle * devicePixelRatio : kMiddle;
+  return QPointF(middle, middle).toPoint();
+}
+
 }  // namespace
 
 QImage moveImage(double devicePixelRatio) {
@@ -51,8 +60,8 @@ const QCursor& move(double devicePixelRatio) {
   const auto known = cursors.find(devicePixelRatio);
   if (known != cursors.end()) return known->second;
   const QPixmap pixmap = QPixmap::fromImage(moveImage(devicePixelRatio));
-  const int middle = static_cast<int>(kMiddle);
-  return cursors.try_emplace(devicePixelRatio, pixmap, middle, middle).first->second;
+  const QPoint middle = hotSpot(devicePixelRatio);
+  return cursors.try_emplace(devicePixelRatio, pixmap, middle.x(), middle.y()).first->second;
 }
 
 QCursor cursor(CropCursor kind, double devicePixelRatio) {

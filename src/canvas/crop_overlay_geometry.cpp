@@ -53,9 +53,9 @@ double wholePixels(double points, double devicePixelRatio) {
 }
 
 double snappedEdge(double edge) {
-  // A half that its arithmetic has moved a little is still a half.
-  constexpr double kTolerance = 1.0 / 256;
-  return std::ceil(edge - 0.5 - kTolerance);
+  // What its arithmetic may have taken from half a pixel.
+  constexpr double kRounding = 1e-6;
+  return std::floor(edge + 0.5 + kRounding);
 }
 
 struct Span {

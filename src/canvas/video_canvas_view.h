@@ -4,11 +4,13 @@
 #include <QOpenGLWidget>
 #include <QPointer>
 #include <QVariantAnimation>
+#include <vector>
 
 #include "canvas/canvas_projection.h"
 #include "model/crop_margins.h"
 #include "platform/gl/picture_renderer.h"
 #include "platform/gl/rectangle_painter.h"
+#include "platform/image/bitmap.h"
 #include "platform/movie/video_picture_source.h"
 
 namespace vantrel {
@@ -24,19 +26,26 @@ class VideoCanvasView final : public QOpenGLWidget {
   explicit VideoCanvasView(QWidget* parent = nullptr);
   ~VideoCanvasView() override;
 
+  /// Whether this computer can draw the surface at all; found out once.
+  [[nodiscard]] static bool isSupported();
+
   [[nodiscard]] const CanvasProjection& projection() const { return m_projection; }
   [[nodiscard]] const CropMargins& crop() const { return m_crop; }
   /// Of dimming, border, handles and fields, and of the picture outside the crop: 1 while editing,
   /// 0 in preview, between them while it fades.
   [[nodiscard]] double editingOpacity() const { return m_editingOpacity; }
+  /// The running fade; ended when nothing fades.
+  [[nodiscard]] QVariantAnimation& fade() { return m_fade; }
   /// Whether what is on the screen is the picture, as sharp as it will be.
-  [[nodiscard]] bool isPictureShown() const;
+  [[nodiscard]] bool isPictureShown() const { return m_isPictureShown; }
 
   /// An empty bitmap and no source for nothing.
   void setMedia(const Bitmap& image, VideoPictureSource* pictures);
   void setCanvasColor(const QColor& color);
   /// Places picture and crop; starts the fade when the preview has changed.
   void position(const CanvasProjection& projection, const CropMargins& crop, bool previewOnly);
+  /// Marks what the keyboard moves, over all else.
+  void setFocusRing(std::vector<ColoredRectangle> ring);
 
  Q_SIGNALS:
   void editingOpacityChanged(double opacity);
@@ -48,14 +57,21 @@ class VideoCanvasView final : public QOpenGLWidget {
   void paintGL() override;
 
  private:
+  void redraw();
+  void takeVideoPicture();
   void releaseContext();
   void fadeTo(double opacity);
+  [[nodiscard]] QSize deviceSize() const;
+  [[nodiscard]] PictureView pictureView() const;
 
   PictureRenderer m_pictures;
   RectanglePainter m_rectangles;
   QPointer<VideoPictureSource> m_source;
+  bool m_hasPicture = false;
+  bool m_isPictureShown = false;
   CanvasProjection m_projection;
   CropMargins m_crop;
+  std::vector<ColoredRectangle> m_focusRing;
   QColor m_color;
   bool m_displaysPreview = false;
   double m_editingOpacity = 1;

@@ -85,6 +85,13 @@ void EditorState::setDropTargeted(bool targeted) {
   Q_EMIT appearanceChanged();
 }
 
+void EditorState::setZoom(double zoom, bool fit) {
+  if (zoom == m_camera.zoom && fit == m_camera.fit) return;
+  m_camera.zoom = zoom;
+  m_camera.fit = fit;
+  Q_EMIT cameraChanged();
+}
+
 void EditorState::setCanvasColor(const std::optional<QColor>& color) {
   if (color == m_canvasColor) return;
   m_canvasColor = color;

@@ -77,6 +77,8 @@ class EditorState final : public QObject {
   void setBusy(bool busy);
   void setPreviewOnly(bool previewOnly);
   void setDropTargeted(bool targeted);
+  /// What the canvas shows by now; asks for no move.
+  void setZoom(double zoom, bool fit);
   void setCanvasColor(const std::optional<QColor>& color);
   void setOpenError(const std::optional<QString>& message);
   void setExportError(const std::optional<QString>& message);

@@ -11,6 +11,7 @@
 #include <QStackedLayout>
 #include <utility>
 
+#include "canvas/canvas_scroll_view.h"
 #include "canvas/crop_appearance.h"
 #include "canvas/crop_canvas.h"
 #include "controls/message_layout.h"
@@ -54,13 +55,13 @@ EditorView::EditorView(ExportSession::Review review, QWidget* parent)
 }
 
 EditorView::~EditorView() {
-  // Its fields end their editing while the history still stands.
+  // Their fields end their editing while the history still stands.
   delete m_inspector;
+  delete m_canvas;
 }
 
 void EditorView::buildLayout() {
-  m_canvas = new CropCanvas(this);
-  m_canvas->setFramingInsets(kFramingInsets);
+  m_canvas = new CanvasScrollView(m_state.history(), this);
   m_empty = new EmptyCanvasView(this);
   m_inspector = new InspectorView(m_state.history(), m_state.exportState(),
                                   CropAppearance::exportAccent(), this);
@@ -76,6 +77,11 @@ void EditorView::buildLayout() {
   layout->addLayout(stack, 1);
   layout->addWidget(m_inspector);
 
+  connect(m_canvas, &CanvasScrollView::zoomChanged, &m_state, &EditorState::setZoom);
+  connect(m_canvas, &CanvasScrollView::cropChanged, &m_state.history(), &EditHistory::setCrop);
+  connect(m_canvas, &CanvasScrollView::fitRequested, &m_state, &EditorState::requestFit);
+  connect(m_canvas, &CanvasScrollView::exitPreviewRequested, &m_state,
+          [this] { m_state.setPreviewOnly(false); });
   connect(m_empty, &EmptyCanvasView::openRequested, this, &EditorView::openMedia);
   connect(m_inspector, &InspectorView::exportRequested, &m_exports, &ExportSession::exportMedia);
   connect(m_inspector, &InspectorView::cancelRequested, &m_exports, &ExportSession::cancel);
@@ -101,10 +107,7 @@ void EditorView::scheduleUpdate() {
 
 void EditorView::updateChildren() {
   m_updateScheduled = false;
-  m_canvas->setPicture(m_state.isImage() ? m_state.file()->imageSource->image : Bitmap());
-  m_canvas->setCrop(m_state.history().crop());
-  m_canvas->setCanvasColor(canvasColor());
-  m_canvas->setEnabled(!m_state.busy());
+  updateCanvas();
   // Hidden with the focus, the button would hand it on to a field.
   if (m_state.loaded()) m_empty->openButton()->clearFocus();
   m_empty->setVisible(!m_state.loaded());
@@ -115,6 +118,24 @@ void EditorView::updateChildren() {
   m_dropHighlight->setVisible(m_state.dropTargeted());
   m_dropHighlight->raise();
   Q_EMIT updated();
+}
+
+void EditorView::updateCanvas() {
+  const EditorState::Camera& camera = m_state.camera();
+  CropCanvas canvas;
+  if (m_state.isImage()) canvas.image = m_state.file()->imageSource->image;
+  canvas.sourceSize = m_state.sourceSize();
+  canvas.crop = m_state.history().crop();
+  canvas.zoom = camera.zoom;
+  canvas.fit = camera.fit;
+  canvas.previewOnly = m_state.previewOnly();
+  canvas.cameraRequest = camera.request;
+  canvas.centerCameraOnRequest = camera.centerOnRequest;
+  canvas.framingInsets = kFramingInsets;
+  canvas.canvasColor = canvasColor();
+  m_canvas->update(canvas);
+  // Disabled, it leaves the space bar to the button of the empty view.
+  m_canvas->setEnabled(m_state.loaded() && !m_state.busy());
 }
 
 QColor EditorView::canvasColor() const {

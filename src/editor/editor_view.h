@@ -9,7 +9,7 @@
 
 namespace vantrel {
 
-class CropCanvas;
+class CanvasScrollView;
 class DropHighlightView;
 class EmptyCanvasView;
 class InspectorView;
@@ -27,7 +27,7 @@ class EditorView final : public QWidget {
   [[nodiscard]] EditorState& state() { return m_state; }
   [[nodiscard]] MediaLoader& loader() { return m_loader; }
   [[nodiscard]] ExportSession& exports() { return m_exports; }
-  [[nodiscard]] CropCanvas* canvas() const { return m_canvas; }
+  [[nodiscard]] CanvasScrollView* canvas() const { return m_canvas; }
   [[nodiscard]] InspectorView* inspector() const { return m_inspector; }
   [[nodiscard]] EmptyCanvasView* emptyView() const { return m_empty; }
 
@@ -49,6 +49,7 @@ class EditorView final : public QWidget {
   void watchState();
   void scheduleUpdate();
   void updateChildren();
+  void updateCanvas();
   [[nodiscard]] QColor canvasColor() const;
   void showOpenError();
   void showExportError();
@@ -57,7 +58,7 @@ class EditorView final : public QWidget {
   EditorState m_state;
   MediaLoader m_loader;
   ExportSession m_exports;
-  CropCanvas* m_canvas = nullptr;
+  CanvasScrollView* m_canvas = nullptr;
   EmptyCanvasView* m_empty = nullptr;
   InspectorView* m_inspector = nullptr;
   DropHighlightView* m_dropHighlight = nullptr;

@@ -1,7 +1,10 @@
 #include "editor/editor_window.h"
 
+#include <QAbstractButton>
+#include <QActionGroup>
 #include <QApplication>
 #include <QEvent>
+#include <QKeyEvent>
 #include <QKeySequence>
 #include <QMenu>
 #include <QMenuBar>
@@ -38,6 +41,8 @@ EditorWindow::EditorWindow(ExportSession::Review review, QWidget* parent)
   resize(kIdealSize.boundedTo(screen()->availableSize()));
   buildFileMenu();
   buildEditMenu();
+  buildViewMenu();
+  buildCropMenu();
   buildToolBar();
   setCentralWidget(m_view);
   connect(m_view, &EditorView::updated, this, &EditorWindow::updateActions);
@@ -78,6 +83,30 @@ void EditorWindow::buildEditMenu() {
                            &m_view->state(), &EditorState::redoEdit);
 }
 
+void EditorWindow::buildViewMenu() {
+  QMenu* menu = menuBar()->addMenu(tr("&View"));
+  EditorState* const state = &m_view->state();
+  m_viewing = new QActionGroup(this);
+  QAction* larger = menu->addAction(tr("Zoom In"), state, [state] { state->requestZoomStep(true); });
+  // On many keyboards the plus sign is the upper half of the equals key.
+  larger->setShortcuts({Qt::CTRL | Qt::Key_Plus, Qt::CTRL | Qt::Key_Equal});
+  m_viewing->addAction(larger);
+  m_viewing->addAction(menu->addAction(tr("Zoom Out"), Qt::CTRL | Qt::Key_Minus, state,
+                                       [state] { state->requestZoomStep(false); }));
+  m_viewing->addAction(menu->addAction(tr("Zoom to Fit"), Qt::CTRL | Qt::Key_0, state,
+                                       &EditorState::requestFit));
+  m_viewing->addAction(menu->addAction(tr("Actual Size"), Qt::CTRL | Qt::Key_1, state,
+                                       &EditorState::requestActualSize));
+}
+
+void EditorWindow::buildCropMenu() {
+  QMenu* menu = menuBar()->addMenu(tr("&Crop"));
+  EditorState* const state = &m_view->state();
+  m_preview = menu->addAction(tr("Preview Crop"), Qt::CTRL | Qt::Key_P, state,
+                              [state] { state->setPreviewOnly(!state->previewOnly()); });
+  m_viewing->addAction(m_preview);
+}
+
 void EditorWindow::buildToolBar() {
   QToolBar* bar = addToolBar(tr("Tools"));
   bar->setMovable(false);
@@ -100,6 +129,8 @@ void EditorWindow::updateActions() {
   m_export->setEnabled(state.canExport());
   m_undo->setEnabled(canEdit && (history.canUndo() || isEditingText()));
   m_redo->setEnabled(canEdit && (history.canRedo() || isEditingText()));
+  m_viewing->setEnabled(canEdit);
+  m_preview->setText(state.previewOnly() ? tr("Exit Preview") : tr("Preview Crop"));
   m_undoButton->setEnabled(!state.busy() && history.canUndo());
   m_redoButton->setEnabled(!state.busy() && history.canRedo());
   setWindowTitle(state.loaded() ? windowTitleOf(displayName(state.file()->path))
@@ -123,6 +154,17 @@ bool EditorWindow::event(QEvent* event) {
 void EditorWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() == QEvent::PaletteChange && m_open) updateIcons();
+}
+
+void EditorWindow::keyPressEvent(QKeyEvent* event) {
+  // The space bar belongs to the canvas, so another key presses the buttons.
+  auto* const button = qobject_cast<QAbstractButton*>(focusWidget());
+  const bool presses = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (button && presses && !event->isAutoRepeat()) {
+    button->click();
+  } else {
+    QMainWindow::keyPressEvent(event);
+  }
 }
 
 }  // namespace vantrel

@@ -5,6 +5,7 @@
 #include "editor/export_session.h"
 
 class QAction;
+class QActionGroup;
 
 namespace vantrel {
 
@@ -28,10 +29,13 @@ class EditorWindow final : public QMainWindow {
  protected:
   bool event(QEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void buildFileMenu();
   void buildEditMenu();
+  void buildViewMenu();
+  void buildCropMenu();
   void buildToolBar();
   void updateActions();
   void updateIcons();
@@ -42,6 +46,9 @@ class EditorWindow final : public QMainWindow {
   QAction* m_export = nullptr;
   QAction* m_undo = nullptr;
   QAction* m_redo = nullptr;
+  QAction* m_preview = nullptr;
+  /// What looks at an open file in another way.
+  QActionGroup* m_viewing = nullptr;
   // The buttons follow the history alone, the menu items also serve the text being typed.
   QAction* m_undoButton = nullptr;
   QAction* m_redoButton = nullptr;

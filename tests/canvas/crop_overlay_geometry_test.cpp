@@ -98,22 +98,23 @@ TEST(CropOverlayGeometry, SnapsEdgesToWholeDevicePixels) {
 TEST(CropOverlayGeometry, SnapsHalvesTheSameWayOnBothSidesOfTheOrigin) {
   for (const double shift : {-40.0, 0.0, 40.0}) {
     EXPECT_EQ(snappedToDevice(QRectF(1.5 + shift, 2.5 + shift, 3, 3), 1),
-              QRectF(1 + shift, 2 + shift, 3, 3));
+              QRectF(2 + shift, 3 + shift, 3, 3));
   }
   // 1.5 device pixels for each source pixel, which thirds of points show only nearly.
   const CanvasProjection projection({100, 100}, {-40.0 / 3, 0}, 0.5);
   for (int x = 1; x < 100; x += 2) {
     const QRectF shown = snappedToDevice(projection.toView(QRectF(x, 0, 2, 2)), 3);
-    EXPECT_EQ(shown, QRectF(-41 + (3 * x + 1) / 2, 0, 3, 3)) << x;
+    EXPECT_EQ(shown, QRectF(-40 + (3 * x + 1) / 2, 0, 3, 3)) << x;
   }
 }
 
-TEST(CropOverlayGeometry, SnapsWhereNearestSamplingChangesToTheNextSourcePixel) {
+TEST(CropOverlayGeometry, KeepsThePixelsWhoseCentresAreInside) {
   for (const double zoom : {1.0, 1.1, 1.5, 2.5, 2.828427, 10.0}) {
     for (int column = 0; column < 50; ++column) {
       const QRectF shown = snappedToDevice(QRectF(column * zoom, 0, zoom, 1), 1);
-      EXPECT_EQ(std::floor((shown.left() + 0.5) / zoom + 1e-9), column);
-      EXPECT_EQ(std::floor((shown.right() - 0.5) / zoom + 1e-9), column);
+      // A centre on an edge counts to the pixel before it.
+      EXPECT_EQ(std::ceil((shown.left() + 0.5) / zoom - 1e-9) - 1, column);
+      EXPECT_EQ(std::ceil((shown.right() - 0.5) / zoom - 1e-9) - 1, column);
     }
   }
 }

@@ -12,7 +12,9 @@
 #include <QTest>
 #include <QUrl>
 
-#include "canvas/crop_canvas.h"
+#include "canvas/canvas_scroll_view.h"
+#include "canvas/crop_overlay_view.h"
+#include "canvas/video_canvas_view.h"
 #include "controls/crop_number_field.h"
 #include "editor/application_windows.h"
 #include "editor/editor_view.h"
@@ -161,7 +163,7 @@ class FirstWindowTest : public ::testing::Test {
 TEST_F(FirstWindowTest, CropsAPictureFromFileToSavedFile) {
   open(folder / "photo.png");
   EXPECT_EQ(editor->windowTitle(), QStringLiteral("photo.png"));
-  ASSERT_TRUE(QTest::qWaitFor([this] { return editor->view()->canvas()->isPictureShown(); }));
+  ASSERT_TRUE(QTest::qWaitFor([this] { return editor->view()->canvas()->canvas()->isPictureShown(); }));
   type(Edge::left, QStringLiteral("11"));
   type(Edge::top, QStringLiteral("7"));
   type(Edge::right, QStringLiteral("20"));
@@ -366,6 +368,12 @@ TEST_F(FirstWindowTest, LeadsTheKeyboardThroughTheFieldsToTheExport) {
   open(folder / "photo.png");
   EXPECT_EQ(qobject_cast<QLineEdit*>(editor->focusWidget()), nullptr);
   QTest::keyClick(editor, Qt::Key_Tab);
+  EXPECT_TRUE(editor->view()->canvas()->overlay()->hasFocus());
+  // On through the handles and the fields beside the crop.
+  for (size_t step = 0; step < kCropHandles.size() + CropMargins::kEdges.size(); ++step) {
+    QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
+  }
+  QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
   EXPECT_TRUE(field(Edge::top)->hasFocus());
   QTest::keyClicks(editor->focusWidget(), QStringLiteral("4"));
   QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
@@ -381,7 +389,7 @@ TEST_F(FirstWindowTest, LeadsTheKeyboardThroughTheFieldsToTheExport) {
   EXPECT_TRUE(field(Edge::bottom)->hasFocus());
   QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
   EXPECT_TRUE(footer()->exportButton()->hasFocus());
-  QTest::keyClick(editor->focusWidget(), Qt::Key_Space);
+  QTest::keyClick(editor->focusWidget(), Qt::Key_Return);
   ReviewWindow* review = waitFor<ReviewWindow>();
   ASSERT_NE(review, nullptr);
   EXPECT_EQ(review->document().summary().resolution, QSizeF(50, 86));

@@ -1,0 +1,173 @@
+#include "canvas/canvas_scroll_bar.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QSignalBlocker>
+#include <QStyle>
+#include <QWheelEvent>
+#include <algorithm>
+#include <cmath>
+
+namespace vantrel {
+namespace {
+
+// Points.
+constexpr double kEndGap = 4;
+constexpr double kSideGap = 4;
+constexpr double kShortestHandle = 32;
+
+constexpr double kRestingAlpha = 0.5;
+constexpr double kHeldAlpha = 0.75;
+constexpr double kOutlineAlpha = 0.35;
+constexpr int kClickPageTenths = 9;
+
+int wholePoints(double value) {
+  return static_cast<int>(std::lround(std::clamp(value, 0.0, 1e9)));
+}
+
+QColor translucent(QColor color, double alpha) {
+  color.setAlphaF(static_cast<float>(alpha));
+  return color;
+}
+
+}  // namespace
+
+CanvasScrollBar::CanvasScrollBar(Qt::Orientation orientation, QWidget* parent)
+    : QScrollBar(orientation, parent) {
+  setAttribute(Qt::WA_OpaquePaintEvent, false);
+  setCursor(Qt::ArrowCursor);
+  setVisible(false);
+  m_idle.setSingleShot(true);
+  m_idle.setInterval(kIdleMilliseconds);
+  connect(&m_idle, &QTimer::timeout, this, &CanvasScrollBar::rest);
+  m_fade.setEasingCurve(QEasingCurve::OutCubic);
+  connect(&m_fade, &QVariantAnimation::valueChanged, this,
+          [this](const QVariant& opacity) { setOpacity(opacity.toDouble()); });
+}
+
+void CanvasScrollBar::mirror(double extent, double page, double offset) {
+  const QSignalBlocker blocker(this);
+  setRange(0, wholePoints(extent - page));
+  setPageStep(std::max(1, wholePoints(page)));
+  setValue(wholePoints(offset));
+  if (maximum() == 0) setOpacity(0);
+}
+
+void CanvasScrollBar::wake() {
+  if (maximum() == 0) return;
+  m_fade.stop();
+  setOpacity(1);
+  m_idle.start();
+}
+
+void CanvasScrollBar::rest() {
+  if (m_grip || underMouse()) return;
+  const bool moves = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
+  m_fade.stop();
+  m_fade.setDuration(moves ? kFadeMilliseconds : 0);
+  m_fade.setStartValue(m_opacity);
+  m_fade.setEndValue(0.0);
+  m_fade.start();
+}
+
+void CanvasScrollBar::setOpacity(double opacity) {
+  m_opacity = opacity;
+  // What is not seen takes no click.
+  setVisible(opacity > 0);
+  update();
+}
+
+double CanvasScrollBar::track() const {
+  return std::max(1.0, (isVertical() ? height() : width()) - 2 * kEndGap);
+}
+
+double CanvasScrollBar::handleLength() const {
+  const double extent = double{1} * maximum() + pageStep();
+  return std::min(track(), std::max(kShortestHandle, track() * pageStep() / extent));
+}
+
+double CanvasScrollBar::handleStart() const {
+  const double free = track() - handleLength();
+  return kEndGap + free * value() / std::max(1, maximum());
+}
+
+QRectF CanvasScrollBar::handle() const {
+  const double thickness = kThickness - 2 * kSideGap;
+  return isVertical() ? QRectF(kSideGap, handleStart(), thickness, handleLength())
+                      : QRectF(handleStart(), kSideGap, handleLength(), thickness);
+}
+
+double CanvasScrollBar::along(const QPointF& point) const {
+  return isVertical() ? point.y() : point.x();
+}
+
+void CanvasScrollBar::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setOpacity(m_opacity);
+  painter.setPen(translucent(palette().color(QPalette::Window), kOutlineAlpha));
+  const bool isHeld = m_grip || underMouse();
+  painter.setBrush(
+      translucent(palette().color(QPalette::WindowText), isHeld ? kHeldAlpha : kRestingAlpha));
+  const QRectF rect = handle().adjusted(-0.5, -0.5, 0.5, 0.5);
+  const double radius = (kThickness - 2 * kSideGap + 1) / 2;
+  painter.drawRoundedRect(rect, radius, radius);
+}
+
+void CanvasScrollBar::mousePressEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton) {
+    event->ignore();
+    return;
+  }
+  const double position = along(event->position());
+  const double start = handleStart();
+  wake();
+  if (position >= start && position < start + handleLength()) {
+    m_grip = position - start;
+    return;
+  }
+  const int page = pageStep() * kClickPageTenths / 10;
+  setValue(value() + (position < start ? -page : page));
+}
+
+void CanvasScrollBar::mouseMoveEvent(QMouseEvent* event) {
+  if (!m_grip) {
+    event->ignore();
+    return;
+  }
+  wake();
+  const double free = std::max(1.0, track() - handleLength());
+  const double start = along(event->position()) - *m_grip - kEndGap;
+  setValue(wholePoints(start / free * maximum()));
+}
+
+void CanvasScrollBar::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton) {
+    event->ignore();
+    return;
+  }
+  m_grip.reset();
+  wake();
+}
+
+void CanvasScrollBar::wheelEvent(QWheelEvent* event) {
+  event->ignore();
+}
+
+void CanvasScrollBar::contextMenuEvent(QContextMenuEvent* event) {
+  event->ignore();
+}
+
+void CanvasScrollBar::enterEvent(QEnterEvent* event) {
+  QScrollBar::enterEvent(event);
+  wake();
+}
+
+void CanvasScrollBar::leaveEvent(QEvent* event) {
+  QScrollBar::leaveEvent(event);
+  wake();
+}
+
+}  // namespace vantrel
+
+#include "moc_canvas_scroll_bar.cpp"

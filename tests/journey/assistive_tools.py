@@ -1,0 +1,192 @@
+#!/usr/bin/python3
+"""Meets the running program as an assistive tool does, over AT-SPI: finds the crop, its handles and
+its fields, reads what they tell, and changes the crop through them."""
+
+import argparse
+import os
+import struct
+import subprocess
+import sys
+import tempfile
+import time
+import zlib
+
+import pyatspi
+
+WIDTH, HEIGHT = 400, 300
+PATIENCE = 60  # seconds, for what comes in its own time
+
+# The names of a role in older and newer releases.
+GROUP = ("panel", "grouping")
+FIELD = ("text", "entry")
+SLIDER = ("slider",)
+CORNER = ("unknown",)
+
+CORNERS = ["Top left", "Top right", "Bottom right", "Bottom left"]
+EDGES = ["Top", "Right", "Bottom", "Left"]
+
+
+class NotYet(Exception):
+    """What was looked at is not as it is to become."""
+
+
+def wait_for(what, look):
+    """What `look` finds. While the program is on its way there it finds nothing, or fails, also
+    because what it reads is gone already."""
+    end = time.monotonic() + PATIENCE
+    failure = ""
+    while time.monotonic() < end:
+        try:
+            found = look()
+            if found:
+                return found
+        except Exception as error:
+            failure = f": {error}"
+        time.sleep(0.05)
+    sys.exit(f"{what} never came{failure}")
+
+
+def expect(what, got, wanted):
+    if got != wanted:
+        raise NotYet(f"{what} is {got!r}, not {wanted!r}")
+
+
+def write_png(path):
+    def chunk(kind, data):
+        body = kind + data
+        return struct.pack(">I", len(data)) + body + struct.pack(">I", zlib.crc32(body))
+
+    rows = b"".join(
+        b"\0" + bytes((x * 5 + y * 3) % 256 for x in range(WIDTH)) for y in range(HEIGHT)
+    )
+    with open(path, "wb") as file:
+        file.write(
+            b"\x89PNG\r\n\x1a\n"
+            + chunk(b"IHDR", struct.pack(">IIBBBBB", WIDTH, HEIGHT, 8, 0, 0, 0, 0))
+            + chunk(b"IDAT", zlib.compress(rows))
+            + chunk(b"IEND", b"")
+        )
+
+
+def items_below(item):
+    for child in item:
+        if child is not None:
+            yield child
+            yield from items_below(child)
+
+
+def find(root, name, roles):
+    for item in items_below(root):
+        if item.name == name and item.getRoleName() in roles:
+            return item
+    return None
+
+
+def place_of(item):
+    return item.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+
+
+def is_seen(item):
+    states = item.getState()
+    return states.contains(pyatspi.STATE_VISIBLE) and states.contains(pyatspi.STATE_SHOWING)
+
+
+def is_shown(crop, width, height, left, top):
+    expect("the crop", crop.description, f"{width} × {height} pixels at {left}, {top}")
+    place = place_of(crop)
+    if not (place.width > 0 and abs(place.width / place.height - width / height) < 0.05):
+        raise NotYet(f"the crop lies at {place}")
+    return True
+
+
+def has_handles(crop):
+    whole = place_of(crop)
+    for name in CORNERS + EDGES:
+        handle = find(crop, f"{name} handle", SLIDER if name in EDGES else CORNER)
+        if not handle:
+            raise NotYet(f"there is no handle {name}")
+        if not is_seen(handle) or not handle.getState().contains(pyatspi.STATE_FOCUSABLE):
+            raise NotYet(f"the handle {name} cannot be used")
+        place = place_of(handle)
+        beside = (place.x + place.width <= whole.x + 1 or place.x >= whole.x + whole.width - 1
+                  or place.y + place.height <= whole.y + 1
+                  or place.y >= whole.y + whole.height - 1)
+        if min(place.width, place.height) <= 0 or not beside:
+            raise NotYet(f"the handle {name} lies at {place}, the crop at {whole}")
+        if name in EDGES:
+            value = handle.queryValue()
+            span = HEIGHT if name in ("Top", "Bottom") else WIDTH
+            expect(f"value of {name}", value.currentValue, 0)
+            expect(f"range of {name}", (value.minimumValue, value.maximumValue), (0, span - 1))
+    return True
+
+
+def has_fields(crop, margins):
+    for name, margin in margins.items():
+        field = find(crop, f"{name} crop margin in pixels", FIELD)
+        if not field or not is_seen(field) or place_of(field).width <= 0:
+            raise NotYet(f"there is no field {name}")
+        expect(f"field {name}", field.queryText().getText(0, -1), margin)
+    return True
+
+
+def change_a_value(crop):
+    right = find(crop, "Right handle", SLIDER)
+    right.queryValue().currentValue = 40
+    wait_for("the right margin", lambda: right.queryValue().currentValue == 40)
+    wait_for("the narrower crop", lambda: is_shown(crop, WIDTH - 40, HEIGHT, 0, 0))
+
+
+def move_a_corner(crop):
+    corner = find(crop, "Top left handle", CORNER)
+    action = corner.queryAction()
+    names = [action.getName(index) for index in range(action.nActions)]
+    action.doAction(names.index("MoveDown"))
+    wait_for("the moved corner", lambda: corner.description == "Top 1, left 0 pixels")
+    corner.queryComponent().grabFocus()
+    wait_for("the focus", lambda: corner.getState().contains(pyatspi.STATE_FOCUSED))
+
+
+def type_a_margin(crop):
+    left = find(crop, "Left crop margin in pixels", FIELD)
+    left.queryEditableText().setTextContents("12")
+    wait_for("the typed margin", lambda: is_shown(crop, WIDTH - 52, HEIGHT - 1, 12, 1))
+
+
+def meet(program):
+    def application():
+        found = [item for item in pyatspi.Registry.getDesktop(0)
+                 if item is not None and item.get_process_id() == program.pid]
+        if program.poll() is not None:
+            sys.exit("the program has ended")
+        return found[0] if found else None
+
+    root = wait_for("the program", application)
+    crop = wait_for("the crop", lambda: find(root, "Crop", GROUP))
+    wait_for("the whole picture", lambda: is_shown(crop, WIDTH, HEIGHT, 0, 0))
+    wait_for("the handles", lambda: has_handles(crop))
+    wait_for("the fields", lambda: has_fields(crop, dict.fromkeys(EDGES, "0")))
+    change_a_value(crop)
+    move_a_corner(crop)
+    type_a_margin(crop)
+    wait_for("the new margins", lambda: has_fields(
+        crop, {"Left": "12", "Top": "1", "Right": "40", "Bottom": "0"}))
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("program")
+    program_path = parser.parse_args().program
+    with tempfile.TemporaryDirectory() as folder:
+        picture = os.path.join(folder, "picture.png")
+        write_png(picture)
+        program = subprocess.Popen([program_path, picture], env={**os.environ, "HOME": folder})
+        try:
+            meet(program)
+        finally:
+            program.terminate()
+            program.wait()
+
+
+if __name__ == "__main__":
+    main()
