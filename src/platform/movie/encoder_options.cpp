@@ -39,8 +39,9 @@ constexpr double kBufferFrames = 15;
 
 /// x264's own tolerance of 1 lets a film of a second miss the rate by 40 %. Weighing blocks by what
 /// later frames take from them (mbtree) leaves the last frames of a film so little that one of a
-/// second misses it by 35 %, and gains less than it costs.
-constexpr const char* kX264RateParameters = "ratetol=0.1:mbtree=0";
+/// second misses it by 35 %, and gains less than it costs. A full buffer makes room for a first
+/// frame that is large at a low rate.
+constexpr const char* kX264RateParameters = "ratetol=0.1:mbtree=0:vbv-init=1";
 /// With a buffer, the highest rate in terms of the average.
 constexpr double kX264MaxRate = 1.5;
 /// x265 tends to leave the buffer a little fuller than this.

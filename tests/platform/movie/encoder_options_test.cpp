@@ -90,7 +90,7 @@ TEST(EncoderOptions, KeepTheRateOfH264ByATightToleranceAndABufferOfHalfASecond) 
   EXPECT_EQ(options.averageRate, 8'000'000);
   EXPECT_EQ(options.maxRate, 12'000'000);
   EXPECT_EQ(options.bufferSize, 4'000'000);
-  EXPECT_EQ(optionOf(options, "x264-params"), "ratetol=0.1:mbtree=0");
+  EXPECT_EQ(optionOf(options, "x264-params"), "ratetol=0.1:mbtree=0:vbv-init=1");
 }
 
 TEST(EncoderOptions, KeepTheRateOfHevcByABufferWithoutRoomAboveTheAverage) {
