@@ -23,6 +23,13 @@ PROGRAMS = {
         "overlayRectangles": "What is drawn around the crop, once",
     },
 }
+# By film of video_picture_benchmark, what it is and the bar for drawing one picture, in
+# milliseconds: what a film of 30 pictures a second leaves.
+FILMS = {
+    "hd": ("1920 × 1080, 8 bits", 33),
+    "uhd": ("3840 × 2160, 10 bits", None),
+    "uhdPq": ("3840 × 2160, PQ", None),
+}
 # Of the picture in the window.
 WIDTH, HEIGHT = 12000, 8334
 
@@ -91,6 +98,28 @@ class CanvasBenchmarks:
                 f"95 of 100 steps of {name} take less than {median(*path, 'p95'):.1f} ms."
             )
 
+    def videos(self):
+        program = self.binaries / "video_picture_benchmark"
+        reports = [json.loads(output_of(program)) for _ in range(self.runs)]
+        for film, (kind, bar) in FILMS.items():
+            for zoom, where in (("fitted", "fitted"), ("pixels", "at 100 %")):
+
+                def median(time):
+                    return statistics.median(report[film][zoom][time] for report in reports)
+
+                wall = median("wall")
+                self.section.add(
+                    f"A new picture of a video, {kind}, {where}",
+                    f"< {bar} ms" if bar else "reported",
+                    f"{wall:.1f} ms",
+                    wall < bar if bar else None,
+                )
+                self.section.details.append(
+                    f"A new picture of {kind}, {where}, takes {median('main'):.1f} ms of the main thread "
+                    f"and {median('processor'):.1f} ms of all."
+                )
+
     def run(self):
         self.rules()
         self.window()
+        self.videos()

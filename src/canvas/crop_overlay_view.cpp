@@ -44,7 +44,7 @@ CropOverlayView::CropOverlayView(EditHistory& history, CanvasScrollView& canvas)
       m_canvas(canvas),
       m_history(history),
       m_fields(new CropCanvasFields(history, this)) {
-  // Not by click: a press on nothing, and one that pans, leave the focus to others.
+  // Not by click: a press that pans, and one without a picture, leave the focus to others.
   setFocusPolicy(Qt::TabFocus);
   setMouseTracking(true);
   connect(m_fields, &CropCanvasFields::marginEdited, this, &CropOverlayView::setMargin);
@@ -199,7 +199,7 @@ void CropOverlayView::mousePressEvent(QMouseEvent* event) {
     event->ignore();
     return;
   }
-  if (!isTakenByCanvas(*event)) press(event->position());
+  if (!handToCanvas(*event)) press(event->position());
 }
 
 void CropOverlayView::mouseDoubleClickEvent(QMouseEvent* event) {
@@ -208,7 +208,7 @@ void CropOverlayView::mouseDoubleClickEvent(QMouseEvent* event) {
     event->ignore();
     return;
   }
-  if (!isTakenByCanvas(*event)) Q_EMIT fitRequested();
+  if (!handToCanvas(*event)) Q_EMIT fitRequested();
 }
 
 void CropOverlayView::mouseMoveEvent(QMouseEvent* event) {
@@ -251,7 +251,7 @@ void CropOverlayView::keyPressEvent(QKeyEvent* event) {
   }
 }
 
-bool CropOverlayView::isTakenByCanvas(const QMouseEvent& event) {
+bool CropOverlayView::handToCanvas(const QMouseEvent& event) {
   if (!hasSource()) return true;
   if (!m_canvas.pan().isSpaceHeld()) return false;
   m_canvas.beginPan(event.button(), event.position());

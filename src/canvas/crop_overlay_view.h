@@ -75,8 +75,9 @@ class CropOverlayView final : public QWidget {
 
  private:
   [[nodiscard]] bool hasSource() const { return m_overlay.sourceSize().width() > 0; }
-  /// A press that the crop never sees: there is nothing to crop, or the canvas is panned.
-  [[nodiscard]] bool isTakenByCanvas(const QMouseEvent& event);
+  /// True for a press that the crop never sees: there is nothing to crop, or it pans the canvas,
+  /// which is then told.
+  bool handToCanvas(const QMouseEvent& event);
   void press(const QPointF& point);
   /// Whoever moved the crop from `before` has stored it already.
   void take(const CropMargins& crop, const CropMargins& before);

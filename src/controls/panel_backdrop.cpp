@@ -3,13 +3,13 @@
 #include <QImage>
 #include <QPainter>
 #include <QPainterPath>
-#include <QPixmap>
 #include <QPixmapCache>
 #include <algorithm>
 #include <cmath>
 #include <vector>
 
 #include "controls/dark_palette.h"
+#include "controls/device_pixels.h"
 
 namespace vantrel {
 namespace {
@@ -144,7 +144,7 @@ QPixmap drawn(const Look& look) {
   return QPixmap::fromImage(image);
 }
 
-/// Drawn once for all panels of one size, until the cache drops it.
+/// Drawn once for all panels of one look; the cache drops it some time after the last of them.
 QPixmap picture(const Look& look) {
   const QString key = QStringLiteral("vantrel-panel-%1x%2-%3-%4")
                           .arg(look.size.width())
@@ -156,13 +156,6 @@ QPixmap picture(const Look& look) {
   pixmap = drawn(look);
   QPixmapCache::insert(key, pixmap);
   return pixmap;
-}
-
-/// Each edge on the nearest whole number.
-QRect snapped(const QRectF& rect) {
-  const QPoint topLeft = rect.topLeft().toPoint();
-  const QPoint end = rect.bottomRight().toPoint();
-  return {topLeft, QSize(end.x() - topLeft.x(), end.y() - topLeft.y())};
 }
 
 }  // namespace
@@ -184,13 +177,13 @@ void PanelBackdrop::setOpacity(double opacity) {
 
 void PanelBackdrop::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  const QTransform toDevice = painter.deviceTransform();
-  const QRect body = snapped(toDevice.mapRect(QRectF(rect().marginsRemoved(kReach))));
+  const double ratio = painter.deviceTransform().m11();
+  const QRect body = toDevicePixels(painter, rect().marginsRemoved(kReach));
   if (body.isEmpty()) return;
-  const Look look{body.size(), toDevice.m11(), isDark(palette())};
+  const Look look{body.size(), ratio, isDark(palette())};
   painter.setOpacity(m_opacity);
-  painter.setWorldTransform(toDevice.inverted());
-  painter.drawPixmap(body.topLeft() - look.body().topLeft(), picture(look));
+  m_picture = picture(look);
+  painter.drawPixmap(body.topLeft() - look.body().topLeft(), m_picture);
 }
 
 }  // namespace vantrel

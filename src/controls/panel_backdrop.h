@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPixmap>
 #include <QWidget>
 
 namespace vantrel {
@@ -26,6 +27,8 @@ class PanelBackdrop final : public QWidget {
 
  private:
   double m_opacity = 1;
+  /// Shared by all panels of one look, for as long as one of them shows it.
+  QPixmap m_picture;
 };
 
 }  // namespace vantrel

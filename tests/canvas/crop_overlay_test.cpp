@@ -311,6 +311,13 @@ TEST(CropOverlay, StartsEveryStepFromThePress) {
   EXPECT_EQ(overlay.crop(), CropMargins(50, 50, 149, 150));
 }
 
+TEST(CropOverlay, DropsWhatANudgeMadeSinceThePress) {
+  CropOverlay overlay = overlayAt();
+  overlay.press({304, 140});
+  EXPECT_EQ(overlay.nudge(Direction::down, true), CropMargins(50, 60, 150, 140));
+  EXPECT_EQ(overlay.drag({309, 140}, false), CropMargins(50, 50, 145, 150));
+}
+
 TEST(CropOverlay, AnswersEveryStepAlsoWhenNothingChanges) {
   CropOverlay overlay = overlayAt();
   overlay.press({200, 140});

@@ -20,7 +20,7 @@
 namespace vantrel {
 
 /// A window with a canvas between two text fields, the first of which has the focus. The canvas
-/// shows a source of 200 × 100 pixels at two device pixels for each, cut by 20 on each side, and
+/// shows a source of 200 × 100 pixels at two points for each, cut by 20 on each side, and
 /// its crop is kept by a history, as an editor does it.
 class OverlayWindow {
  public:
@@ -32,7 +32,7 @@ class OverlayWindow {
     history.setPixelStep(1);
     history.reset({source.isEmpty() ? CropMargins{} : kCrop, {}, {}});
     shown.sourceSize = source;
-    shown.zoom = 2;
+    shown.zoom = 2 * window.devicePixelRatioF();
     shown.fit = false;
     m_layout.addWidget(&before);
     m_layout.addWidget(&canvas, 1);

@@ -26,8 +26,13 @@ CORNERS = ["Top left", "Top right", "Bottom right", "Bottom left"]
 EDGES = ["Top", "Right", "Bottom", "Left"]
 
 
+class NotYet(Exception):
+    """What was looked at is not as it is to become."""
+
+
 def wait_for(what, look):
-    """What `look` finds; it may fail as long as the program is still on its way there."""
+    """What `look` finds. While the program is on its way there it finds nothing, or fails, also
+    because what it reads is gone already."""
     end = time.monotonic() + PATIENCE
     failure = ""
     while time.monotonic() < end:
@@ -35,15 +40,15 @@ def wait_for(what, look):
             found = look()
             if found:
                 return found
-        except Exception as error:  # Objects come and go while the tree is read.
-            failure = f" ({error})"
+        except Exception as error:
+            failure = f": {error}"
         time.sleep(0.05)
-    sys.exit(f"never came: {what}{failure}")
+    sys.exit(f"{what} never came{failure}")
 
 
 def expect(what, got, wanted):
     if got != wanted:
-        sys.exit(f"{what} is {got!r}, not {wanted!r}")
+        raise NotYet(f"{what} is {got!r}, not {wanted!r}")
 
 
 def write_png(path):
@@ -86,46 +91,53 @@ def is_seen(item):
     return states.contains(pyatspi.STATE_VISIBLE) and states.contains(pyatspi.STATE_SHOWING)
 
 
-def check_crop(crop):
-    wait_for("the whole picture", lambda: crop.description == f"{WIDTH} × {HEIGHT} pixels at 0, 0")
+def is_shown(crop, width, height, left, top):
+    expect("the crop", crop.description, f"{width} × {height} pixels at {left}, {top}")
     place = place_of(crop)
-    if not (place.width > 0 and abs(place.width / place.height - WIDTH / HEIGHT) < 0.05):
-        sys.exit(f"the crop lies at {place}")
+    if not (place.width > 0 and abs(place.width / place.height - width / height) < 0.05):
+        raise NotYet(f"the crop lies at {place}")
+    return True
 
 
-def check_handles(crop):
+def has_handles(crop):
     whole = place_of(crop)
     for name in CORNERS + EDGES:
         handle = find(crop, f"{name} handle", SLIDER if name in EDGES else CORNER)
         if not handle:
-            sys.exit(f"there is no handle {name}")
+            raise NotYet(f"there is no handle {name}")
         if not is_seen(handle) or not handle.getState().contains(pyatspi.STATE_FOCUSABLE):
-            sys.exit(f"the handle {name} is not there to be used")
+            raise NotYet(f"the handle {name} cannot be used")
         place = place_of(handle)
         beside = (place.x + place.width <= whole.x + 1 or place.x >= whole.x + whole.width - 1
                   or place.y + place.height <= whole.y + 1
                   or place.y >= whole.y + whole.height - 1)
         if min(place.width, place.height) <= 0 or not beside:
-            sys.exit(f"the handle {name} lies at {place}, the crop at {whole}")
+            raise NotYet(f"the handle {name} lies at {place}, the crop at {whole}")
         if name in EDGES:
             value = handle.queryValue()
             span = HEIGHT if name in ("Top", "Bottom") else WIDTH
             expect(f"value of {name}", value.currentValue, 0)
             expect(f"range of {name}", (value.minimumValue, value.maximumValue), (0, span - 1))
+    return True
 
 
-def check_values(crop):
+def has_fields(crop, margins):
+    for name, margin in margins.items():
+        field = find(crop, f"{name} crop margin in pixels", FIELD)
+        if not field or not is_seen(field) or place_of(field).width <= 0:
+            raise NotYet(f"there is no field {name}")
+        expect(f"field {name}", field.queryText().getText(0, -1), margin)
+    return True
+
+
+def change_a_value(crop):
     right = find(crop, "Right handle", SLIDER)
-    before = place_of(right)
     right.queryValue().currentValue = 40
     wait_for("the right margin", lambda: right.queryValue().currentValue == 40)
-    wait_for("the narrower crop",
-             lambda: crop.description == f"{WIDTH - 40} × {HEIGHT} pixels at 0, 0")
-    if place_of(right).x >= before.x:
-        sys.exit("the handle has not moved")
+    wait_for("the narrower crop", lambda: is_shown(crop, WIDTH - 40, HEIGHT, 0, 0))
 
 
-def check_actions(crop):
+def move_a_corner(crop):
     corner = find(crop, "Top left handle", CORNER)
     action = corner.queryAction()
     names = [action.getName(index) for index in range(action.nActions)]
@@ -135,19 +147,10 @@ def check_actions(crop):
     wait_for("the focus", lambda: corner.getState().contains(pyatspi.STATE_FOCUSED))
 
 
-def check_fields(crop):
-    texts = {"Left": "0", "Top": "1", "Right": "40", "Bottom": "0"}
-    for name in EDGES:
-        field = find(crop, f"{name} crop margin in pixels", FIELD)
-        if not field or not is_seen(field):
-            sys.exit(f"there is no field {name}")
-        if place_of(field).width <= 0:
-            sys.exit(f"the field {name} lies at {place_of(field)}")
-        expect(f"field {name}", field.queryText().getText(0, -1), texts[name])
+def type_a_margin(crop):
     left = find(crop, "Left crop margin in pixels", FIELD)
     left.queryEditableText().setTextContents("12")
-    wait_for("the typed margin",
-             lambda: crop.description == f"{WIDTH - 52} × {HEIGHT - 1} pixels at 12, 1")
+    wait_for("the typed margin", lambda: is_shown(crop, WIDTH - 52, HEIGHT - 1, 12, 1))
 
 
 def meet(program):
@@ -160,11 +163,14 @@ def meet(program):
 
     root = wait_for("the program", application)
     crop = wait_for("the crop", lambda: find(root, "Crop", GROUP))
-    check_crop(crop)
-    check_handles(crop)
-    check_values(crop)
-    check_actions(crop)
-    check_fields(crop)
+    wait_for("the whole picture", lambda: is_shown(crop, WIDTH, HEIGHT, 0, 0))
+    wait_for("the handles", lambda: has_handles(crop))
+    wait_for("the fields", lambda: has_fields(crop, dict.fromkeys(EDGES, "0")))
+    change_a_value(crop)
+    move_a_corner(crop)
+    type_a_margin(crop)
+    wait_for("the new margins", lambda: has_fields(
+        crop, {"Left": "12", "Top": "1", "Right": "40", "Bottom": "0"}))
 
 
 def main():

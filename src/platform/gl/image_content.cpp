@@ -1,12 +1,10 @@
 #include "platform/gl/image_content.h"
 
 #include <algorithm>
-#include <system_error>
 #include <unordered_set>
 #include <utility>
 
 #include "platform/gl/picture_renderer.h"
-#include "platform/image/png_writer.h"
 
 namespace vantrel {
 namespace {
@@ -17,7 +15,6 @@ constexpr int64_t kMostTileBytes = PictureRenderer::kMostTextureBytes - (int64_t
 constexpr int64_t kMostViewBytes = kMostTileBytes / 2;
 /// More waits for the next frame. About a millisecond of copying.
 constexpr int64_t kMostUploadedBytes = int64_t{4} << 20;
-constexpr int kMostThreads = 8;
 
 }  // namespace
 
@@ -26,28 +23,19 @@ std::unique_ptr<PictureContent> makeImageContent(const Bitmap& image) {
 }
 
 ImageContent::ImageContent(const Bitmap& image)
-    : m_source(image),
-      m_overview(m_source.pyramid().tiles(m_source.pyramid().overviewLevel())),
-      m_cache(kMostTileBytes) {
-  startLoader();
+    : m_pyramid(image.width(), image.height()),
+      m_overview(m_pyramid.tiles(m_pyramid.overviewLevel())),
+      m_hasAlpha(image.hasAlpha()),
+      m_cache(kMostTileBytes),
+      m_workshop(std::make_unique<TileWorkshop>(image, [this] { announce(); })) {
+  m_workshop->want(m_overview);
 }
 
 ImageContent::~ImageContent() = default;
 
-void ImageContent::startLoader() {
-  try {
-    m_loader = std::make_unique<TileLoader>(
-        [this](const TileId& tile, const std::stop_token& stop) {
-          return m_source.render(tile, stop);
-        },
-        [this] { announce(); }, std::min(availableProcessors(), kMostThreads));
-    m_loader->want(m_overview);
-  } catch (const std::system_error&) {
-  }
-}
-
 bool ImageContent::shows(const Bitmap& image) const {
-  const Bitmap& own = m_source.bitmap();
+  if (!m_workshop) return false;
+  const Bitmap& own = m_workshop->bitmap();
   return !image.isEmpty() && image.bounds() == own.bounds() && image.row(0) == own.row(0) &&
          image.stride() == own.stride() && image.layout() == own.layout() &&
          &image.color() == &own.color();
@@ -69,14 +57,14 @@ void ImageContent::announce() {
 }
 
 void ImageContent::draw(const PictureView& view) {
-  const TilePyramid& pyramid = m_source.pyramid();
-  const auto placement = PicturePlacement::of(view, pyramid.width(), pyramid.height());
+  const auto placement = PicturePlacement::of(view, m_pyramid.width(), m_pyramid.height());
   if (!placement) {
+    wantMissing({}, m_overview);
     m_isComplete = true;
     return;
   }
-  const TilePlan plan = TilePlan::of(pyramid, *placement, kMostViewBytes);
-  const std::vector<TileId> overview = middleFirst(pyramid, *placement, m_overview);
+  const TilePlan plan = TilePlan::of(m_pyramid, *placement, kMostViewBytes);
+  const std::vector<TileId> overview = middleFirst(m_pyramid, *placement, m_overview);
   m_cache.beginFrame();
   for (const TileId& tile : plan.tiles)
     m_cache.use(tile);
@@ -85,17 +73,15 @@ void ImageContent::draw(const PictureView& view) {
   takeLoaded(wanted);
   const bool isAllUploaded = upload(wanted);
   wantMissing(plan.tiles, overview);
-  m_painter.draw(view, *placement, quads(plan), !m_source.bitmap().hasAlpha());
+  m_painter.draw(view, *placement, quads(plan), !m_hasAlpha);
   m_isComplete = std::all_of(plan.tiles.begin(), plan.tiles.end(),
                              [this](const TileId& tile) { return m_cache.contains(tile); });
   if (!isAllUploaded) announce();
 }
 
 void ImageContent::takeLoaded(const std::vector<TileId>& wanted) {
-  if (m_loader) {
-    for (TileLoader::Loaded& loaded : m_loader->take()) {
-      m_made.insert_or_assign(loaded.tile, std::move(loaded.pixels));
-    }
+  for (TileLoader::Loaded& loaded : m_workshop->take()) {
+    m_made.insert_or_assign(loaded.tile, std::move(loaded.pixels));
   }
   if (m_made.empty()) return;
   const std::unordered_set<TileId> kept(wanted.begin(), wanted.end());
@@ -111,11 +97,11 @@ bool ImageContent::upload(const std::vector<TileId>& tiles) {
     const auto made = m_made.find(tile);
     if (made == m_made.end()) continue;
     if (uploaded >= kMostUploadedBytes) return false;
-    const int64_t bytes = m_source.pyramid().bytes(tile);
+    const int64_t bytes = m_pyramid.bytes(tile);
     TilePainter::remove(m_cache.makeRoom(bytes));
     if (!m_cache.hasRoom(bytes)) return true;
     m_cache.insert(tile, TilePainter::upload(made->second), bytes,
-                   tile.level == m_source.pyramid().overviewLevel());
+                   tile.level == m_pyramid.overviewLevel());
     m_made.erase(made);
     uploaded += bytes;
   }
@@ -124,7 +110,6 @@ bool ImageContent::upload(const std::vector<TileId>& tiles) {
 
 void ImageContent::wantMissing(const std::vector<TileId>& tiles,
                                const std::vector<TileId>& overview) {
-  if (!m_loader) return;
   std::vector<TileId> missing;
   std::unordered_set<TileId> seen;
   const auto add = [&](const TileId& tile) {
@@ -136,23 +121,22 @@ void ImageContent::wantMissing(const std::vector<TileId>& tiles,
     if (index < tiles.size()) add(tiles[index]);
     if (index < overview.size()) add(overview[index]);
   }
-  m_loader->want(missing);
+  m_workshop->want(missing);
 }
 
 std::vector<TileQuad> ImageContent::quads(const TilePlan& plan) {
-  const TilePyramid& pyramid = m_source.pyramid();
   const auto isReady = [this](const TileId& tile) { return m_cache.contains(tile); };
   std::vector<TileQuad> result;
-  for (const TilePatch& patch : patches(pyramid, plan, isReady)) {
+  for (const TilePatch& patch : patches(m_pyramid, plan, isReady)) {
     m_cache.use(patch.tile);
-    result.push_back({m_cache.texture(patch.tile), pyramid.source(patch.region),
-                      pyramid.texels(patch.tile), int64_t{1} << patch.tile.level});
+    result.push_back({m_cache.texture(patch.tile), m_pyramid.source(patch.region),
+                      m_pyramid.texels(patch.tile), int64_t{1} << patch.tile.level});
   }
   return result;
 }
 
 void ImageContent::retire() {
-  m_loader.reset();
+  m_workshop.reset();
 }
 
 void ImageContent::release() {

@@ -10,10 +10,10 @@
 
 #include "platform/gl/picture_content.h"
 #include "platform/gl/tile_cache.h"
-#include "platform/gl/tile_loader.h"
 #include "platform/gl/tile_painter.h"
 #include "platform/gl/tile_plan.h"
-#include "platform/gl/tile_source.h"
+#include "platform/gl/tile_pyramid.h"
+#include "platform/gl/tile_workshop.h"
 
 namespace vantrel {
 
@@ -35,7 +35,6 @@ class ImageContent final : public PictureContent {
   void release() override;
 
  private:
-  void startLoader();
   void takeLoaded(const std::vector<TileId>& wanted);
   /// Makes textures of tiles that have been made, in this order. False when some had to be left for
   /// another frame.
@@ -45,17 +44,17 @@ class ImageContent final : public PictureContent {
   /// Emits `improved` from the event loop, once for any number of calls. Any thread.
   void announce();
 
-  TileSource m_source;
+  const TilePyramid m_pyramid;
   const std::vector<TileId> m_overview;
+  const bool m_hasAlpha;
   TileCache m_cache;
   TilePainter m_painter;
   /// Made but not in a texture yet.
   std::unordered_map<TileId, TilePixels> m_made;
   bool m_isComplete = false;
   std::atomic<bool> m_isAnnounced = false;
-  /// Uses m_source and announces: destroyed first. Null when retired, or where there is no thread
-  /// to be had.
-  std::unique_ptr<TileLoader> m_loader;
+  /// Announces: destroyed first. Null when retired.
+  std::unique_ptr<TileWorkshop> m_workshop;
 };
 
 }  // namespace vantrel

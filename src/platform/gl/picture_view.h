@@ -10,7 +10,8 @@ namespace vantrel {
 struct PictureView {
   /// Size of the framebuffer.
   QSize target;
-  /// Where the whole picture lies, visible or not. Its origin is on a whole pixel.
+  /// Where the whole picture lies, visible or not. Its origin is on a whole pixel. Its edges are
+  /// drawn rounded, at least one pixel apart.
   QRectF frame;
   /// The part of the picture that the crop keeps; its edges are on whole pixels.
   QRectF retained;

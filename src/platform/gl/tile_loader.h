@@ -15,8 +15,8 @@
 
 namespace vantrel {
 
-/// Makes tiles on threads of its own, those that are wanted most first. Made, asked and destroyed
-/// on one thread; the destructor cancels and joins.
+/// Makes tiles on threads of its own, those that are wanted most first. For one thread at a time;
+/// the destructor cancels and joins.
 class TileLoader {
  public:
   /// Called on several threads at once. What it throws, Cancelled or for want of memory, leaves the

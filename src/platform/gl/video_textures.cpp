@@ -9,15 +9,6 @@
 namespace vantrel {
 namespace {
 
-/// Steps that leave at most two samples for a device pixel, which are as many as a linear filter
-/// reads; zooms this close below a power of two count as that.
-int stepsFor(double scale) {
-  constexpr double kTolerance = 1e-6;
-  if (!(scale < 1)) return 0;
-  const double steps = std::floor(std::log2(1 / scale) + kTolerance);
-  return static_cast<int>(std::min<double>(steps, PlaneReduction::kMostSteps));
-}
-
 /// From rows that count downwards to OpenGL's.
 QRect upwards(const PixelRect& rect, const QSize& target) {
   return {static_cast<int>(rect.x), static_cast<int>(target.height() - rect.y - rect.height),
@@ -63,40 +54,6 @@ int64_t VideoTextures::byteCount() const {
   return bytes;
 }
 
-VideoTextures::Steps VideoTextures::stepsOfPlane(const VideoPicture& picture, Steps steps,
-                                                 int plane) {
-  if (plane == 0) return steps;
-  return {std::max(0, steps.x - picture.chromaShiftX), std::max(0, steps.y - picture.chromaShiftY)};
-}
-
-int64_t VideoTextures::bytesNeeded(const VideoPicture& picture, Steps steps) {
-  int64_t bytes = 0;
-  for (int i = 0; i < picture.planeCount(); ++i) {
-    const PlaneView& plane = picture.planes[static_cast<size_t>(i)];
-    const Steps ofPlane = stepsOfPlane(picture, steps, i);
-    bytes += int64_t{PlaneReduction::reducedSize(plane.width, ofPlane.x)} *
-             PlaneReduction::reducedSize(plane.height, ofPlane.y) * plane.bytesPerSample;
-  }
-  return bytes;
-}
-
-VideoTextures::Steps VideoTextures::stepsFor(const VideoPicture& picture,
-                                             const VideoPlacement& placement) const {
-  // Planes that are too large are shown coarser.
-  const PlaneView& luma = picture.planes[0];
-  Steps steps{vantrel::stepsFor(placement.scaleX), vantrel::stepsFor(placement.scaleY)};
-  while (PlaneReduction::reducedSize(luma.width, steps.x) > m_largestTexture)
-    ++steps.x;
-  while (PlaneReduction::reducedSize(luma.height, steps.y) > m_largestTexture)
-    ++steps.y;
-  // Tables and the rounding of drivers take a little.
-  while (bytesNeeded(picture, steps) > PictureRenderer::kMostTextureBytes / 8 * 7) {
-    ++steps.x;
-    ++steps.y;
-  }
-  return steps;
-}
-
 void VideoTextures::setColor(const VideoColorKind& kind) {
   if (m_kind == kind) return;
   m_kind = kind;
@@ -109,15 +66,16 @@ void VideoTextures::setColor(const VideoColorKind& kind) {
   m_light.upload(m_gl, pairs.data(), VideoLight::kTableSize);
 }
 
-void VideoTextures::setPicture(const std::shared_ptr<const VideoPicture>& picture, Steps steps) {
-  if (m_picture == picture && m_steps == steps) return;
+void VideoTextures::setPicture(const std::shared_ptr<const VideoPicture>& picture,
+                               const VideoReduction& reduction) {
+  if (m_picture == picture && m_reduction == reduction) return;
   for (int i = 0; i < picture->planeCount(); ++i) {
     const auto index = static_cast<size_t>(i);
-    const Steps ofPlane = stepsOfPlane(*picture, steps, i);
-    m_planes[index].upload(m_gl, picture->planes[index], ofPlane.x, ofPlane.y, m_reduction);
+    const VideoReduction ofPlane = reduction.ofPlane(*picture, i);
+    m_planes[index].upload(m_gl, picture->planes[index], ofPlane.stepsX, ofPlane.stepsY, m_reducer);
   }
   m_picture = picture;
-  m_steps = steps;
+  m_reduction = reduction;
 }
 
 void VideoTextures::setPositions(const VideoPlacement& placement) {
@@ -141,11 +99,11 @@ VideoProgram::Sampling VideoTextures::sampling(int plane) const {
     alongX = horizontalChromaGrid(picture.chromaSiting, picture.chromaShiftX);
     alongY = verticalChromaGrid(picture.chromaSiting, picture.chromaShiftY);
   }
-  const Steps steps = stepsOfPlane(picture, m_steps, plane);
+  const VideoReduction reduction = m_reduction.ofPlane(picture, plane);
   const PlaneTexture& texture = m_planes[static_cast<size_t>(plane)];
   // A place of a plane, where its first sample covers 0 to 1, is that of its texture but for size.
-  const double sizeX = double(texture.width()) * (1 << steps.x);
-  const double sizeY = double(texture.height()) * (1 << steps.y);
+  const double sizeX = double(texture.width()) * (1 << reduction.stepsX);
+  const double sizeY = double(texture.height()) * (1 << reduction.stepsY);
   VideoProgram::Sampling result;
   result.scale = QVector2D(static_cast<float>(1 / (alongX.step * sizeX)),
                            static_cast<float>(1 / (alongY.step * sizeY)));
@@ -174,7 +132,9 @@ void VideoTextures::draw(const std::shared_ptr<const VideoPicture>& picture,
   geometry.transposes = placement.transposes;
 
   setColor(VideoColorKind::of(*picture));
-  setPicture(picture, stepsFor(*picture, placement));
+  // The rest is for tables, and for what drivers round.
+  const VideoReduction::Limits limits{m_largestTexture, PictureRenderer::kMostTextureBytes / 8 * 7};
+  setPicture(picture, VideoReduction::of(*picture, placement.scaleX, placement.scaleY, limits));
   setPositions(placement);
   geometry.luma = sampling(0);
   geometry.chroma = sampling(picture->planeCount() - 1);

@@ -11,6 +11,7 @@
 #include "platform/gl/plane_texture.h"
 #include "platform/gl/video_placement.h"
 #include "platform/gl/video_program.h"
+#include "platform/gl/video_reduction.h"
 
 namespace vantrel {
 
@@ -32,17 +33,9 @@ class VideoTextures final {
             const PictureView& view);
 
  private:
-  /// Steps of reduction along the stored picture's axes.
-  struct Steps {
-    int x = 0, y = 0;
-    friend bool operator==(const Steps&, const Steps&) = default;
-  };
-  [[nodiscard]] static Steps stepsOfPlane(const VideoPicture& picture, Steps steps, int plane);
-  [[nodiscard]] static int64_t bytesNeeded(const VideoPicture& picture, Steps steps);
-  [[nodiscard]] Steps stepsFor(const VideoPicture& picture, const VideoPlacement& placement) const;
-
   void setColor(const VideoColorKind& kind);
-  void setPicture(const std::shared_ptr<const VideoPicture>& picture, Steps steps);
+  void setPicture(const std::shared_ptr<const VideoPicture>& picture,
+                  const VideoReduction& reduction);
   void setPositions(const VideoPlacement& placement);
   [[nodiscard]] VideoProgram::Sampling sampling(int plane) const;
   void bindPlanes(bool isOnSamples) const;
@@ -57,9 +50,9 @@ class VideoTextures final {
 
   /// Of what the planes hold; null for nothing.
   std::shared_ptr<const VideoPicture> m_picture;
-  Steps m_steps;
+  VideoReduction m_reduction;
   std::array<PlaneTexture, 3> m_planes;
-  PlaneReduction m_reduction;
+  PlaneReduction m_reducer;
 
   std::vector<float> m_positions;
   TableTexture m_positionTable;

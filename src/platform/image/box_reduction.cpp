@@ -46,6 +46,30 @@ void addPixels(const std::byte* pixels, int64_t width, int64_t reduction, SumOf<
   }
 }
 
+/// As many rows of 16-bit samples add up in 32 bits.
+constexpr int64_t kMostColumnRows = 65536;
+
+template <typename Sample>
+void addToColumns(const std::byte* pixels, std::vector<uint32_t>& columns) {
+  const auto* sample = reinterpret_cast<const Sample*>(pixels);
+  uint32_t* column = columns.data();
+  for (size_t index = 0; index < columns.size(); ++index)
+    column[index] += sample[index];
+}
+
+template <int Channels>
+void addColumns(const uint32_t* column, int64_t width, int64_t reduction, uint64_t* sums) {
+  for (int64_t left = width; left > 0; left -= reduction, sums += Channels) {
+    uint64_t box[Channels] = {};
+    for (int64_t x = std::min(left, reduction); x > 0; --x, column += Channels) {
+      for (int c = 0; c < Channels; ++c)
+        box[c] += column[c];
+    }
+    for (int c = 0; c < Channels; ++c)
+      sums[c] += box[c];
+  }
+}
+
 template <typename Sample, int Colors, bool Alpha>
 void takePixels(std::byte* pixels, int64_t width, int64_t reduction, int64_t rows,
                 SumOf<Sample>* sums) {
@@ -95,11 +119,39 @@ BoxReduction::BoxReduction(PixelLayout layout, int64_t width, int64_t reduction)
     m_floatSums.resize(sums);
   } else {
     m_sums.resize(sums);
+    const auto columns = static_cast<size_t>(width) * static_cast<size_t>(layout.channels());
+    if (!layout.alpha) m_columns.resize(columns);
   }
+}
+
+void BoxReduction::foldColumns() {
+  if (m_columnRows == 0) return;
+  switch (m_layout.colorChannels()) {
+    case 1:
+      addColumns<1>(m_columns.data(), m_width, m_reduction, m_sums.data());
+      break;
+    case 3:
+      addColumns<3>(m_columns.data(), m_width, m_reduction, m_sums.data());
+      break;
+    default:
+      addColumns<4>(m_columns.data(), m_width, m_reduction, m_sums.data());
+      break;
+  }
+  std::fill(m_columns.begin(), m_columns.end(), 0U);
+  m_columnRows = 0;
 }
 
 void BoxReduction::addRow(const std::byte* pixels) {
   ++m_rows;
+  if (!m_columns.empty()) {
+    if (m_layout.sample == SampleFormat::UInt8) {
+      addToColumns<uint8_t>(pixels, m_columns);
+    } else {
+      addToColumns<uint16_t>(pixels, m_columns);
+    }
+    if (++m_columnRows == kMostColumnRows) foldColumns();
+    return;
+  }
   const auto add = [&]<typename Sample, int Colors, bool Alpha>() {
     if constexpr (std::is_same_v<Sample, float>) {
       addPixels<Sample, Colors, Alpha>(pixels, m_width, m_reduction, m_floatSums.data());
@@ -118,6 +170,7 @@ void BoxReduction::addRow(const std::byte* pixels) {
 }
 
 void BoxReduction::takeRow(std::byte* pixels) {
+  foldColumns();
   const auto take = [&]<typename Sample, int Colors, bool Alpha>() {
     if constexpr (std::is_same_v<Sample, float>) {
       takePixels<Sample, Colors, Alpha>(pixels, m_width, m_reduction, m_rows, m_floatSums.data());

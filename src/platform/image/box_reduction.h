@@ -23,6 +23,9 @@ class BoxReduction {
   void takeRow(std::byte* pixels);
 
  private:
+  /// Adds m_columns to m_sums and starts them afresh.
+  void foldColumns();
+
   PixelLayout m_layout;
   int64_t m_width;
   int64_t m_reduction;
@@ -32,6 +35,10 @@ class BoxReduction {
   /// alpha. Of these two one is in use.
   std::vector<uint64_t> m_sums;
   std::vector<double> m_floatSums;
+  /// Of integers without alpha, rows are added up before columns: sums for each sample of a row,
+  /// and the rows that are in them.
+  std::vector<uint32_t> m_columns;
+  int64_t m_columnRows = 0;
 };
 
 }  // namespace vantrel

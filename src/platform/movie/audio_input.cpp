@@ -38,7 +38,7 @@ void AudioInput::addStream(MovieMuxer& muxer) {
 }
 
 bool AudioInput::isReadyForMoreMediaData() const {
-  return m_pace.mayAdvance(m_track);
+  return m_pace.mayAdvance(m_track, TrackPace::kPatience);
 }
 
 bool AudioInput::append(MovieSample sample) {

@@ -30,18 +30,26 @@ constexpr std::array kX265Presets{Preset{"veryfast", 22e6}, Preset{"superfast", 
 /// the decoder, for cores that wait for each other, and for slower machines.
 constexpr double kHeadroom = 2.5;
 
-/// The buffer of the rate control, in seconds of the average rate. What a short film may be off the
-/// rate is a part of it.
-constexpr double kBufferSeconds = 0.5;
-/// At low frame rates the buffer holds the bits of so many frames, lest it bound each of them.
+/// The buffers of the rate control, in seconds of the average rate. What a short film may be off
+/// the rate is a part of them.
+constexpr double kX264BufferSeconds = 0.5;
+constexpr double kX265BufferSeconds = 1.5;
+/// At low frame rates a buffer holds the bits of so many frames, lest it bound each of them.
 constexpr double kBufferFrames = 15;
 
-/// x264's own tolerance of 1 lets a film of a second miss the rate by 40 %.
-constexpr const char* kX264RateTolerance = "0.03";
+/// x264's own tolerance of 1 lets a film of a second miss the rate by 40 %. Weighing blocks by what
+/// later frames take from them (mbtree) leaves the last frames of a film so little that one of a
+/// second misses it by 35 %, and gains less than it costs. A full buffer makes room for a first
+/// frame that is large at a low rate.
+constexpr const char* kX264RateParameters = "ratetol=0.1:mbtree=0:vbv-init=1";
 /// With a buffer, the highest rate in terms of the average.
 constexpr double kX264MaxRate = 1.5;
-/// x265 tends to leave the buffer about as full as this.
-constexpr const char* kX265InitialFullness = "0.93";
+/// x265 tends to leave the buffer a little fuller than this.
+constexpr const char* kX265InitialFullness = "0.55";
+/// The length of film that x265 is told to expect, in seconds. A film that runs longer than that it
+/// brings back to the rate within about as much time, and counts each key frame where it stands
+/// instead of lending its bits to the frames behind it.
+constexpr double kX265ExpectedSeconds = 1.0 / 6;
 
 const char* presetFor(std::span<const Preset> presets, double pixelsPerSecond, int cores) {
   const double needed = pixelsPerSecond * kHeadroom / std::max(cores, 1);
@@ -102,18 +110,18 @@ std::string hdrParameters(const VideoInputSettings& settings) {
 void addX264(EncoderOptions& result, const char* preset) {
   result.encoder = "libx264";
   result.maxRate = std::llround(static_cast<double>(result.averageRate) * kX264MaxRate);
-  result.options = {{"preset", preset},
-                    {"forced-idr", "1"},
-                    {"x264-params", std::string("ratetol=") + kX264RateTolerance}};
+  result.options = {{"preset", preset}, {"forced-idr", "1"}, {"x264-params", kX264RateParameters}};
 }
 
-/// With room above the average rate x265 misses it by up to 35 % over five seconds, whatever its
-/// other options: strict constant rate alone keeps it, at no loss of quality.
+/// Without room above the average rate x265 both spares and spends to keep its buffer half full.
+/// Strict constant rate would pay what a plain scene leaves in filler, which is taken out again.
 void addX265(EncoderOptions& result, const char* preset, const VideoInputSettings& settings) {
   result.encoder = "libx265";
   result.maxRate = result.averageRate;
-  std::string parameters = "log-level=none:open-gop=0:repeat-headers=0:strict-cbr=1:vbv-init=";
+  const auto expectedFrames = std::max(std::llround(result.frameRate * kX265ExpectedSeconds), 1LL);
+  std::string parameters = "log-level=none:open-gop=0:repeat-headers=0:vbv-init=";
   parameters += kX265InitialFullness;
+  parameters += ":total-frames=" + std::to_string(expectedFrames);
   if (settings.isHdr) parameters += hdrParameters(settings);
   result.options = {{"preset", preset},
                     {"profile", settings.isHdr ? "main10" : "main"},
@@ -127,12 +135,14 @@ EncoderOptions softwareEncoderOptions(const VideoInputSettings& settings, int co
   EncoderOptions result;
   result.averageRate = settings.bitsPerSecond;
   result.frameRate = settings.expectedFrameRate > 0 ? settings.expectedFrameRate : kUsualFrameRate;
-  const double seconds = std::max(kBufferSeconds, kBufferFrames / result.frameRate);
+  const bool isH264 = settings.codec == VideoCodec::H264;
+  const double seconds =
+      std::max(isH264 ? kX264BufferSeconds : kX265BufferSeconds, kBufferFrames / result.frameRate);
   result.bufferSize = static_cast<int>(std::min<double>(
       static_cast<double>(result.averageRate) * seconds, std::numeric_limits<int>::max()));
   const double pixelsPerSecond =
       static_cast<double>(settings.width) * settings.height * result.frameRate;
-  if (settings.codec == VideoCodec::H264) {
+  if (isH264) {
     addX264(result, presetFor(kX264Presets, pixelsPerSecond, cores));
   } else {
     addX265(result, presetFor(kX265Presets, pixelsPerSecond, cores), settings);

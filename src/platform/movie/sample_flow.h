@@ -46,7 +46,8 @@ class SampleOutput {
 class SampleInput {
  public:
   virtual ~SampleInput() = default;
-  /// Whether a sample would be taken without waiting.
+  /// Whether a sample would be taken without waiting. May itself wait a moment for that, shorter
+  /// than a frame lasts.
   [[nodiscard]] virtual bool isReadyForMoreMediaData() const = 0;
   /// False if the writer cannot take it; its error tells why.
   [[nodiscard]] virtual bool append(MovieSample sample) = 0;

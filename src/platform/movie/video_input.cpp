@@ -67,8 +67,11 @@ std::string VideoInput::encoderName() const {
 }
 
 bool VideoInput::isReadyForMoreMediaData() const {
-  const std::lock_guard lock(m_mutex);
-  return m_queue.size() < kQueueLength && m_pace.mayAdvance(m_track);
+  std::unique_lock lock(m_mutex);
+  const auto hasRoom = [this] { return m_queue.size() < kQueueLength; };
+  if (!m_changed.wait_for(lock, m_state.stopToken(), TrackPace::kPatience, hasRoom)) return false;
+  lock.unlock();
+  return m_pace.mayAdvance(m_track);
 }
 
 bool VideoInput::append(MovieSample sample) {

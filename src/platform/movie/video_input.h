@@ -83,7 +83,7 @@ class VideoInput final : public SampleInput {
   int64_t m_lastGap = 0, m_lastDuration = 0;
 
   mutable std::mutex m_mutex;
-  std::condition_variable_any m_changed;
+  mutable std::condition_variable_any m_changed;
   // Under m_mutex:
   std::deque<AvFramePtr> m_queue;
   bool m_isFinished = false;

@@ -40,6 +40,7 @@ class VideoContentFixture : public ::testing::Test {
     }
     m_canvas.clear(Qt::blue);
     m_content->draw(view);
+    EXPECT_EQ(m_canvas.context().functions()->glGetError(), GLenum{GL_NO_ERROR});
     return m_canvas.image();
   }
   QImage drawn(std::shared_ptr<const VideoPicture> picture, const QRectF& frame) {

@@ -234,6 +234,38 @@ TEST_F(VideoContentTest, ShowsANewPictureAtOnce) {
   EXPECT_EQ(shown(makeFlat(kGray8, 33, 0, 0)), QColor(33, 33, 33));
 }
 
+TEST_F(VideoContentTest, ShowsPicturesThatAreWiderThanTextures) {
+  GLint side = 0;
+  m_canvas.context().functions()->glGetIntegerv(GL_MAX_TEXTURE_SIZE, &side);
+  MadePicture made = kGray8;
+  made.width = side + 37;
+  made.height = 8;
+  const int middle = made.width / 2;
+  const auto picture = makePicture(made, [=](int, int x, int) { return x < middle ? 30 : 220; });
+  const QImage image = drawn(picture, QRectF(80 - middle, 0, made.width, 8));
+  EXPECT_EQ(image.pixelColor(70, 3), QColor(30, 30, 30));
+  EXPECT_EQ(image.pixelColor(90, 3), QColor(220, 220, 220));
+}
+
+TEST_F(VideoContentTest, IsWhatTheRendererShows) {
+  PictureRenderer renderer;
+  const PictureView view = viewOf(QRectF(0, 0, 80, 60));
+  const auto gray = [&](const std::shared_ptr<const VideoPicture>& picture) {
+    renderer.setVideoPicture(picture);
+    m_canvas.clear(Qt::blue);
+    renderer.draw(view);
+    return m_canvas.image().pixelColor(75, 55);
+  };
+  EXPECT_EQ(gray(makeGray()).red(), grayAt(7, 5));
+  EXPECT_TRUE(renderer.isComplete());
+  EXPECT_EQ(gray(nullptr), QColor(Qt::blue));
+  EXPECT_EQ(renderer.textureBytes(), 0);
+  EXPECT_EQ(gray(makeFlat(kGray8, 9, 0, 0)).red(), 9);
+  renderer.release();
+  EXPECT_EQ(gray(makeFlat(kGray8, 8, 0, 0)).red(), 8);
+  renderer.release();
+}
+
 TEST_F(VideoContentTest, TellsWhatTheTexturesTake) {
   drawn(makeGray(), QRectF(0, 0, 8, 6));
   EXPECT_GE(m_content->textureBytes(), 48);

@@ -241,6 +241,12 @@ TEST(DisplayRenderer, ReductionBeyondThePictureGivesOnePixel) {
               ElementsAre(25, 25, 25, 255));
 }
 
+TEST(DisplayRenderer, ReductionOfMoreRowsThanSumsOf32BitsHold) {
+  const PixelLayout layout{ColorModel::Gray, SampleFormat::UInt16, false};
+  const auto bitmap = picture<uint16_t>(1, 200'000, layout, std::vector<uint16_t>(200'000, 65535));
+  EXPECT_THAT(rendered(bitmap, 200'000), ElementsAre(255, 255, 255, 255));
+}
+
 TEST(DisplayRenderer, ThreadsShareOneRenderer) {
   Bytes samples(64 * 64 * 3);
   for (size_t i = 0; i < samples.size(); ++i) {

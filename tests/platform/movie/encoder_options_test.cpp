@@ -85,18 +85,32 @@ TEST(EncoderOptions, HaveAPresetForAnyNumberOfCores) {
   EXPECT_EQ(preset(film(VideoCodec::Hevc, 1920, 1080), 128), "veryfast");
 }
 
-TEST(EncoderOptions, KeepTheRateByABufferOfHalfASecond) {
-  const EncoderOptions h264 = softwareEncoderOptions(film(VideoCodec::H264, 1280, 720), 2);
-  EXPECT_EQ(h264.averageRate, 8'000'000);
-  EXPECT_EQ(h264.maxRate, 12'000'000);
-  EXPECT_EQ(h264.bufferSize, 4'000'000);
-  EXPECT_EQ(optionOf(h264, "x264-params"), "ratetol=0.03");
-  const EncoderOptions hevc = softwareEncoderOptions(film(VideoCodec::Hevc, 1280, 720), 2);
-  EXPECT_EQ(hevc.averageRate, 8'000'000);
-  // x265 refuses strict constant rate with more.
-  EXPECT_EQ(hevc.maxRate, 8'000'000);
-  EXPECT_EQ(hevc.bufferSize, 4'000'000);
-  EXPECT_TRUE(contains(optionOf(hevc, "x265-params"), ":strict-cbr=1"));
+TEST(EncoderOptions, KeepTheRateOfH264ByATightToleranceAndABufferOfHalfASecond) {
+  const EncoderOptions options = softwareEncoderOptions(film(VideoCodec::H264, 1280, 720), 2);
+  EXPECT_EQ(options.averageRate, 8'000'000);
+  EXPECT_EQ(options.maxRate, 12'000'000);
+  EXPECT_EQ(options.bufferSize, 4'000'000);
+  EXPECT_EQ(optionOf(options, "x264-params"), "ratetol=0.1:mbtree=0:vbv-init=1");
+}
+
+TEST(EncoderOptions, KeepTheRateOfHevcByABufferWithoutRoomAboveTheAverage) {
+  const EncoderOptions options = softwareEncoderOptions(film(VideoCodec::Hevc, 1280, 720), 2);
+  EXPECT_EQ(options.averageRate, 8'000'000);
+  EXPECT_EQ(options.maxRate, 8'000'000);
+  EXPECT_EQ(options.bufferSize, 12'000'000);
+  const std::string parameters = optionOf(options, "x265-params");
+  EXPECT_TRUE(contains(parameters, ":vbv-init=0.55")) << parameters;
+  EXPECT_FALSE(contains(parameters, "strict-cbr")) << parameters;
+}
+
+TEST(EncoderOptions, HaveX265ExpectASixthOfASecondAtAnyFrameRate) {
+  const auto expectedFrames = [](double frameRate) {
+    const std::string parameters = x265Parameters(film(VideoCodec::Hevc, 1280, 720, frameRate));
+    return parameters.substr(parameters.find(":total-frames="));
+  };
+  EXPECT_EQ(expectedFrames(30), ":total-frames=5");
+  EXPECT_EQ(expectedFrames(60), ":total-frames=10");
+  EXPECT_EQ(expectedFrames(1), ":total-frames=1");
 }
 
 TEST(EncoderOptions, LetTheBufferHoldSeveralFramesAtLowFrameRates) {

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <limits>
+#include <thread>
 
 namespace vantrel {
 namespace {
@@ -24,6 +26,16 @@ TEST(TrackPace, HoldsATrackThatIsASecondAheadUntilTheOthersFollow) {
   EXPECT_TRUE(pace.mayAdvance(behind));
   pace.reached(behind, 0.5);
   EXPECT_TRUE(pace.mayAdvance(ahead));
+}
+
+TEST(TrackPace, LetsATrackGoOnAsSoonAsTheOthersFollowOrEnd) {
+  for (const bool ends : {false, true}) {
+    TrackPace pace;
+    const size_t ahead = pace.add(), behind = pace.add();
+    pace.reached(ahead, 1.0);
+    const std::jthread other([&] { ends ? pace.finish(behind) : pace.reached(behind, 0.5); });
+    EXPECT_TRUE(pace.mayAdvance(ahead, std::chrono::hours(1)));
+  }
 }
 
 TEST(TrackPace, WaitsForNoTrackThatIsFinished) {
