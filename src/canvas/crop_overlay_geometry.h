@@ -33,7 +33,10 @@ inline constexpr double kBorderWidth = 2;
 /// The zone along a whole edge of `selection` that takes hold of it: 6 points outwards, 3 inwards.
 [[nodiscard]] QRectF edgeBand(CropMargins::Edge edge, const QRectF& selection);
 
-/// `rect`, in points, in device pixels with its edges on whole ones, and at least one wide and high.
+/// `rect`, in points, in device pixels with its edges on whole ones, and at least one wide and
+/// high. A pixel is in it when its centre is; one on the left or top edge is, on the right or
+/// bottom edge is not. So an edge on half a pixel goes to the left or up wherever the origin is,
+/// and an edge between source pixels goes where nearest sampling changes from one to the next.
 [[nodiscard]] QRectF snappedToDevice(const QRectF& rect, double devicePixelRatio);
 
 /// The dimming, the border and the handles around `crop` in device pixels, in the order of drawing;

@@ -26,6 +26,8 @@ class PictureContent : public QObject {
   [[nodiscard]] virtual bool isComplete() const = 0;
   [[nodiscard]] virtual int64_t textureBytes() const = 0;
   virtual void draw(const PictureView& view) = 0;
+  /// It will not be drawn again; only `release` follows. Ends what runs in the background.
+  virtual void retire() {}
   virtual void release() = 0;
 
  Q_SIGNALS:

@@ -26,8 +26,13 @@ void PictureRenderer::setVideoPicture(std::shared_ptr<const VideoPicture> pictur
 }
 
 void PictureRenderer::show(std::unique_ptr<PictureContent> content) {
-  if (m_content) m_replaced.push_back(std::move(m_content));
+  if (m_content && m_isDrawn) {
+    m_content->retire();
+    m_content->disconnect(this);
+    m_replaced.push_back(std::move(m_content));
+  }
   m_content = std::move(content);
+  m_isDrawn = false;
   if (!m_content) return;
   connect(m_content.get(), &PictureContent::improved, this, &PictureRenderer::pictureImproved);
 }
@@ -41,12 +46,16 @@ int64_t PictureRenderer::textureBytes() const {
 }
 
 void PictureRenderer::draw(const PictureView& view) {
-  for (const auto& content : std::exchange(m_replaced, {})) content->release();
-  if (m_content) m_content->draw(view);
+  for (const auto& content : std::exchange(m_replaced, {}))
+    content->release();
+  if (!m_content) return;
+  m_isDrawn = true;
+  m_content->draw(view);
 }
 
 void PictureRenderer::release() {
-  for (const auto& content : std::exchange(m_replaced, {})) content->release();
+  for (const auto& content : std::exchange(m_replaced, {}))
+    content->release();
   if (m_content) m_content->release();
 }
 

@@ -56,6 +56,8 @@ class PictureRenderer final : public QObject {
 
   /// Null for none.
   std::unique_ptr<PictureContent> m_content;
+  /// Whether m_content may own something that lives in the context.
+  bool m_isDrawn = false;
   /// Replaced contents whose textures wait for a current context.
   std::vector<std::unique_ptr<PictureContent>> m_replaced;
 };

@@ -6,7 +6,8 @@
 #include <QOpenGLShaderProgram>
 #include <QOpenGLVertexArrayObject>
 #include <algorithm>
-#include <array>
+#include <cstddef>
+#include <utility>
 
 namespace vantrel {
 namespace {
@@ -29,40 +30,100 @@ void main() {
 }
 )";
 
-/// A corner in normalised device coordinates, y upwards, with a premultiplied colour.
-struct Vertex {
-  float x, y;
-  float red, green, blue, alpha;
+/// A premultiplied colour.
+struct Paint {
+  float red = 0, green = 0, blue = 0, alpha = 0;
+
+  [[nodiscard]] Paint times(float factor) const {
+    return {red * factor, green * factor, blue * factor, alpha * factor};
+  }
+  [[nodiscard]] Paint over(const Paint& below) const {
+    const Paint rest = below.times(1 - alpha);
+    return {red + rest.red, green + rest.green, blue + rest.blue, alpha + rest.alpha};
+  }
+  friend bool operator==(const Paint&, const Paint&) = default;
 };
 
-/// Two triangles of what `rectangle` covers of the target; none where it misses it.
-void append(std::vector<Vertex>& vertices, const ColoredRectangle& rectangle, const QSize& target,
-            double opacity) {
-  // Cut here, where far corners still have their pixels: the shader's floats would round them.
-  // In this order of arguments what is not a number stays so, and is left out.
-  const QRectF& rect = rectangle.rect;
-  const double left = std::max(rect.left(), 0.0);
-  const double top = std::max(rect.top(), 0.0);
-  const double right = std::min<double>(rect.right(), target.width());
-  const double bottom = std::min<double>(rect.bottom(), target.height());
-  if (!(left < right && top < bottom)) return;
+struct Area {
+  double left, top, right, bottom;
+  Paint paint;
+};
 
-  const QColor color = rectangle.color.toRgb();
-  const float alpha = color.alphaF() * static_cast<float>(opacity);
-  const auto vertexAt = [&](double x, double y) {
-    return Vertex{static_cast<float>(x / target.width() * 2 - 1),
-                  static_cast<float>(1 - y / target.height() * 2),
-                  color.redF() * alpha,
-                  color.greenF() * alpha,
-                  color.blueF() * alpha,
-                  alpha};
-  };
-  const Vertex topLeft = vertexAt(left, top);
-  const Vertex topRight = vertexAt(right, top);
-  const Vertex bottomLeft = vertexAt(left, bottom);
-  const Vertex bottomRight = vertexAt(right, bottom);
-  vertices.insert(vertices.end(),
-                  {topLeft, bottomLeft, topRight, topRight, bottomLeft, bottomRight});
+/// What the rectangles cover of the target, each where it lies.
+std::vector<Area> visibleAreas(const std::vector<ColoredRectangle>& rectangles,
+                               const QSize& target) {
+  std::vector<Area> areas;
+  areas.reserve(rectangles.size());
+  for (const auto& [rect, anyColor] : rectangles) {
+    const QColor color = anyColor.toRgb();
+    const Paint opaque{color.redF(), color.greenF(), color.blueF(), 1};
+    // Cut here, where far corners still have their pixels: the shader's floats would round them.
+    // In this order of arguments what is not a number stays so, and is left out.
+    const Area area{std::max(rect.left(), 0.0), std::max(rect.top(), 0.0),
+                    std::min<double>(rect.right(), target.width()),
+                    std::min<double>(rect.bottom(), target.height()), opaque.times(color.alphaF())};
+    if (area.left < area.right && area.top < area.bottom) areas.push_back(area);
+  }
+  return areas;
+}
+
+std::vector<double> sortedOnce(std::vector<double> edges) {
+  std::sort(edges.begin(), edges.end());
+  edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
+  return edges;
+}
+
+/// The same picture from areas that do not overlap, so that a common opacity does not show one
+/// through another. For a few areas: the time grows with the cube of their number.
+std::vector<Area> flattened(const std::vector<Area>& areas) {
+  std::vector<double> columns;
+  std::vector<double> rows;
+  for (const Area& area : areas) {
+    columns.insert(columns.end(), {area.left, area.right});
+    rows.insert(rows.end(), {area.top, area.bottom});
+  }
+  columns = sortedOnce(std::move(columns));
+  rows = sortedOnce(std::move(rows));
+
+  std::vector<Area> cells;
+  for (size_t row = 1; row < rows.size(); ++row) {
+    for (size_t column = 1; column < columns.size(); ++column) {
+      Area cell{columns[column - 1], rows[row - 1], columns[column], rows[row], {}};
+      for (const Area& area : areas) {
+        const bool covers = area.left <= cell.left && area.right >= cell.right &&
+                            area.top <= cell.top && area.bottom >= cell.bottom;
+        if (covers) cell.paint = area.paint.over(cell.paint);
+      }
+      if (cell.paint != Paint{}) cells.push_back(cell);
+    }
+  }
+  return cells;
+}
+
+/// A corner in normalised device coordinates, y upwards.
+struct Vertex {
+  float x, y;
+  Paint paint;
+};
+
+/// Two triangles for each area.
+std::vector<Vertex> triangles(const std::vector<Area>& areas, const QSize& target, float opacity) {
+  std::vector<Vertex> vertices;
+  vertices.reserve(areas.size() * 6);
+  for (const Area& area : areas) {
+    const Paint paint = area.paint.times(opacity);
+    const auto left = static_cast<float>(area.left / target.width() * 2 - 1);
+    const auto top = static_cast<float>(1 - area.top / target.height() * 2);
+    const auto right = static_cast<float>(area.right / target.width() * 2 - 1);
+    const auto bottom = static_cast<float>(1 - area.bottom / target.height() * 2);
+    vertices.insert(vertices.end(), {{left, top, paint},
+                                     {left, bottom, paint},
+                                     {right, top, paint},
+                                     {right, top, paint},
+                                     {left, bottom, paint},
+                                     {right, bottom, paint}});
+  }
+  return vertices;
 }
 
 }  // namespace
@@ -81,7 +142,7 @@ class RectanglePainter::Program final {
     m_shaders.enableAttributeArray(0);
     m_shaders.setAttributeBuffer(0, GL_FLOAT, offsetof(Vertex, x), 2, sizeof(Vertex));
     m_shaders.enableAttributeArray(1);
-    m_shaders.setAttributeBuffer(1, GL_FLOAT, offsetof(Vertex, red), 4, sizeof(Vertex));
+    m_shaders.setAttributeBuffer(1, GL_FLOAT, offsetof(Vertex, paint), 4, sizeof(Vertex));
     m_corners.release();
   }
 
@@ -119,14 +180,11 @@ RectanglePainter::~RectanglePainter() = default;
 void RectanglePainter::draw(const QSize& target, const std::vector<ColoredRectangle>& rectangles,
                             double opacity) {
   if (!(opacity > 0)) return;
-  std::vector<Vertex> vertices;
-  vertices.reserve(rectangles.size() * 6);
-  for (const ColoredRectangle& rectangle : rectangles) {
-    append(vertices, rectangle, target, std::min(opacity, 1.0));
-  }
-  if (vertices.empty()) return;
+  std::vector<Area> areas = visibleAreas(rectangles, target);
+  if (areas.empty()) return;
+  if (opacity < 1) areas = flattened(areas);
   if (!m_program) m_program = std::make_unique<Program>();
-  m_program->fill(vertices, target);
+  m_program->fill(triangles(areas, target, static_cast<float>(std::min(opacity, 1.0))), target);
 }
 
 void RectanglePainter::release() {

@@ -26,7 +26,8 @@ class RectanglePainter final {
   RectanglePainter(const RectanglePainter&) = delete;
   RectanglePainter& operator=(const RectanglePainter&) = delete;
 
-  /// `opacity`, from 0 to 1, is that of all of them.
+  /// `opacity`, from 0 to 1, is that of all of them together: below 1, what is beneath shows
+  /// through, but none of them through another that hides it. Leaves its own state of the context.
   void draw(const QSize& target, const std::vector<ColoredRectangle>& rectangles, double opacity);
   void release();
 

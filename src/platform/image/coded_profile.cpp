@@ -39,26 +39,24 @@ constexpr int kBt709Primaries = 1;
 constexpr int kSrgbTransfer = 13;
 
 constexpr size_t kTableSize = 4096;
-/// Luminance of diffuse white and of the nominal peak of HLG, in cd/m².
-constexpr double kWhite = 203;
+/// Of the nominal peak of HLG, in cd/m².
 constexpr double kHlgPeak = 1000;
-constexpr double kPqPeak = 10000;
 
-/// ITU-R BT.2100, table 4: the light of a PQ signal, 1 for white.
-double pqLight(double signal) {
-  constexpr double kM1 = 2610.0 / 16384, kM2 = 2523.0 / 4096 * 128;
-  constexpr double kC1 = 3424.0 / 4096, kC2 = 2413.0 / 4096 * 32, kC3 = 2392.0 / 4096 * 32;
-  const double power = std::pow(signal, 1 / kM2);
-  const double light = std::pow(std::max(power - kC1, 0.0) / (kC2 - kC3 * power), 1 / kM1);
-  return light * kPqPeak / kWhite;
+const Primaries* find(int code) {
+  const auto* const known =
+      std::find_if(std::begin(kPrimaries), std::end(kPrimaries),
+                   [code](const Primaries& primaries) { return primaries.code == code; });
+  return known == std::end(kPrimaries) ? nullptr : known;
 }
 
-/// ITU-R BT.2100, table 5, with the system gamma of 1.2 on each channel.
+/// The light of a PQ signal, 1 for white.
+double pqLight(double signal) {
+  return pqLuminance(signal) / kHdrWhite;
+}
+
+/// The light of an HLG signal, 1 for white, with the system gamma of 1.2 on each channel.
 double hlgLight(double signal) {
-  constexpr double kA = 0.17883277, kB = 0.28466892, kC = 0.55991073;
-  const double scene =
-      signal <= 0.5 ? signal * signal / 3 : (std::exp((signal - kC) / kA) + kB) / 12;
-  return std::pow(scene, 1.2) * kHlgPeak / kWhite;
+  return std::pow(hlgSceneLight(signal), 1.2) * kHlgPeak / kHdrWhite;
 }
 
 Curve sampled(cmsContext context, double (*light)(double)) {
@@ -126,11 +124,29 @@ LcmsProfile makeProfile(cmsContext context, const Chromaticities& c, cmsToneCurv
 
 }  // namespace
 
+std::optional<Chromaticities> codedChromaticities(int primaries) {
+  const Primaries* const known = find(primaries);
+  if (!known) return std::nullopt;
+  return known->chromaticities;
+}
+
+double pqLuminance(double signal) {
+  constexpr double kM1 = 2610.0 / 16384, kM2 = 2523.0 / 4096 * 128;
+  constexpr double kC1 = 3424.0 / 4096, kC2 = 2413.0 / 4096 * 32, kC3 = 2392.0 / 4096 * 32;
+  constexpr double kPeak = 10000;
+  const double power = std::pow(signal, 1 / kM2);
+  return std::pow(std::max(power - kC1, 0.0) / (kC2 - kC3 * power), 1 / kM1) * kPeak;
+}
+
+double hlgSceneLight(double signal) {
+  constexpr double kA = 0.17883277, kB = 0.28466892, kC = 0.55991073;
+  return signal <= 0.5 ? signal * signal / 3 : (std::exp((signal - kC) / kA) + kB) / 12;
+}
+
 std::vector<uint8_t> codedProfile(int primaries, int transfer, ColorModel model) {
   const LcmsContext context = makeLcmsContext();
-  const auto known = std::find_if(std::begin(kPrimaries), std::end(kPrimaries),
-                                  [primaries](const Primaries& p) { return p.code == primaries; });
-  const Primaries& space = known == std::end(kPrimaries) ? kPrimaries[0] : *known;
+  const Primaries* const known = find(primaries);
+  const Primaries& space = known ? *known : kPrimaries[0];
   std::optional<Transfer> curve = transferOf(context.get(), transfer);
   const bool likeSrgb = !curve || transfer == kSrgbTransfer;
   if (likeSrgb && (space.code == kBt709Primaries || model == ColorModel::Gray)) return {};

@@ -86,6 +86,27 @@ TEST_F(RectanglePainterTest, MultipliesEveryOpacity) {
   expectNear(image.pixelColor(15, 5), QColor::fromRgbF(0.5F, 0.5F, 0.5F));
 }
 
+TEST_F(RectanglePainterTest, FadesOverlappingRectanglesAsOnePicture) {
+  const std::vector<ColoredRectangle> rectangles{
+      {QRectF(0, 0, 30, 20), QColor::fromRgbF(0, 0, 0, 0.45F)},
+      {QRectF(5, 5, 20, 20), QColor(225, 0, 0)},
+      {QRectF(20, 3, 15, 9), QColor(Qt::white)},
+      {QRectF(8, 8, 6, 30), QColor::fromRgbF(0, 1, 0, 0.5F)}};
+  const QImage before = m_canvas.image();
+  const QImage full = drawn(rectangles);
+  m_canvas.clear(Qt::blue);
+  const QImage half = drawn(rectangles, 0.5);
+  for (int y = 0; y < kSize.height(); ++y) {
+    for (int x = 0; x < kSize.width(); ++x) {
+      const QColor above = full.pixelColor(x, y);
+      const QColor below = before.pixelColor(x, y);
+      expectNear(half.pixelColor(x, y),
+                 QColor((above.red() + below.red()) / 2, (above.green() + below.green()) / 2,
+                        (above.blue() + below.blue()) / 2));
+    }
+  }
+}
+
 TEST_F(RectanglePainterTest, DrawsNothingWithoutOpacityRectanglesOrTarget) {
   const std::vector<ColoredRectangle> rectangles{{QRectF(0, 0, 10, 10), QColor(Qt::red)}};
   const double nan = std::numeric_limits<double>::quiet_NaN();
