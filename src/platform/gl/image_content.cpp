@@ -72,6 +72,7 @@ void ImageContent::draw(const PictureView& view) {
   const TilePyramid& pyramid = m_source.pyramid();
   const auto placement = PicturePlacement::of(view, pyramid.width(), pyramid.height());
   if (!placement) {
+    wantMissing({}, m_overview);
     m_isComplete = true;
     return;
   }

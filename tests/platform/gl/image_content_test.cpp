@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <limits>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -346,6 +348,75 @@ TEST_F(ImageContentTest, ShowsAnotherPictureInstead) {
   m_renderer.draw(viewOf(second, kSize, {0, 0}, 1));
   EXPECT_EQ(m_canvas.image().pixelColor(10, 10), QColor(Qt::black));
   EXPECT_EQ(m_renderer.textureBytes(), 0);
+}
+
+/// A grey picture whose rows all lie in the same memory, so that it may be huge.
+Bitmap hugePicture(int64_t width, int64_t height) {
+  const std::shared_ptr<std::byte> row(new std::byte[static_cast<size_t>(width)],
+                                       std::default_delete<std::byte[]>());
+  std::fill_n(row.get(), width, std::byte{120});
+  return Bitmap(width, height, {ColorModel::Gray, SampleFormat::UInt8, false}, row, 0, {});
+}
+
+TEST_F(ImageContentTest, ShowsSomethingCoarserUntilTilesAreThere) {
+  const Bitmap image = hugePicture(6000, 4000);
+  QImage even(kSize, QImage::Format_RGBA8888);
+  even.fill(QColor(120, 120, 120));
+  EXPECT_EQ(shown(image, {0, 0}, 0.05), even);
+  for (const double scale : {0.2, 0.51, 1.0, 10.0, 1.0, 0.3, 0.05}) {
+    m_canvas.clear(Qt::black);
+    m_renderer.draw(viewOf(image, kSize, {0, 0}, scale));
+    EXPECT_EQ(m_canvas.image(), even) << scale;
+  }
+}
+
+TEST_F(ImageContentTest, KeepsTexturesWithinTheLimitAndUploadsLittleAtATime) {
+  constexpr int64_t kMostUploaded = int64_t{9} << 19;
+  // Most of it is cut off by the framebuffer, but all of it is asked for.
+  const QSize target(8192, 4608);
+  const Bitmap image = hugePicture(33'000, 16'500);
+  m_renderer.setImage(image);
+  QSignalSpy improved(&m_renderer, &PictureRenderer::pictureImproved);
+  int64_t most = 0;
+  for (const auto& [left, scale] :
+       std::vector<std::pair<double, double>>{{0, 0.51}, {0, 1}, {-8192, 1}, {-16384, 1}}) {
+    const PictureView view = viewOf(image, target, {left, 0}, scale);
+    do {
+      const int64_t before = m_renderer.textureBytes();
+      m_renderer.draw(view);
+      ASSERT_LE(m_renderer.textureBytes(), PictureRenderer::kMostTextureBytes);
+      ASSERT_LE(m_renderer.textureBytes() - before, kMostUploaded);
+      most = std::max(most, m_renderer.textureBytes());
+      if (m_renderer.isComplete()) break;
+    } while (!improved.isEmpty() || improved.wait(60'000));
+    EXPECT_TRUE(m_renderer.isComplete());
+  }
+  EXPECT_GT(most, PictureRenderer::kMostTextureBytes - (int64_t{4} << 20));
+}
+
+TEST_F(ImageContentTest, TellsOfImprovementsOnceForEachTurnOfTheEventLoop) {
+  m_renderer.setImage(hugePicture(3000, 3000));
+  QSignalSpy improved(&m_renderer, &PictureRenderer::pictureImproved);
+  const PictureView view = viewOf(hugePicture(3000, 3000), kSize, {0, 0}, 1);
+  do {
+    improved.clear();
+    m_renderer.draw(view);
+    m_renderer.draw(view);
+    m_renderer.draw(view);
+    if (m_renderer.isComplete()) return;
+    ASSERT_TRUE(improved.wait(60'000));
+  } while (improved.size() == 1);
+  ADD_FAILURE() << improved.size() << " signals";
+}
+
+TEST_F(ImageContentTest, CanBeReplacedAndDestroyedWhileTilesAreMade) {
+  m_renderer.setImage(hugePicture(40'000, 30'000));
+  const PictureView view = viewOf(noise(50, 50), kSize, {0, 0}, 4);
+  m_renderer.draw(view);
+  m_renderer.setImage(hugePicture(40'000, 30'001));
+  m_renderer.draw(view);
+  PictureRenderer other;
+  other.setImage(hugePicture(40'000, 30'000));
 }
 
 }  // namespace
