@@ -43,6 +43,9 @@ class Section:
     def add(self, name, bar, value, met=None):
         self.rows.append(Row(name, bar, value, met))
 
+    def figures(self):
+        return ["In figures:", "", *(f"- {line}" for line in self.details), ""] if self.details else []
+
     def lines(self):
         marks = {True: "yes", False: "**no**", None: "–"}
         return [
@@ -55,10 +58,7 @@ class Section:
             *(f"| {row.name} | {row.bar} | {row.value} | {marks[row.met]} |" for row in self.rows),
             "",
             *self.tables,
-            "In figures:",
-            "",
-            *(f"- {detail}" for detail in self.details),
-            "",
+            *self.figures(),
             "Machine:",
             "",
             *(f"- {line}" for line in self.machine),

@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
 """Runs the benchmarks and writes RESULTS.md beside this file.
 
-    benchmarks/run.py --bin build/release/bin [--runs N] [--only images|video] [--out FILE]
+    benchmarks/run.py --bin build/release/bin [--runs N] [--only images|canvas|video] [--out FILE]
 
 What is compared runs in turn, in the same minutes on the same machine, and medians are compared, so
-that a busy machine slows both sides. Needs ImageMagick (convert, identify), heif-enc and ffmpeg.
+that a busy machine slows both sides. Needs ImageMagick (convert, identify), heif-enc and
+ffmpeg, and a display for the canvas.
 """
 
 import argparse
@@ -17,6 +18,7 @@ import subprocess
 import sys
 import tempfile
 
+from canvas import CanvasBenchmarks
 from measure import MEBIBYTE, Section, described, measure_in_turn, output_of, tool
 from videos import VideoBenchmarks
 
@@ -175,10 +177,11 @@ def earlier_sections(path):
 def write_results(measured, path):
     """What was not measured this time stays as it was."""
     earlier = earlier_sections(path)
-    lines = ["# Benchmark results", "", "Written by `benchmarks/run.py` (`./dev bench`).", ""]
-    for title in ("Pictures", "Films"):
-        lines += measured[title].lines() if title in measured else [*earlier.get(title, []), ""]
-    path.write_text("\n".join(lines).rstrip("\n") + "\n", encoding="utf-8")
+    parts = [["# Benchmark results", "", "Written by `benchmarks/run.py` (`./dev bench`)."]]
+    for title in ("Pictures", "Canvas", "Films"):
+        parts.append(measured[title].lines() if title in measured else earlier.get(title, []))
+    texts = ["\n".join(lines).strip("\n") for lines in parts if lines]
+    path.write_text("\n\n".join(texts) + "\n", encoding="utf-8")
 
 
 def main():
@@ -186,7 +189,7 @@ def main():
     parser = argparse.ArgumentParser(description="Runs the benchmarks and writes their results.")
     parser.add_argument("--bin", type=pathlib.Path, required=True, help="folder of the programs")
     parser.add_argument("--runs", type=int, default=5, help="measured runs of each (default: 5)")
-    parser.add_argument("--only", choices=["images", "video"], help="one part of the benchmarks")
+    parser.add_argument("--only", choices=["images", "canvas", "video"], help="one part of the benchmarks")
     parser.add_argument("--films", type=pathlib.Path, default=here.parent / "build" / "bench-films",
                         help="folder where the films are kept (default: build/bench-films)")
     parser.add_argument("--out", type=pathlib.Path, default=here / "RESULTS.md")
@@ -195,9 +198,11 @@ def main():
     with tempfile.TemporaryDirectory(prefix="vantrel-bench-") as name:
         folder = pathlib.Path(name)
         parts = []
-        if arguments.only != "video":
+        if arguments.only in (None, "images"):
             parts.append(ImageBenchmarks(binaries, arguments.runs, folder))
-        if arguments.only != "images":
+        if arguments.only in (None, "canvas"):
+            parts.append(CanvasBenchmarks(binaries, arguments.runs))
+        if arguments.only in (None, "video"):
             parts.append(VideoBenchmarks(binaries, arguments.runs, folder, arguments.films.resolve()))
         for part in parts:
             before = os.getloadavg()[0]

@@ -17,6 +17,7 @@ namespace vantrel {
 ///
 /// Points are those of the view; a scale is in points for each source pixel, a zoom in device
 /// pixels for each source pixel. A focus is a fraction of the source, from 0 to 1 on each axis.
+/// Whatever it is fed, its geometry is finite: a size that no picture has counts as 0 × 0.
 class CanvasCamera final {
  public:
   /// How long a move lasts, in seconds, and how often it ticks.
@@ -33,7 +34,7 @@ class CanvasCamera final {
     /// Whether that move centres the source as well.
     bool centersOnRequest = true;
     /// What a framed source keeps clear of, in points from the viewport's edges.
-    QMarginsF insets;
+    QMarginsF insets = {};
   };
 
   [[nodiscard]] const Wish& wish() const { return m_wish; }
@@ -68,7 +69,7 @@ class CanvasCamera final {
   /// Goes on with a move, if there is one.
   void tick(double now);
   void stopMove();
-  /// Limited to the document.
+  /// Limited to the document; a move goes on.
   void scrollTo(const QPointF& offset);
   /// Changes the shown zoom by a factor, keeping what lies under a point of the viewport. Turns the
   /// fit off; false, with nothing changed, when there is nothing to zoom.
@@ -76,23 +77,31 @@ class CanvasCamera final {
 
  private:
   struct Move {
-    double start = 0, startScale = 0, endScale = 0;
+    double start = 0, startScale = 0, endScale = 0, scale = 0;
     QPointF startFocus, endFocus;
   };
 
   [[nodiscard]] double wantedScale() const;
-  [[nodiscard]] QPointF shownFocus() const;
-  void layOut(bool centersSource, std::optional<QPointF> focus = {});
+  /// What lies at a point of the viewport; the middle on an axis without extent.
+  [[nodiscard]] QPointF focusAt(const QPointF& viewportPoint) const;
+  /// Computes all geometry anew, with the focus on the anchor. Without a viewport it stays as it
+  /// is.
+  void layOut(const QPointF& focus);
+  void publishFittedZoom();
+  void forgetFittedZoom();
   void startMove(double now);
 
   Wish m_wish;
   QSizeF m_viewport{0, 0};
   double m_devicePixelRatio = 1;
+  double m_scale = 0;
   QSizeF m_documentSize{0, 0};
   QPointF m_scrollOffset{0, 0};
   QRectF m_imageFrame;
+  /// The anchor of the last layout: what lies there stays on the anchor, wherever a change of the
+  /// viewport or of the insets moves it.
+  QPointF m_pivot;
   std::optional<Move> m_move;
-  std::optional<double> m_movingScale;
   /// The fitted zoom that was last handed out, or is about to be.
   std::optional<double> m_publishedZoom;
   bool m_hasUntakenZoom = false;

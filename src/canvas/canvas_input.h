@@ -24,8 +24,9 @@ struct WheelMotion {
 /// The factor by which a wheel that is turned with the zoom key held changes the zoom; exponential
 /// in the distance, upwards enlarges.
 [[nodiscard]] double wheelFactor(const WheelMotion& motion);
-/// How far a wheel scrolls the document, in points.
-[[nodiscard]] QPointF scrollDistance(const WheelMotion& motion);
+/// What a wheel adds to the scroll offset, in points: a precise motion its own distance, a notch
+/// that many lines. Turned upwards it shows what lies above.
+[[nodiscard]] QPointF scrollDistance(const WheelMotion& motion, int linesPerNotch = 3);
 
 /// What a canvas does with a key that goes down or up anywhere in its window.
 enum class KeyAction { pass, armPan, disarmPan, exitPreview };

@@ -1,5 +1,7 @@
 #include "canvas/crop_appearance.h"
 
+#include "controls/dark_palette.h"
+
 namespace vantrel::CropAppearance {
 
 QColor exportAccent() {
@@ -21,11 +23,6 @@ QColor cropHandles() {
 
 QColor excludedArea() {
   return QColor::fromRgbF(0, 0, 0, 0.45F);
-}
-
-bool isDark(const QPalette& palette) {
-  return palette.color(QPalette::Window).lightnessF() <
-         palette.color(QPalette::WindowText).lightnessF();
 }
 
 }  // namespace vantrel::CropAppearance

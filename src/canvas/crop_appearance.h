@@ -15,7 +15,4 @@ namespace vantrel::CropAppearance {
 /// Over what the crop cuts away: black at 0.45.
 [[nodiscard]] QColor excludedArea();
 
-/// A palette is dark when its windows are darker than the text on them.
-[[nodiscard]] bool isDark(const QPalette& palette);
-
 }  // namespace vantrel::CropAppearance

@@ -57,9 +57,11 @@ void NumberEntry::begin() {
 
 void NumberEntry::type(const QString& text) {
   m_text = text;
-  typed();
+  if (m_editing) {
+    typed();
+    return;
+  }
   // Without the focus no end of editing will come, as when an assistive tool fills in the field.
-  if (m_editing) return;
   commit();
   show();
 }
@@ -99,6 +101,10 @@ MarginEntry::MarginEntry(EditHistory& history, Setter setter)
 
 void MarginEntry::typed() {
   if (const auto number = integerFromText(text())) take(*number);
+}
+
+void MarginEntry::commit() {
+  if (isTyped()) typed();
 }
 
 void MarginEntry::step(int64_t by) {

@@ -63,14 +63,14 @@ class NumberEntry {
   QString m_text, m_shown;
 };
 
-/// A margin: follows each text that is a number at once.
+/// A margin: follows each text that is a number at once, and takes the last one again at the end.
 class MarginEntry final : public NumberEntry {
  public:
   MarginEntry(EditHistory& history, Setter setter);
 
  private:
   void typed() override;
-  void commit() override {}
+  void commit() override;
   void step(int64_t by) override;
 };
 

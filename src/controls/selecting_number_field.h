@@ -21,6 +21,8 @@ class SelectingNumberField : public QLineEdit {
   void setValue(int64_t value);
   /// Shows "—" in the number's place, for when there is no file.
   void setShowsPlaceholder(bool shows);
+  /// Commits what is typed and closes the transaction; nothing while the field is not edited.
+  void endEditing();
 
  Q_SIGNALS:
   /// The user wants this number, legal or not. A direct connection takes it and calls setValue with
@@ -43,7 +45,6 @@ class SelectingNumberField : public QLineEdit {
   void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
-  void endEditing();
   void showEntry();
   void settleText();
 

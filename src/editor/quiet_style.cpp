@@ -3,6 +3,10 @@
 #include <QPainter>
 #include <QStyleOption>
 #include <QWidget>
+#include <algorithm>
+#include <cmath>
+
+#include "controls/device_pixels.h"
 
 namespace vantrel {
 namespace {
@@ -17,7 +21,7 @@ constexpr int kToolBarMargin = 12;
 constexpr int kToolBarSpacing = 8;
 constexpr int kMenuBarMargin = 6;
 constexpr int kMenuBarItemHeight = 26;
-constexpr int kFieldPadding = 4;
+constexpr int kFieldPadding = 5;
 
 constexpr double kDisabledOpacity = 0.45;
 constexpr int kHoverLighter = 112;
@@ -26,15 +30,18 @@ constexpr int kColoredSaturation = 128;
 constexpr float kToolHover = 0.08F;
 constexpr float kToolPress = 0.14F;
 
+/// Sizes in points; it lies on whole device pixels.
 void drawPlate(QPainter* painter, const QRect& rect, double radius, const QColor& fill,
                const QColor& border, double width) {
   painter->save();
   painter->setRenderHint(QPainter::Antialiasing);
-  painter->setPen(width > 0 ? QPen(border, width) : QPen(Qt::NoPen));
+  const double scale = painter->deviceTransform().m11();
+  const double line = width > 0 ? std::max(1.0, std::round(width * scale - 0.25)) : 0;
+  const QRectF plate = toDevicePixels(*painter, rect);
+  painter->setPen(line > 0 ? QPen(border, line) : QPen(Qt::NoPen));
   painter->setBrush(fill);
-  const double inset = width / 2;
-  painter->drawRoundedRect(QRectF(rect).adjusted(inset, inset, -inset, -inset), radius - inset,
-                           radius - inset);
+  const double inset = line / 2, corner = radius * scale - inset;
+  painter->drawRoundedRect(plate.adjusted(inset, inset, -inset, -inset), corner, corner);
   painter->restore();
 }
 
@@ -196,6 +203,7 @@ int QuietStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWid
     case SH_UnderlineShortcut:
     case SH_DialogButtonBox_ButtonsHaveIcons:
     case SH_EtchDisabledText:
+    case SH_BlinkCursorWhenTextSelected:
       return 0;
     default:
       return QProxyStyle::styleHint(hint, option, widget, returned);

@@ -8,7 +8,7 @@
 #include <QPalette>
 #include <QStyleHints>
 
-#include "canvas/crop_appearance.h"
+#include "controls/dark_palette.h"
 
 namespace vantrel {
 namespace {
@@ -33,7 +33,7 @@ bool toolkitPrefersDark() {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
   if (QGuiApplication::styleHints()->colorScheme() == Qt::ColorScheme::Dark) return true;
 #endif
-  return CropAppearance::isDark(QGuiApplication::palette());
+  return isDark(QGuiApplication::palette());
 }
 
 }  // namespace

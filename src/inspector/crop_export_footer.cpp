@@ -7,10 +7,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "controls/panel_text.h"
 #include "export/crop_export_state.h"
 #include "inspector/export_footer_text.h"
 #include "inspector/export_progress_bar.h"
-#include "inspector/panel_text.h"
 #include "platform/desktop/formatting.h"
 #include "platform/desktop/key_names.h"
 

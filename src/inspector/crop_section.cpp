@@ -7,7 +7,7 @@
 
 #include "controls/crop_dimension_field.h"
 #include "controls/crop_number_field.h"
-#include "inspector/panel_text.h"
+#include "controls/panel_text.h"
 #include "model/edit_history.h"
 
 namespace vantrel {

@@ -3,7 +3,7 @@
 #include <QCoreApplication>
 #include <cmath>
 
-#include "inspector/panel_text.h"
+#include "controls/panel_text.h"
 
 namespace vantrel::ExportFooterText {
 namespace {

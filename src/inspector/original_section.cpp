@@ -3,7 +3,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 
-#include "inspector/panel_text.h"
+#include "controls/panel_text.h"
 #include "platform/desktop/formatting.h"
 
 namespace vantrel {

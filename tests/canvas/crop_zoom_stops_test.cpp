@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace vantrel {
 namespace {
@@ -17,6 +18,31 @@ TEST(CropZoomStops, AreFourToADoublingBetweenTheEnds) {
   EXPECT_NEAR(stops[27], 9.51366, 1e-5);
   EXPECT_EQ(stops.back(), 10.0);
   EXPECT_TRUE(std::is_sorted(stops.begin(), stops.end()));
+}
+
+TEST(CropZoomStops, LieOnQuarterPowersOfTwoBetweenTheEnds) {
+  const std::vector<double>& stops = CropZoomStops::values();
+  for (int index = 1; index + 1 < static_cast<int>(stops.size()); ++index) {
+    EXPECT_EQ(stops[static_cast<size_t>(index)], std::pow(2.0, (index - 14) / 4.0));
+  }
+}
+
+TEST(CropZoomStops, LeadFromEachToItsNeighbours) {
+  const std::vector<double>& stops = CropZoomStops::values();
+  for (size_t index = 1; index < stops.size(); ++index) {
+    EXPECT_EQ(CropZoomStops::next(stops[index - 1], true), stops[index]);
+    EXPECT_EQ(CropZoomStops::next(stops[index], false), stops[index - 1]);
+  }
+}
+
+TEST(CropZoomStops, StayInTheRangeForWhatIsNoNumber) {
+  const double infinite = std::numeric_limits<double>::infinity();
+  for (const double from : {std::numeric_limits<double>::quiet_NaN(), infinite, -infinite}) {
+    for (const bool increasing : {false, true}) {
+      const double stop = CropZoomStops::next(from, increasing);
+      EXPECT_TRUE(stop >= CropZoomStops::kMinimum && stop <= CropZoomStops::kMaximum);
+    }
+  }
 }
 
 TEST(CropZoomStops, EndAtTheRange) {

@@ -42,6 +42,48 @@ TEST(CropNumberFields, FirstClickSelectsAllAndTheSecondPlacesTheCaret) {
   EXPECT_FALSE(fields.left.hasSelectedText());
 }
 
+TEST(CropNumberFields, OnlyTheLeftButtonSelectsAll) {
+  FieldWindow fields(2);
+  ASSERT_TRUE(fields.isReady());
+  fields.left.setValue(120);
+  const QPoint start(8, fields.left.height() / 2);
+  QTest::mousePress(&fields.left, Qt::RightButton, {}, start);
+  QTest::mouseRelease(&fields.left, Qt::RightButton, {}, start);
+  QTest::mouseClick(&fields.left, Qt::LeftButton, {}, start);
+  EXPECT_TRUE(fields.left.hasFocus());
+  EXPECT_FALSE(fields.left.hasSelectedText());
+}
+
+TEST(CropNumberFields, TakeNoClickWithoutAFile) {
+  FieldWindow fields(2);
+  ASSERT_TRUE(fields.isReady());
+  for (SelectingNumberField* const field : {static_cast<SelectingNumberField*>(&fields.left),
+                                            static_cast<SelectingNumberField*>(&fields.width)}) {
+    field->setShowsPlaceholder(true);
+    field->setEnabled(false);
+    QTest::mouseClick(field, Qt::LeftButton);
+    EXPECT_FALSE(field->isEditing());
+    EXPECT_EQ(field->text(), QString());
+  }
+  EXPECT_TRUE(fields.plain.hasFocus());
+}
+
+TEST(CropNumberFields, EndEditingWhenDeletedWithTheFocus) {
+  FieldWindow fields(1);
+  ASSERT_TRUE(fields.isReady());
+  auto* const extra = new CropNumberField(fields.history, QStringLiteral("Top"), &fields.window);
+  QObject::connect(extra, &CropNumberField::valueEdited, &fields.window, [&fields](int64_t value) {
+    fields.history.setCrop({0, value, 0, 0});
+  });
+  extra->show();
+  extra->setFocus();
+  QTest::keyClick(extra, '7');
+  EXPECT_EQ(fields.steps(), 0);
+  delete extra;
+  EXPECT_EQ(fields.steps(), 1);
+  EXPECT_EQ(fields.history.crop().top, 7);
+}
+
 TEST(CropNumberFields, FirstClickThatMovesStillSelectsAll) {
   FieldWindow fields(2);
   ASSERT_TRUE(fields.isReady());
@@ -104,6 +146,39 @@ TEST(CropNumberField, ClearingAndLeavingRestoresTheNumber) {
   fields.leave();
   EXPECT_EQ(fields.left.text(), QStringLiteral("7"));
   EXPECT_EQ(fields.steps(), 0);
+}
+
+TEST(CropNumberField, UnreadableTextGivesWayToTheNumberOnLeaving) {
+  FieldWindow fields(1);
+  ASSERT_TRUE(fields.isReady());
+  fields.left.setFocus(Qt::TabFocusReason);
+  QTest::keyClicks(&fields.left, QStringLiteral("abc"));
+  EXPECT_EQ(fields.left.text(), QStringLiteral("abc"));
+  fields.leave();
+  EXPECT_EQ(fields.left.text(), QStringLiteral("0"));
+  EXPECT_EQ(fields.steps(), 0);
+}
+
+TEST(CropNumberField, ArrowCorrectsAClampedTextAndStopsAtTheLimit) {
+  FieldWindow fields(2);
+  ASSERT_TRUE(fields.isReady());
+  fields.left.setFocus(Qt::TabFocusReason);
+  QTest::keyClicks(&fields.left, QStringLiteral("5000"));
+  for (int press = 0; press < 2; ++press) {
+    QTest::keyClick(&fields.left, Qt::Key_Up);
+    EXPECT_EQ(fields.left.selectedText(), QStringLiteral("1918"));
+    EXPECT_EQ(fields.history.crop().left, 1918);
+  }
+}
+
+TEST(CropNumberField, ReturnCorrectsTheTextAndSelectsIt) {
+  FieldWindow fields(2);
+  ASSERT_TRUE(fields.isReady());
+  fields.left.setFocus(Qt::TabFocusReason);
+  QTest::keyClicks(&fields.left, QStringLiteral("5000"));
+  QTest::keyClick(&fields.left, Qt::Key_Return);
+  EXPECT_EQ(fields.left.selectedText(), QStringLiteral("1918"));
+  EXPECT_EQ(fields.steps(), 1);
 }
 
 TEST(CropNumberField, ArrowsStepAndSelectTheNumber) {
@@ -231,6 +306,27 @@ TEST(CropDimensionField, RejectedEntryFlashesRed) {
   const QColor before = calm.pixelColor(fields.width.width() / 2, 0);
   EXPECT_GT(border.red() - border.blue(), before.red() - before.blue() + 50);
   EXPECT_TRUE(QTest::qWaitFor([&] { return fields.width.flashOpacity() <= 0; }));
+}
+
+TEST(CropDimensionField, ArrowAtTheLimitFlashes) {
+  FieldWindow fields(2);
+  ASSERT_TRUE(fields.isReady());
+  fields.width.setFocus();
+  QTest::keyClick(&fields.width, Qt::Key_Up);
+  EXPECT_EQ(fields.width.selectedText(), QStringLiteral("1920"));
+  EXPECT_GT(fields.width.flashOpacity(), 0);
+  EXPECT_EQ(fields.steps(), 0);
+}
+
+TEST(CropDimensionField, LeavingTakesATypedNumber) {
+  FieldWindow fields(2);
+  ASSERT_TRUE(fields.isReady());
+  fields.width.setFocus(Qt::TabFocusReason);
+  QTest::keyClicks(&fields.width, QStringLiteral("640"));
+  EXPECT_EQ(fields.size().width(), 1920);
+  fields.leave();
+  EXPECT_EQ(fields.size().width(), 640);
+  EXPECT_EQ(fields.steps(), 1);
 }
 
 TEST(CropDimensionField, UnreadableEntryFlashesAndChangesNothing) {

@@ -116,6 +116,18 @@ TEST(MarginEntry, TextIsCorrectedOnlyAtTheEnd) {
   EXPECT_EQ(margin.entry.text(), QStringLiteral("100"));
 }
 
+TEST(MarginEntry, TypedNumberIsTakenAgainAtTheEnd) {
+  Margin margin(0);
+  margin.entry.begin();
+  margin.entry.type(QStringLiteral("5"));
+  margin.history.setCrop({33, 0, 0, 0});
+  margin.entry.setValue(33);
+  EXPECT_EQ(margin.entry.text(), QStringLiteral("5"));
+  margin.entry.end();
+  EXPECT_EQ(margin.entry.text(), QStringLiteral("5"));
+  EXPECT_EQ(margin.history.crop().left, 5);
+}
+
 TEST(MarginEntry, UnreadableTextGivesWayToTheNumber) {
   for (const QString& text : {QString(), QStringLiteral("abc"), QStringLiteral("8.5")}) {
     Margin margin(12);

@@ -1,4 +1,4 @@
-#include "inspector/panel_text.h"
+#include "controls/panel_text.h"
 
 #include <QLabel>
 #include <QPainter>

@@ -5,7 +5,7 @@
 class QLabel;
 class QWidget;
 
-/// The labels of the panel, in its three weights.
+/// The labels of panels, in their three weights.
 namespace vantrel::PanelText {
 
 /// Sizes in points of the screen.
