@@ -1,5 +1,6 @@
 #include "platform/movie/demuxer.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "platform/movie/container_extent.h"
@@ -66,6 +67,8 @@ bool Demuxer::read(AVPacket& packet) {
   if ((packet.flags & AV_PKT_FLAG_CORRUPT) != 0 && !m_input.isTransmission()) failAtEarlyEnd();
   countPacket(packet);
   requireSoundUpTo(packet);
+  const bool isKeyFrame = (packet.flags & AV_PKT_FLAG_KEY) != 0;
+  m_readUpTo = std::max({m_readUpTo, packet.dts, isKeyFrame ? packet.pts : AV_NOPTS_VALUE});
   return true;
 }
 
@@ -126,6 +129,7 @@ void Demuxer::requireAllPackets() {
 
 void Demuxer::leavePlace() {
   m_nextEntry.reset();
+  m_readUpTo = AV_NOPTS_VALUE;
   m_walk.reset();
   m_ahead.reset();
   m_isCut = false;
@@ -146,6 +150,15 @@ bool Demuxer::rewind() {
   // The first packet need not be marked as a key frame.
   return av_seek_frame(&m_input.context(), m_stream->index, first ? first->timestamp : start,
                        AVSEEK_FLAG_BACKWARD | AVSEEK_FLAG_ANY) >= 0;
+}
+
+std::optional<bool> Demuxer::isSeekShorter(int64_t time) const {
+  // Seeking in a transmission leaves entries that are no key frames.
+  const int count = m_input.isTransmission() ? 0 : avformat_index_get_entries_count(m_stream);
+  if (count == 0 || m_readUpTo == AV_NOPTS_VALUE) return {};
+  if (avformat_index_get_entry(m_stream, count - 1)->timestamp < time) return {};
+  const int key = av_index_search_timestamp(m_stream, time, AVSEEK_FLAG_BACKWARD);
+  return key >= 0 && avformat_index_get_entry(m_stream, key)->timestamp > m_readUpTo;
 }
 
 void Demuxer::fail(const std::string& words) const {

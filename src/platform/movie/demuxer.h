@@ -31,6 +31,9 @@ class Demuxer final {
   [[nodiscard]] bool seek(int64_t time);
   /// The same for the track's first packet.
   [[nodiscard]] bool rewind();
+  /// Whether seeking to a time of the stream skips packets that reading on would come by, by what
+  /// the file's index tells; absent if it tells nothing about that time.
+  [[nodiscard]] std::optional<bool> isSeekShorter(int64_t time) const;
 
   /// Throws a MovieError about reading the file.
   [[noreturn]] void fail(const std::string& words) const;
@@ -55,6 +58,9 @@ class Demuxer final {
   uint64_t m_sampleCount = 0;
   /// Where the next packet is expected in the stream's index; absent after a seek.
   std::optional<int> m_nextEntry;
+  /// The greatest time of the packets read since the last seek, by which the index may sort them;
+  /// AV_NOPTS_VALUE before the first.
+  int64_t m_readUpTo = AV_NOPTS_VALUE;
   /// Null for formats without one, and after a seek.
   std::unique_ptr<ContainerWalk> m_walk;
   /// A parser joins and splits the samples, so that packets cannot be counted.

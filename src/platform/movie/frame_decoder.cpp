@@ -17,11 +17,23 @@ constexpr size_t kMostPending = 1024;
 constexpr int64_t kLatestTime = int64_t{1} << 52;
 /// Packets in front of the first key frame that are passed over; some streams mark none.
 constexpr int kMostBeforeKeyFrame = 600;
+/// Seconds that are decoded rather than sought past where the file has no index.
+constexpr int64_t kNotWorthSeeking = 1;
 /// How far before the wanted time the second attempt of a seek begins, in seconds.
 constexpr int64_t kFirstStepBack = 2;
 
 bool isTime(int64_t time) {
   return time != AV_NOPTS_VALUE && std::abs(time) <= kLatestTime;
+}
+
+/// Whether libavcodec's decoder knows which pictures no other needs: what HEVC marks as such may
+/// still be needed by its higher temporal layers, whose number the decoder configuration tells
+/// (ISO/IEC 14496-15, 8.3.3.1.2).
+bool canPassOver(const AVCodecParameters& parameters) {
+  if (parameters.codec_id != AV_CODEC_ID_HEVC) return true;
+  constexpr int kLayersAt = 21, kConfigurationSize = 23;
+  if (parameters.extradata_size < kConfigurationSize || parameters.extradata[0] != 1) return false;
+  return (parameters.extradata[kLayersAt] >> 3 & 7) == 1;
 }
 
 AvCodecContextPtr openDecoder(const Demuxer& demuxer, const AVCodecParameters& parameters) {
@@ -47,7 +59,9 @@ AvCodecContextPtr openDecoder(const Demuxer& demuxer, const AVCodecParameters& p
 }  // namespace
 
 FrameDecoder::FrameDecoder(const Movie& movie, const MovieTrack& track, const std::stop_token& stop)
-    : m_demuxer(movie, track, stop), m_decoder(openDecoder(m_demuxer, *track.format->parameters)) {}
+    : m_demuxer(movie, track, stop),
+      m_decoder(openDecoder(m_demuxer, *track.format->parameters)),
+      m_canPassOver(canPassOver(*track.format->parameters)) {}
 
 int64_t FrameDecoder::durationOf(const AVFrame& frame) {
 #if LIBAVUTIL_VERSION_INT >= AV_VERSION_INT(57, 30, 100)
@@ -96,6 +110,7 @@ bool FrameDecoder::send() {
   ++m_packets;
   countLost(*m_packet);
   noteTimeOf(*m_packet);
+  chooseDiscard(*m_packet);
   // What `receive` has emptied takes a packet; any failure is about the packet's content.
   const int code = avcodec_send_packet(m_decoder.get(), m_packet.get());
   if (code == AVERROR(ENOMEM)) throw std::bad_alloc();
@@ -137,6 +152,14 @@ void FrameDecoder::noteTimeOf(const AVPacket& packet) {
   m_nextDecodingTime = time + std::clamp<int64_t>(packet.duration, 1, kLatestTime);
   m_decodingTimes.push_back(time);
   if (m_decodingTimes.size() > kMostPending) m_decodingTimes.pop_front();
+}
+
+void FrameDecoder::chooseDiscard(const AVPacket& packet) {
+  const bool isTimed = m_times == Times::OfPresentation && isTime(packet.pts) &&
+                       packet.duration > 0 && isTime(packet.duration);
+  const bool mayGo = isTimed && packet.pts + packet.duration <= m_passesOverUntil;
+  m_decoder->skip_frame = mayGo ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
+  if (mayGo) m_latestPassedOver = std::max(m_latestPassedOver, packet.pts);
 }
 
 void FrameDecoder::setTime(AVFrame& frame) {
@@ -186,6 +209,16 @@ void FrameDecoder::seek(int64_t time) {
   // A format that cannot go back is still where it was.
   (void)m_demuxer.rewind();
   restart();
+}
+
+void FrameDecoder::passOverUntil(int64_t time) {
+  m_passesOverUntil = m_canPassOver ? time : INT64_MIN;
+  m_latestPassedOver = AV_NOPTS_VALUE;
+}
+
+bool FrameDecoder::isSeekShorter(int64_t from, int64_t to) const {
+  if (const auto known = m_demuxer.isSeekShorter(to)) return *known;
+  return av_compare_ts(to - from, stream().time_base, kNotWorthSeeking, {1, 1}) > 0;
 }
 
 void FrameDecoder::requireFewLost() const {

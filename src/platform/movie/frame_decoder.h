@@ -26,6 +26,16 @@ class FrameDecoder final {
   /// `next` then begins with a picture at or before a time of the stream, if there is one.
   void seek(int64_t time);
 
+  /// Pictures that end at or before this time of the stream, as their packets say, may be left out
+  /// from now on where no other needs them.
+  void passOverUntil(int64_t time);
+  /// The latest start, as the stream counts, of the pictures that were allowed to be left out since
+  /// the last `passOverUntil`; AV_NOPTS_VALUE, which is before all, if there was none.
+  [[nodiscard]] int64_t latestPassedOver() const { return m_latestPassedOver; }
+  /// Whether going to a later time by `seek` decodes less than going on; `from` is about where
+  /// `next` stands.
+  [[nodiscard]] bool isSeekShorter(int64_t from, int64_t to) const;
+
   /// How long a picture is shown, in ticks of the stream, as its packet says; 0 if unknown.
   [[nodiscard]] static int64_t durationOf(const AVFrame& frame);
 
@@ -41,6 +51,7 @@ class FrameDecoder final {
   [[nodiscard]] bool isWanted(const AVPacket& packet);
   void countLost(const AVPacket& packet);
   void noteTimeOf(const AVPacket& packet);
+  void chooseDiscard(const AVPacket& packet);
   void setTime(AVFrame& frame);
   void restart();
 
@@ -61,6 +72,11 @@ class FrameDecoder final {
   int m_passedOver = 0;
   /// Pictures before this time need others from before the key frame that decoding began with.
   int64_t m_earliestTime = INT64_MIN;
+
+  /// Whether the decoder can tell which pictures no other needs.
+  bool m_canPassOver = false;
+  int64_t m_passesOverUntil = INT64_MIN;
+  int64_t m_latestPassedOver = AV_NOPTS_VALUE;
 
   enum class Times { Unknown, OfPresentation, OfDecoding };
   Times m_times = Times::Unknown;

@@ -49,19 +49,47 @@ std::optional<DecodedPicture> PictureDecoder::next() {
   return {};
 }
 
-void PictureDecoder::seek(MediaTime time) {
+void PictureDecoder::seek(MediaTime time, MediaTime lead) {
   if (m_segments.empty()) return;
   const AVRational timeBase = m_frames.stream().time_base;
-  m_wantedFrom = av_rescale_q_rnd(time.ticks, {1, time.timescale}, timeBase, AV_ROUND_DOWN);
-  const auto behind = std::find_if(
-      m_segments.begin(), m_segments.end(),
-      [this](const MovieSegment& segment) { return segment.movieStart > m_wantedFrom; });
-  m_segment = static_cast<size_t>(std::max<ptrdiff_t>(0, behind - m_segments.begin() - 1));
-  const MovieSegment& segment = m_segments[m_segment];
-  enterSegment(segment.mediaStart + std::max<int64_t>(0, m_wantedFrom - segment.movieStart));
+  const int64_t wanted = av_rescale_q_rnd(time.ticks, {1, time.timescale}, timeBase, AV_ROUND_DOWN);
+  const int64_t before = av_rescale_q(lead.ticks, {1, lead.timescale}, timeBase);
+  const auto behind =
+      std::find_if(m_segments.begin(), m_segments.end(),
+                   [wanted](const MovieSegment& segment) { return segment.movieStart > wanted; });
+  const auto index = static_cast<size_t>(std::max<ptrdiff_t>(0, behind - m_segments.begin() - 1));
+  const MovieSegment& segment = m_segments[index];
+  int64_t mediaTime = segment.mediaStart + std::max<int64_t>(0, wanted - segment.movieStart);
+  if (segment.hasEnd()) {
+    const int64_t latest = segment.mediaEnd - segment.tolerance - 1;
+    mediaTime = std::min(mediaTime, std::max(segment.mediaStart, latest));
+  }
+  m_wantedFrom = wanted - before;
+  m_soughtTime = mediaTime;
+  m_frames.passOverUntil(mediaTime - before);
+  if (canGoOnTo(index, mediaTime)) return;
+  m_segment = index;
+  approach(mediaTime);
+}
+
+bool PictureDecoder::canGoOnTo(size_t segment, int64_t mediaTime) const {
+  return m_isInSegment && m_segment == segment && !m_segments[segment].isFrozen && m_ahead &&
+         m_ahead->pts <= mediaTime && !m_frames.isSeekShorter(m_ahead->pts, mediaTime);
+}
+
+bool PictureDecoder::hasMissedBehind(const AVFrame& frame) const {
+  return m_frames.latestPassedOver() > frame.pts;
 }
 
 void PictureDecoder::enterSegment(int64_t mediaTime) {
+  m_frames.passOverUntil(INT64_MIN);
+  approach(mediaTime);
+}
+
+void PictureDecoder::approach(int64_t mediaTime) {
+  // Also when this throws.
+  m_isInSegment = false;
+  m_ahead.reset();
   const AVStream& stream = m_frames.stream();
   const int64_t ahead = mediaTime - (stream.start_time == AV_NOPTS_VALUE ? 0 : stream.start_time);
   const bool isNear = av_compare_ts(ahead, stream.time_base, kNotWorthSeeking, {1, 1}) <= 0;
@@ -86,6 +114,11 @@ std::optional<DecodedPicture> PictureDecoder::nextInSegment() {
     const auto time =
         shown({start, isLast ? start + durationOfLast(*frame) : m_ahead->pts}, isLast);
     if (!time || time->end <= m_wantedFrom) continue;
+    if (hasMissedBehind(*frame)) {
+      // Its packets tell other durations than its times.
+      enterSegment(m_soughtTime);
+      continue;
+    }
     if (segment.isFrozen) m_ahead.reset();
     return picture(std::move(frame), *time);
   }

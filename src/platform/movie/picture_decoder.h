@@ -27,12 +27,15 @@ class PictureDecoder final {
   /// Throws what MovieInput::open throws, and MovieError if nothing decodes the track.
   PictureDecoder(const Movie& movie, const MovieTrack& track, const std::stop_token& stop);
 
+  /// Ticks per second of its times.
+  [[nodiscard]] int32_t timescale() const { return m_frames.stream().time_base.den; }
+
   /// None at the end. Throws MovieError, std::system_error or Cancelled.
   [[nodiscard]] std::optional<DecodedPicture> next();
 
   /// `next` then gives the picture that is shown at this time, whole, or else the first one behind
-  /// it.
-  void seek(MediaTime time);
+  /// it; before it, those of the last `lead` in front of that time that are decoded on the way.
+  void seek(MediaTime time, MediaTime lead = {0, 1});
 
  private:
   struct Span {
@@ -40,6 +43,11 @@ class PictureDecoder final {
   };
 
   void enterSegment(int64_t mediaTime);
+  /// Makes the decoder stand at or before this time of the segment's media.
+  void approach(int64_t mediaTime);
+  [[nodiscard]] bool canGoOnTo(size_t segment, int64_t mediaTime) const;
+  /// Whether a picture was left out that was to be given in place of this one.
+  [[nodiscard]] bool hasMissedBehind(const AVFrame& frame) const;
   [[nodiscard]] std::optional<DecodedPicture> nextInSegment();
   /// When the segment shows a picture of these media times; absent if it does not.
   [[nodiscard]] std::optional<Span> shown(Span media, bool isLast) const;
@@ -61,6 +69,8 @@ class PictureDecoder final {
   AvFramePtr m_ahead;
   /// Pictures that end at or before this time of the movie, in ticks of the stream, are not wanted.
   int64_t m_wantedFrom = 0;
+  /// Of the media; where the last seek went to.
+  int64_t m_soughtTime = 0;
 };
 
 }  // namespace vantrel

@@ -29,8 +29,12 @@ std::optional<TimedVideoPicture> VideoPictureReader::next() {
                            decoded->time, decoded->duration};
 }
 
-void VideoPictureReader::seek(MediaTime time) {
-  m_decoder->pictures.seek(time);
+void VideoPictureReader::seek(MediaTime time, MediaTime lead) {
+  m_decoder->pictures.seek(time, lead);
+}
+
+int32_t VideoPictureReader::timescale() const {
+  return m_decoder->pictures.timescale();
 }
 
 }  // namespace vantrel

@@ -31,9 +31,14 @@ class VideoPictureReader final {
   /// overlooks, Failure for pixels that cannot be converted, std::system_error or Cancelled.
   [[nodiscard]] std::optional<TimedVideoPicture> next();
 
-  /// `next` then gives the picture that is shown at this time, or else the first one behind it. A
-  /// time before the movie's start is its start. Throws as `next` does.
-  void seek(MediaTime time);
+  /// `next` then gives the picture that is shown at this time, or else the first one behind it; and
+  /// before it, in their order, those of the last `lead` in front of that time that are decoded on
+  /// the way. A time before the movie's start is its start. Decodes on where that is the shorter
+  /// way. Throws as `next` does.
+  void seek(MediaTime time, MediaTime lead = {0, 1});
+
+  /// Ticks per second of the pictures' times.
+  [[nodiscard]] int32_t timescale() const;
 
  private:
   class Decoder;

@@ -1,0 +1,5 @@
+#include "platform/player/movie_player.h"
+
+#include <gtest/gtest.h>
+
+namespace vantrel {}
