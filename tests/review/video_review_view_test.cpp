@@ -298,6 +298,8 @@ TEST_F(VideoReviewViewTest, TheControlsStayAwayWhenAMovieStartsOver) {
 
 TEST_F(VideoReviewViewTest, TheControlsStayUnderThePointer) {
   open();
+  // As a pointer that comes from elsewhere.
+  moveTo({5, 300});
   moveTo(controls().geometry().center());
   play();
   rest();
