@@ -56,6 +56,9 @@ bool CropPanel::event(QEvent* event) {
       if (m_backdrop) m_backdrop->setBody(geometry());
       if (m_backdrop) m_backdrop->setVisible(!isHidden());
       break;
+    case QEvent::PaletteChange:
+      if (m_backdrop) m_backdrop->setPalette(palette());
+      break;
     case QEvent::ZOrderChange:
       if (m_backdrop) m_backdrop->stackUnder(this);
       break;
@@ -81,6 +84,7 @@ void CropPanel::followParent() {
   delete m_backdrop.data();
   if (!parentWidget()) return;
   m_backdrop = new PanelBackdrop(parentWidget());
+  m_backdrop->setPalette(palette());
   m_backdrop->setOpacity(m_opacity);
   m_backdrop->setBody(geometry());
   m_backdrop->stackUnder(this);

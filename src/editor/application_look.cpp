@@ -8,6 +8,7 @@
 #include <QStyle>
 #include <QSvgRenderer>
 
+#include "controls/look_palette.h"
 #include "editor/quiet_style.h"
 #include "editor/system_appearance.h"
 
@@ -16,24 +17,13 @@ namespace {
 
 constexpr int kTextPixels = 13;
 
-struct Tokens {
-  QRgb window, bar, inspector, field, button, border, hairline;
-  QRgb text, secondary, disabled, accent;
-};
-
-constexpr Tokens kDark{0xff1f2023, 0xff26272b, 0xff232428, 0xff17181a, 0xff35363c, 0xff36373d,
-                       0xff2d2e33, 0xffececef, 0xffa3a5ad, 0xff74767e, 0xff4f8cff};
-constexpr Tokens kLight{0xfff5f5f7, 0xfffbfbfc, 0xfff7f7f9, 0xffffffff, 0xffffffff, 0xffd3d4da,
-                        0xffe3e4e8, 0xff1c1d20, 0xff5f626b, 0xff8b8e97, 0xff2f6fed};
-
-const Tokens& tokens(bool dark) {
-  return dark ? kDark : kLight;
-}
+/// Of the inspector.
+constexpr QRgb kDarkPanel = 0xff232428, kLightPanel = 0xfff7f7f9;
 
 /// The panel at the side has a shade of its own.
 QPalette inspectorPalette(bool dark) {
-  QPalette palette = ApplicationLook::palette(dark);
-  palette.setColor(QPalette::Window, QColor(tokens(dark).inspector));
+  QPalette palette = lookPalette(dark);
+  palette.setColor(QPalette::Window, QColor(dark ? kDarkPanel : kLightPanel));
   return palette;
 }
 
@@ -52,7 +42,7 @@ QFont interfaceFont() {
 }
 
 void setDark(bool dark) {
-  QApplication::setPalette(ApplicationLook::palette(dark));
+  QApplication::setPalette(lookPalette(dark));
   QApplication::setPalette(inspectorPalette(dark), "vantrel::InspectorView");
 }
 
@@ -72,30 +62,6 @@ QIcon windowIcon() {
 }
 
 }  // namespace
-
-QPalette palette(bool dark) {
-  const Tokens& token = tokens(dark);
-  const QColor text(token.text);
-  QPalette palette(QColor(token.button), QColor(token.window));
-  palette.setColor(QPalette::Window, QColor(token.window));
-  palette.setColor(QPalette::Base, QColor(token.field));
-  palette.setColor(QPalette::AlternateBase, QColor(token.bar));
-  palette.setColor(QPalette::Button, QColor(token.button));
-  palette.setColor(QPalette::Mid, QColor(token.border));
-  palette.setColor(QPalette::Midlight, QColor(token.hairline));
-  palette.setColor(QPalette::ToolTipBase, QColor(token.button));
-  for (const QPalette::ColorRole role :
-       {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
-    palette.setColor(role, text);
-    palette.setColor(QPalette::Disabled, role, QColor(token.disabled));
-  }
-  palette.setColor(QPalette::PlaceholderText, QColor(token.secondary));
-  palette.setColor(QPalette::Disabled, QPalette::PlaceholderText, QColor(token.disabled));
-  palette.setColor(QPalette::Highlight, QColor(token.accent));
-  palette.setColor(QPalette::HighlightedText, Qt::white);
-  palette.setColor(QPalette::Link, QColor(token.accent));
-  return palette;
-}
 
 void install() {
   QApplication::setWindowIcon(windowIcon());

@@ -1,12 +1,8 @@
 #pragma once
 
-#include <QPalette>
-
 /// How the program looks on a desktop that brings no style of its own: flat areas, quiet colours,
 /// dark or light. On any other desktop its style stands.
 namespace vantrel::ApplicationLook {
-
-[[nodiscard]] QPalette palette(bool dark);
 
 /// Installs the icon of the windows, and the style and the fonts unless the desktop has a style,
 /// and follows the desktop's wish for dark or light windows from then on. Needs the QApplication.

@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "controls/device_pixels.h"
+#include "editor/quiet_slider.h"
 
 namespace vantrel {
 namespace {
@@ -156,6 +157,16 @@ void QuietStyle::drawControl(ControlElement element, const QStyleOption* option,
   QProxyStyle::drawControl(element, option, painter, widget);
 }
 
+void QuietStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                    QPainter* painter, const QWidget* widget) const {
+  const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
+  if (control != CC_Slider || !slider || slider->orientation != Qt::Horizontal) {
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+    return;
+  }
+  QuietSlider::draw(*slider, subControlRect(CC_Slider, option, SC_SliderHandle, widget), *painter);
+}
+
 QSize QuietStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
                                    const QSize& contents, const QWidget* widget) const {
   const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
@@ -186,6 +197,10 @@ int QuietStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
       return kToolBarSpacing;
     case PM_MenuBarHMargin:
       return kMenuBarMargin;
+    case PM_SliderLength:
+    case PM_SliderThickness:
+    case PM_SliderControlThickness:
+      return QuietSlider::kKnob;
     case PM_ToolBarFrameWidth:
     case PM_MenuBarVMargin:
     case PM_MenuBarPanelWidth:
@@ -200,6 +215,8 @@ int QuietStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
 int QuietStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                           QStyleHintReturn* returned) const {
   switch (hint) {
+    case SH_Slider_AbsoluteSetButtons:
+      return Qt::LeftButton;
     case SH_UnderlineShortcut:
     case SH_DialogButtonBox_ButtonsHaveIcons:
     case SH_EtchDisabledText:

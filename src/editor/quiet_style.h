@@ -6,7 +6,7 @@ namespace vantrel {
 
 /// Flat fields, buttons and bars over the toolkit's own style. Colours come from the palette:
 /// fields are Base, buttons Button, borders Mid, lines between areas Midlight, bars AlternateBase,
-/// focus Highlight.
+/// focus Highlight, tracks of sliders Dark.
 class QuietStyle final : public QProxyStyle {
   Q_OBJECT
 
@@ -17,6 +17,8 @@ class QuietStyle final : public QProxyStyle {
                      const QWidget* widget) const override;
   void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                    const QWidget* widget) const override;
+  void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                          QPainter* painter, const QWidget* widget) const override;
   [[nodiscard]] QSize sizeFromContents(ContentsType type, const QStyleOption* option,
                                        const QSize& contents, const QWidget* widget) const override;
   [[nodiscard]] QRect subElementRect(SubElement element, const QStyleOption* option,

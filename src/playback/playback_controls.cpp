@@ -4,17 +4,14 @@
 #include <QHideEvent>
 #include <QLabel>
 #include <QShowEvent>
-#include <QSignalBlocker>
-#include <QSlider>
 #include <QToolButton>
-#include <algorithm>
-#include <cmath>
-#include <limits>
 
 #include "controls/symbol_icon.h"
 #include "controls/tabular_digits.h"
 #include "platform/desktop/formatting.h"
+#include "playback/play_button.h"
 #include "playback/playback_state.h"
+#include "playback/position_slider.h"
 
 namespace vantrel {
 namespace {
@@ -23,19 +20,8 @@ namespace {
 constexpr int kSpacing = 8;
 constexpr int kSymbolSize = 18;
 constexpr int kCaptionSize = 11;
-/// Steps of the slider in a second, and those of an arrow key and of a page.
-constexpr int kTicks = 600;
-constexpr int kArrowTicks = kTicks / 10;
-constexpr int kPageTicks = kTicks * 5;
 
-int ticks(double seconds) {
-  return static_cast<int>(
-      std::min<double>(std::round(seconds * kTicks), std::numeric_limits<int>::max()));
-}
-
-QToolButton* symbolButton(QWidget* parent) {
-  auto* const button = new QToolButton(parent);
-  button->setAutoRaise(true);
+QToolButton* withSymbolSize(QToolButton* button) {
   button->setFixedSize(kSymbolSize, kSymbolSize);
   button->setIconSize({kSymbolSize, kSymbolSize});
   return button;
@@ -46,10 +32,10 @@ QToolButton* symbolButton(QWidget* parent) {
 PlaybackControls::PlaybackControls(QWidget* parent)
     : QWidget(parent),
       m_playback(new PlaybackState(this)),
-      m_play(symbolButton(this)),
-      m_slider(new QSlider(Qt::Horizontal, this)),
+      m_play(withSymbolSize(new PlayButton(*m_playback, this))),
+      m_slider(new PositionSlider(*m_playback, this)),
       m_time(new QLabel(this)),
-      m_mute(symbolButton(this)) {
+      m_mute(withSymbolSize(new QToolButton(this))) {
   auto* const row = new QHBoxLayout(this);
   row->setContentsMargins({});
   row->setSpacing(kSpacing);
@@ -62,30 +48,19 @@ PlaybackControls::PlaybackControls(QWidget* parent)
   font.setPixelSize(kCaptionSize);
   m_time->setFont(font);
   m_time->setTextFormat(Qt::PlainText);
-  m_slider->setAccessibleName(tr("Playback position"));
-  m_slider->setSingleStep(kArrowTicks);
-  m_slider->setPageStep(kPageTicks);
+  m_mute->setAutoRaise(true);
 
   connectState();
   setEnabled(false);
-  showPlaying();
   showMuted();
-  showPosition();
+  showTime();
 }
 
 void PlaybackControls::connectState() {
-  connect(m_play, &QToolButton::clicked, m_playback, &PlaybackState::togglePlayback);
   connect(m_mute, &QToolButton::clicked, m_playback, &PlaybackState::toggleMute);
-  connect(m_slider, &QSlider::sliderPressed, m_playback,
-          [this] { m_playback->setScrubbing(true); });
-  connect(m_slider, &QSlider::sliderReleased, m_playback,
-          [this] { m_playback->setScrubbing(false); });
-  connect(m_slider, &QSlider::valueChanged, m_playback,
-          [this](int value) { m_playback->setSeekPosition(static_cast<double>(value) / kTicks); });
-  connect(m_playback, &PlaybackState::isPlayingChanged, this, &PlaybackControls::showPlaying);
   connect(m_playback, &PlaybackState::isMutedChanged, this, &PlaybackControls::showMuted);
-  connect(m_playback, &PlaybackState::positionChanged, this, &PlaybackControls::showPosition);
-  connect(m_playback, &PlaybackState::durationChanged, this, &PlaybackControls::showPosition);
+  connect(m_playback, &PlaybackState::positionChanged, this, &PlaybackControls::showTime);
+  connect(m_playback, &PlaybackState::durationChanged, this, &PlaybackControls::showTime);
   connect(m_playback, &PlaybackState::playerChanged, this,
           [this] { setEnabled(m_playback->player() != nullptr); });
 }
@@ -108,16 +83,7 @@ void PlaybackControls::hideEvent(QHideEvent* event) {
 
 void PlaybackControls::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  if (event->type() != QEvent::PaletteChange) return;
-  showPlaying();
-  showMuted();
-}
-
-void PlaybackControls::showPlaying() {
-  const bool playing = m_playback->isPlaying();
-  m_play->setIcon(
-      symbolIcon(playing ? QStringLiteral("pause") : QStringLiteral("play"), palette()));
-  m_play->setAccessibleName(playing ? tr("Pause") : tr("Play"));
+  if (event->type() == QEvent::PaletteChange) showMuted();
 }
 
 void PlaybackControls::showMuted() {
@@ -129,16 +95,9 @@ void PlaybackControls::showMuted() {
   m_mute->setToolTip(text);
 }
 
-void PlaybackControls::showPosition() {
-  const double position = m_playback->seekPosition();
-  const double duration = m_playback->duration();
-  {
-    const QSignalBlocker quiet(m_slider);
-    m_slider->setMaximum(ticks(std::max(duration, PlaybackState::kLeastRange)));
-    if (!m_slider->isSliderDown()) m_slider->setValue(ticks(position));
-  }
-  m_time->setText(CropFormatting::fixed(position, 1) + QStringLiteral(" / ") +
-                  CropFormatting::fixed(duration, 1) + QStringLiteral(" s"));
+void PlaybackControls::showTime() {
+  m_time->setText(CropFormatting::fixed(m_playback->seekPosition(), 1) + QStringLiteral(" / ") +
+                  CropFormatting::fixed(m_playback->duration(), 1) + QStringLiteral(" s"));
 }
 
 }  // namespace vantrel

@@ -36,9 +36,8 @@ class PlaybackControls final : public QWidget {
 
  private:
   void connectState();
-  void showPlaying();
   void showMuted();
-  void showPosition();
+  void showTime();
 
   PlaybackState* m_playback;
   QPointer<Player> m_player;

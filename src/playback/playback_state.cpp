@@ -57,7 +57,11 @@ void PlaybackState::observe(Player& player) {
   connect(&player, &Player::ended, this, [this] {
     m_reachedEnd = true;
     setPosition(m_duration);
-    setPlaying(false);
+    if (m_isLooping && !m_scrubbing) {
+      restart();
+    } else {
+      setPlaying(false);
+    }
   });
 }
 

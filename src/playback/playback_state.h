@@ -31,6 +31,7 @@ class PlaybackState final : public QObject {
   [[nodiscard]] bool isMuted() const { return m_isMuted; }
   /// Seconds.
   [[nodiscard]] double duration() const { return m_duration; }
+  [[nodiscard]] bool isLooping() const { return m_isLooping; }
 
   void setDuration(double seconds);
   /// Null for none. The player outlives the connection or is destroyed first; either is fine.
@@ -38,6 +39,8 @@ class PlaybackState final : public QObject {
   void disconnectPlayer();
   void togglePlayback();
   void toggleMute();
+  /// Whether it starts over when the movie has ended; counts from the next end on.
+  void setLooping(bool looping) { m_isLooping = looping; }
   /// The user takes hold of the slider, or lets go.
   void setScrubbing(bool scrubbing);
   /// The slider's value.
@@ -64,6 +67,7 @@ class PlaybackState final : public QObject {
   double m_position = 0;
   bool m_isPlaying = false;
   bool m_isMuted = false;
+  bool m_isLooping = false;
   double m_duration = 0;
   bool m_scrubbing = false;
   bool m_resumeAfterScrubbing = false;

@@ -4,14 +4,20 @@
 
 #include "base/failure.h"
 #include "platform/desktop/atomic_file.h"
+#include "platform/image/image_reader.h"
 
 namespace vantrel {
 
-ExportReviewDocument::ExportReviewDocument(FinishedExport finished, QObject* parent)
-    : QObject(parent), m_export(std::move(finished)) {}
+ExportReviewDocument::ExportReviewDocument(FinishedExport finished, OpenPlayer open,
+                                           QObject* parent)
+    : QObject(parent), m_export(std::move(finished)), m_open(std::move(open)) {}
 
 ExportReviewDocument::~ExportReviewDocument() {
   close();
+}
+
+bool ExportReviewDocument::showsImage() const {
+  return contentType().isImage() && ImageReader::open(temporaryExportPath());
 }
 
 QString ExportReviewDocument::filenameExtension() const {
@@ -49,8 +55,42 @@ void ExportReviewDocument::finishSave(BackgroundTask<void>::Outcome outcome) {
 void ExportReviewDocument::close() {
   if (std::exchange(m_closed, true)) return;
   m_save.reset();
+  releasePlayer();
   m_export.file.remove();
   Q_EMIT closed();
+}
+
+void ExportReviewDocument::openPlayer() {
+  if (m_opening || m_player || isClosed()) return;
+  m_opening = std::make_unique<BackgroundTask<MakePlayer>>(
+      [open = m_open, path = temporaryExportPath()](const std::stop_token& stop) {
+        return open(path, stop);
+      },
+      [this](BackgroundTask<MakePlayer>::Outcome outcome) { takePlayer(std::move(outcome)); });
+}
+
+void ExportReviewDocument::takePlayer(BackgroundTask<MakePlayer>::Outcome outcome) {
+  m_opening.reset();
+  try {
+    m_player = outcome.get()();
+  } catch (const std::exception&) {
+    return;
+  }
+  m_playback.setDuration(m_player->duration());
+  m_playback.connectTo(m_player.get());
+}
+
+void ExportReviewDocument::toggleLoop() {
+  m_playback.setLooping(!m_playback.isLooping());
+  Q_EMIT loopEnabledChanged();
+}
+
+void ExportReviewDocument::releasePlayer() {
+  m_opening.reset();
+  m_playback.disconnectPlayer();
+  if (!m_player) return;
+  m_player->pause();
+  m_player.reset();
 }
 
 }  // namespace vantrel

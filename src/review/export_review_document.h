@@ -7,17 +7,20 @@
 
 #include "export/finished_export.h"
 #include "platform/desktop/background_task.h"
+#include "playback/playback_state.h"
+#include "review/player_opening.h"
 
 namespace vantrel {
 
 /// A finished export that waits to be looked at and saved. It owns the temporary file: saving
-/// copies it, closing deletes it. Unsaved from the start, and saved as often as is wished. Main
-/// thread.
+/// copies it, closing deletes it. Unsaved from the start, and saved as often as is wished. It also
+/// plays the file, if that is a movie. Main thread.
 class ExportReviewDocument final : public QObject {
   Q_OBJECT
 
  public:
-  explicit ExportReviewDocument(FinishedExport finished, QObject* parent = nullptr);
+  explicit ExportReviewDocument(FinishedExport finished, OpenPlayer open = &openMoviePlayer,
+                                QObject* parent = nullptr);
   /// Closes.
   ~ExportReviewDocument() override;
 
@@ -32,6 +35,15 @@ class ExportReviewDocument final : public QObject {
   [[nodiscard]] bool isSaving() const { return m_save != nullptr; }
   [[nodiscard]] bool isClosed() const { return m_closed; }
 
+  /// Whether the file is to be seen as an image: it is one, and can be read as one.
+  [[nodiscard]] bool showsImage() const;
+  /// Null until it is open, and after `close`.
+  [[nodiscard]] Player* reviewPlayer() const { return m_player.get(); }
+  /// Follows reviewPlayer.
+  [[nodiscard]] PlaybackState& playback() { return m_playback; }
+  /// Whether the movie starts over at its end; not so from the start.
+  [[nodiscard]] bool loopEnabled() const { return m_playback.isLooping(); }
+
   /// Without a point: "jpg" for a JPEG, otherwise the type's own, "mov" if it has none.
   [[nodiscard]] QString filenameExtension() const;
   /// What a save dialog proposes: the title, with the extension if it does not end in it.
@@ -40,7 +52,12 @@ class ExportReviewDocument final : public QObject {
   /// Copies the file in the background; ends in `saved` or `saveFailed`. Nothing while another save
   /// runs or after `close`.
   void save(const std::filesystem::path& destination);
-  /// Cancels a save that runs and deletes the temporary file. Again: nothing.
+  /// Opens the file in the background for playing; nothing plays by itself. What cannot be played
+  /// leaves no player. Again or after `close`: nothing.
+  void openPlayer();
+  /// Counts from the next end of the movie on.
+  void toggleLoop();
+  /// Cancels a save that runs, gives up the player, and deletes the temporary file. Again: nothing.
   void close();
 
  Q_SIGNALS:
@@ -48,14 +65,22 @@ class ExportReviewDocument final : public QObject {
   /// The document is as it was; `message` is for the user.
   void saveFailed(const QString& message);
   void closed();
+  void loopEnabledChanged();
 
  private:
   void finishSave(BackgroundTask<void>::Outcome outcome);
+  void takePlayer(BackgroundTask<MakePlayer>::Outcome outcome);
+  void releasePlayer();
 
   FinishedExport m_export;
+  const OpenPlayer m_open;
   bool m_unsaved = true;
   bool m_closed = false;
   std::unique_ptr<BackgroundTask<void>> m_save;
+  /// Until its outcome is there.
+  std::unique_ptr<BackgroundTask<MakePlayer>> m_opening;
+  std::unique_ptr<Player> m_player;
+  PlaybackState m_playback;
 };
 
 }  // namespace vantrel

@@ -9,6 +9,7 @@
 #include "platform/image/image_reader.h"
 #include "platform/image/scaled_renderer.h"
 #include "review/export_information.h"
+#include "review/fitted_rect.h"
 
 namespace vantrel {
 namespace {
@@ -51,12 +52,6 @@ ImageReviewView::ImageReviewView(const std::filesystem::path& file, const Export
 
 bool ImageReviewView::isImageShown() const {
   return !m_preview->image().isNull() && !m_preview->isRendering();
-}
-
-QRectF ImageReviewView::fittedRect(const QSizeF& image, const QSizeF& view) {
-  if (image.isEmpty() || view.isEmpty()) return {};
-  const QSizeF size = image.scaled(view, Qt::KeepAspectRatio);
-  return {QPointF((view.width() - size.width()) / 2, (view.height() - size.height()) / 2), size};
 }
 
 void ImageReviewView::paintEvent(QPaintEvent* /*event*/) {

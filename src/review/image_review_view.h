@@ -21,10 +21,6 @@ class ImageReviewView final : public QWidget {
   /// Whether what is on the screen is the image at its present size.
   [[nodiscard]] bool isImageShown() const;
 
-  /// Where an image of `image` pixels lies in a view of `view` points: in the middle, as large as
-  /// fits. Empty when either is.
-  [[nodiscard]] static QRectF fittedRect(const QSizeF& image, const QSizeF& view);
-
  protected:
   void paintEvent(QPaintEvent* event) override;
 

@@ -13,6 +13,7 @@
 #include "controls/message_layout.h"
 #include "controls/window_title.h"
 #include "review/image_review_view.h"
+#include "review/video_review_view.h"
 
 namespace vantrel {
 namespace {
@@ -25,8 +26,12 @@ ReviewWindow::ReviewWindow(std::unique_ptr<ExportReviewDocument> document, QWidg
     : QMainWindow(parent), m_document(std::move(document)) {
   setAttribute(Qt::WA_DeleteOnClose);
   buildMenu();
-  setCentralWidget(
-      new ImageReviewView(m_document->temporaryExportPath(), m_document->summary(), this));
+  if (m_document->showsImage()) {
+    setCentralWidget(
+        new ImageReviewView(m_document->temporaryExportPath(), m_document->summary(), this));
+  } else {
+    showVideo();
+  }
   const QRect place = placeIn(screen()->availableGeometry());
   resize(place.size());
   move(place.topLeft());
@@ -34,6 +39,31 @@ ReviewWindow::ReviewWindow(std::unique_ptr<ExportReviewDocument> document, QWidg
   connect(m_document.get(), &ExportReviewDocument::saved, this, &ReviewWindow::finishSave);
   connect(m_document.get(), &ExportReviewDocument::saveFailed, this,
           &ReviewWindow::showSaveFailure);
+}
+
+void ReviewWindow::showVideo() {
+  m_video = new VideoReviewView(*m_document, this);
+  setCentralWidget(m_video);
+  m_video->setFocus();
+  connect(m_video, &VideoReviewView::fullScreenRequested, this, &ReviewWindow::setFullScreen);
+}
+
+void ReviewWindow::setFullScreen(bool isFullScreen) {
+  setWindowState(windowState().setFlag(Qt::WindowFullScreen, isFullScreen));
+}
+
+void ReviewWindow::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() != QEvent::WindowStateChange || !m_video) return;
+  menuBar()->setVisible(!isFullScreen());
+  // Keys of a menu bar that is hidden would have no effect.
+  addActions(m_fileMenu->actions());
+  m_video->setFullScreen(isFullScreen());
+}
+
+ReviewWindow::~ReviewWindow() {
+  // The view is of the document.
+  delete takeCentralWidget();
 }
 
 QRect ReviewWindow::placeIn(const QRect& room) {

@@ -10,6 +10,8 @@ class QCloseEvent;
 
 namespace vantrel {
 
+class VideoReviewView;
+
 /// The window of a finished export: it shows the file and asks for what the document needs to know:
 /// where to save, and whether to when it is closed unsaved. Closing it deletes it and its document.
 class ReviewWindow final : public QMainWindow {
@@ -17,6 +19,7 @@ class ReviewWindow final : public QMainWindow {
 
  public:
   explicit ReviewWindow(std::unique_ptr<ExportReviewDocument> document, QWidget* parent = nullptr);
+  ~ReviewWindow() override;
 
   [[nodiscard]] ExportReviewDocument& document() { return *m_document; }
   /// For the application's own items.
@@ -33,10 +36,13 @@ class ReviewWindow final : public QMainWindow {
   void closeRefused();
 
  protected:
+  void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
  private:
   void buildMenu();
+  void showVideo();
+  void setFullScreen(bool isFullScreen);
   void updateTitle();
   void askBeforeClosing();
   void refuseClose();
@@ -44,6 +50,8 @@ class ReviewWindow final : public QMainWindow {
   void showSaveFailure(const QString& message);
 
   std::unique_ptr<ExportReviewDocument> m_document;
+  /// Null for images.
+  VideoReviewView* m_video = nullptr;
   QMenu* m_fileMenu = nullptr;
   QAction* m_saveAction = nullptr;
   bool m_asking = false;

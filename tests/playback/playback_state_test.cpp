@@ -222,6 +222,36 @@ TEST_F(PlaybackStateTest, AStateThatIsGoneIsNotTold) {
   EXPECT_THAT(player.log, ElementsAre("seek 0/600"));
 }
 
+TEST_F(PlaybackStateTest, ALoopStartsOverAtTheEnd) {
+  state.setLooping(true);
+  playToTheEnd();
+  EXPECT_THAT(player.log, ElementsAre("seek 0/600"));
+  EXPECT_TRUE(state.isPlaying());
+  player.land(true);
+  EXPECT_THAT(player.log, ElementsAre("seek 0/600", "play"));
+  EXPECT_TRUE(state.isPlaying());
+  state.togglePlayback();
+  player.time = 5;
+  player.log.clear();
+  state.togglePlayback();
+  EXPECT_THAT(player.log, ElementsAre("play")) << "it is no longer at the end";
+}
+
+TEST_F(PlaybackStateTest, APauseEndsALoopThatStartsOver) {
+  state.setLooping(true);
+  playToTheEnd();
+  state.togglePlayback();
+  player.land(true);
+  EXPECT_THAT(player.log, ElementsAre("seek 0/600", "pause"));
+  EXPECT_FALSE(state.isPlaying());
+}
+
+TEST_F(PlaybackStateTest, ALoopChosenAtTheEndWaitsForTheNext) {
+  playToTheEnd();
+  state.setLooping(true);
+  EXPECT_THAT(player.log, IsEmpty());
+}
+
 TEST_F(PlaybackStateTest, TakingHoldOfTheSliderPauses) {
   start();
   state.setScrubbing(true);

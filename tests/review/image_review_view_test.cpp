@@ -23,13 +23,6 @@ ExportSummary summaryOf(double width, double height) {
   return summary;
 }
 
-TEST(ImageReviewView, FitsTheImageIntoTheMiddle) {
-  EXPECT_EQ(ImageReviewView::fittedRect({200, 100}, {800, 600}), QRectF(0, 100, 800, 400));
-  EXPECT_EQ(ImageReviewView::fittedRect({100, 200}, {800, 600}), QRectF(250, 0, 300, 600));
-  EXPECT_TRUE(ImageReviewView::fittedRect({0, 0}, {800, 600}).isEmpty());
-  EXPECT_TRUE(ImageReviewView::fittedRect({10, 10}, {0, 600}).isEmpty());
-}
-
 TEST(ImageReviewView, ShowsTheFileAndTheSummary) {
   const testing::TemporaryFolder folder;
   testing::PngSpec spec;

@@ -12,12 +12,13 @@ namespace vantrel::testing {
 /// A player that plays nothing: it writes down what it is asked, and seeks land when the test says.
 class FakePlayer final : public Player {
  public:
-  [[nodiscard]] std::shared_ptr<const VideoPicture> picture() const override { return nullptr; }
+  [[nodiscard]] std::shared_ptr<const VideoPicture> picture() const override {
+    return shownPicture;
+  }
   [[nodiscard]] double currentTime() const override { return time; }
-  [[nodiscard]] double duration() const override { return 10; }
+  [[nodiscard]] double duration() const override { return length; }
   [[nodiscard]] double rate() const override { return m_rate; }
   [[nodiscard]] bool isMuted() const override { return m_isMuted; }
-  [[nodiscard]] bool isLooping() const override { return m_isLooping; }
 
   void play() override {
     log.emplace_back("play");
@@ -32,7 +33,6 @@ class FakePlayer final : public Player {
     m_isMuted = muted;
     Q_EMIT mutedChanged();
   }
-  void setLooping(bool looping) override { m_isLooping = looping; }
   using Player::seek;
   void seek(MediaTime to, SeekDone done) override {
     log.push_back("seek " + std::to_string(to.ticks) + "/" + std::to_string(to.timescale) +
@@ -55,14 +55,15 @@ class FakePlayer final : public Player {
   /// How many connections listen to its time.
   [[nodiscard]] int observers() const { return receivers(SIGNAL(timeChanged(double))); }
 
+  std::shared_ptr<const VideoPicture> shownPicture;
   double time = 0;
+  double length = 10;
   bool obeysMute = true;
   std::vector<std::string> log;
 
  private:
   double m_rate = 0;
   bool m_isMuted = false;
-  bool m_isLooping = false;
   std::deque<SeekDone> m_seeks;
 };
 

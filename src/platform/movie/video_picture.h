@@ -36,6 +36,11 @@ struct VideoPicture {
 
   std::shared_ptr<const void> owner;
 
+  /// Of the displayed picture, in square pixels.
+  [[nodiscard]] PictureSize displayedSize() const {
+    const bool isTurned = preferredTransform.a == 0;
+    return isTurned ? PictureSize{naturalSize.height, naturalSize.width} : naturalSize;
+  }
   [[nodiscard]] int planeCount() const { return model == Model::Gray ? 1 : 3; }
 };
 

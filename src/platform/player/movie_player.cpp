@@ -82,7 +82,7 @@ class MoviePlayer::Engine final {
   void pause();
   void seek(MediaTime to, SeekDone done);
 
-  bool isMuted = false, isLooping = false;
+  bool isMuted = false;
   void mute(bool muted) { m_sound.setMuted(isMuted = muted); }
 
  private:
@@ -231,10 +231,6 @@ double MoviePlayer::Engine::end() const {
 
 void MoviePlayer::Engine::finish() {
   const double finished = end();
-  if (isLooping && finished > 0) {
-    seek({0, 1}, {});
-    return;
-  }
   stop();
   m_hasEnded = true;
   if (!m_pictures.end()) request(mediaTime(finished), {});
@@ -265,9 +261,6 @@ double MoviePlayer::rate() const {
 bool MoviePlayer::isMuted() const {
   return m_engine->isMuted;
 }
-bool MoviePlayer::isLooping() const {
-  return m_engine->isLooping;
-}
 
 void MoviePlayer::play() {
   m_engine->play();
@@ -283,9 +276,6 @@ void MoviePlayer::setMuted(bool muted) {
   if (muted == m_engine->isMuted) return;
   m_engine->mute(muted);
   Q_EMIT mutedChanged();
-}
-void MoviePlayer::setLooping(bool looping) {
-  m_engine->isLooping = looping;
 }
 
 }  // namespace vantrel

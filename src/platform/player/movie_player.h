@@ -23,12 +23,10 @@ class MoviePlayer final : public Player {
   [[nodiscard]] double duration() const override;
   [[nodiscard]] double rate() const override;
   [[nodiscard]] bool isMuted() const override;
-  [[nodiscard]] bool isLooping() const override;
 
   void play() override;
   void pause() override;
   void setMuted(bool muted) override;
-  void setLooping(bool looping) override;
   using Player::seek;
   void seek(MediaTime to, SeekDone done) override;
 

@@ -27,14 +27,11 @@ class Player : public VideoPictureSource {
   /// Seconds of the movie for each second; 0 while paused.
   [[nodiscard]] virtual double rate() const = 0;
   [[nodiscard]] virtual bool isMuted() const = 0;
-  /// Whether it starts over when it has come to its end.
-  [[nodiscard]] virtual bool isLooping() const = 0;
 
   /// Sets the rate to 1; at the end it starts over.
   virtual void play() = 0;
   virtual void pause() = 0;
   virtual void setMuted(bool muted) = 0;
-  virtual void setLooping(bool looping) = 0;
   /// To the picture that the movie shows at this time. One seek runs at a time; of those asked for
   /// meanwhile only the newest follows. A running movie goes on from there.
   virtual void seek(MediaTime to, SeekDone done) = 0;
@@ -47,7 +44,7 @@ class Player : public VideoPictureSource {
   void mutedChanged();
   /// 60 times a second while the time passes, and after each seek.
   void timeChanged(double seconds);
-  /// Played to the end; the rate is 0, the last picture stays. Not when looping.
+  /// Played to the end; the rate is 0, the last picture stays.
   void ended();
 };
 

@@ -1,0 +1,45 @@
+#include "controls/look_palette.h"
+
+#include <QColor>
+
+namespace vantrel {
+namespace {
+
+struct Tokens {
+  QRgb window, bar, field, button, border, hairline, track;
+  QRgb text, secondary, disabled, accent;
+};
+
+constexpr Tokens kDark{0xff1f2023, 0xff26272b, 0xff17181a, 0xff35363c, 0xff36373d, 0xff2d2e33,
+                       0xff3d3e45, 0xffececef, 0xffa3a5ad, 0xff74767e, 0xff4f8cff};
+constexpr Tokens kLight{0xfff5f5f7, 0xfffbfbfc, 0xffffffff, 0xffffffff, 0xffd3d4da, 0xffe3e4e8,
+                        0xffd9dae0, 0xff1c1d20, 0xff5f626b, 0xff8b8e97, 0xff2f6fed};
+
+}  // namespace
+
+QPalette lookPalette(bool dark) {
+  const Tokens& token = dark ? kDark : kLight;
+  const QColor text(token.text);
+  QPalette palette(QColor(token.button), QColor(token.window));
+  palette.setColor(QPalette::Window, QColor(token.window));
+  palette.setColor(QPalette::Base, QColor(token.field));
+  palette.setColor(QPalette::AlternateBase, QColor(token.bar));
+  palette.setColor(QPalette::Button, QColor(token.button));
+  palette.setColor(QPalette::Mid, QColor(token.border));
+  palette.setColor(QPalette::Midlight, QColor(token.hairline));
+  palette.setColor(QPalette::Dark, QColor(token.track));
+  palette.setColor(QPalette::ToolTipBase, QColor(token.button));
+  for (const QPalette::ColorRole role :
+       {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
+    palette.setColor(role, text);
+    palette.setColor(QPalette::Disabled, role, QColor(token.disabled));
+  }
+  palette.setColor(QPalette::PlaceholderText, QColor(token.secondary));
+  palette.setColor(QPalette::Disabled, QPalette::PlaceholderText, QColor(token.disabled));
+  palette.setColor(QPalette::Highlight, QColor(token.accent));
+  palette.setColor(QPalette::HighlightedText, Qt::white);
+  palette.setColor(QPalette::Link, QColor(token.accent));
+  return palette;
+}
+
+}  // namespace vantrel

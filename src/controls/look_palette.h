@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QPalette>
+
+namespace vantrel {
+
+/// The program's own colours, dark or light: fields are Base, buttons Button, borders Mid, lines
+/// between areas Midlight, bars AlternateBase, tracks of sliders Dark, secondary text
+/// PlaceholderText, focus and selection Highlight.
+[[nodiscard]] QPalette lookPalette(bool dark);
+
+}  // namespace vantrel

@@ -1,0 +1,76 @@
+#include "editor/quiet_slider.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QPalette>
+#include <QStyleOptionSlider>
+#include <algorithm>
+#include <cmath>
+
+#include "controls/device_pixels.h"
+
+namespace vantrel::QuietSlider {
+namespace {
+
+// Points.
+constexpr double kTrack = 4;
+constexpr double kFocusWidth = 2;
+
+constexpr double kDisabledOpacity = 0.45;
+constexpr int kPressDarker = 108;
+constexpr QColor kKnobEdge(0, 0, 0, 46);
+
+// Sizes in device pixels.
+
+void drawTrack(const QStyleOptionSlider& option, const QRectF& rect, const QRectF& disc,
+               QPainter& painter) {
+  const double scale = disc.width() / kKnob;
+  const double height = std::max(2.0, 2 * std::round(kTrack * scale / 2));
+  const QRectF track(rect.x(), disc.center().y() - height / 2, rect.width(), height);
+  // Nothing of it is seen through a translucent knob.
+  QPainterPath around, knob;
+  around.addRect(rect);
+  knob.addEllipse(disc);
+  painter.setClipPath(around - knob);
+  painter.setBrush(option.palette.color(QPalette::Dark));
+  painter.drawRoundedRect(track, height / 2, height / 2);
+  QRectF filled = track;
+  if (option.upsideDown) {
+    filled.setLeft(disc.center().x());
+  } else {
+    filled.setRight(disc.center().x());
+  }
+  painter.setBrush(option.palette.color(QPalette::Active, QPalette::Highlight));
+  painter.drawRoundedRect(filled, height / 2, height / 2);
+  painter.setClipping(false);
+}
+
+void drawKnob(const QStyleOptionSlider& option, const QRectF& disc, QPainter& painter) {
+  const double scale = disc.width() / kKnob;
+  const bool isFocused = option.state.testFlag(QStyle::State_HasFocus) &&
+                         option.state.testFlag(QStyle::State_KeyboardFocusChange);
+  const double line = isFocused ? std::round(kFocusWidth * scale) : std::max(1.0, std::floor(scale));
+  painter.setPen(QPen(isFocused ? option.palette.color(QPalette::Highlight) : kKnobEdge, line));
+  const bool isHeld = option.state.testFlag(QStyle::State_Sunken);
+  painter.setBrush(QColor(Qt::white).darker(isHeld ? kPressDarker : 100));
+  painter.drawEllipse(disc.adjusted(line / 2, line / 2, -line / 2, -line / 2));
+}
+
+}  // namespace
+
+void draw(const QStyleOptionSlider& option, const QRect& knob, QPainter& painter) {
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  if (!option.state.testFlag(QStyle::State_Enabled)) painter.setOpacity(kDisabledOpacity);
+  const double scale = painter.deviceTransform().m11();
+  const QRectF rect = toDevicePixels(painter, option.rect);
+  const double side = std::round(kKnob * scale);
+  const QRectF disc(rect.x() + std::round((knob.x() - option.rect.x()) * scale),
+                    rect.y() + std::floor((rect.height() - side) / 2), side, side);
+  drawTrack(option, rect, disc, painter);
+  drawKnob(option, disc, painter);
+  painter.restore();
+}
+
+}  // namespace vantrel::QuietSlider
