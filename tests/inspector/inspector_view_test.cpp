@@ -50,6 +50,23 @@ TEST_F(InspectorViewTest, ShowsTheMargins) {
   EXPECT_EQ(view.footer()->statusLabel()->text(), QStringLiteral("636 × 474 px · PNG"));
 }
 
+TEST_F(InspectorViewTest, ShowsWhatAVideoHasOfTheFacts) {
+  source.imageSource->colorProfileName = QStringLiteral("Wide");
+  show();
+  source.imageSource.reset();
+  source.sourceBytes = 34'000;
+  view.setSource(source);
+  QStringList shown;
+  for (const QLabel* label : view.findChildren<QLabel*>()) {
+    if (label->isVisible()) shown << label->text();
+  }
+  EXPECT_TRUE(shown.contains(QStringLiteral("640 × 480")));
+  EXPECT_TRUE(shown.contains(QStringLiteral("34 kB")));
+  EXPECT_FALSE(shown.contains(QStringLiteral("Format")));
+  EXPECT_FALSE(shown.contains(QStringLiteral("Wide")));
+  EXPECT_EQ(view.footer()->statusLabel()->text(), QStringLiteral("640 × 480 px · HEVC"));
+}
+
 TEST_F(InspectorViewTest, SetsALegalMargin) {
   history.setCrop({0, 0, 100, 0});
   show();
