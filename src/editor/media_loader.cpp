@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "base/failure.h"
+#include "editor/portal_transfer.h"
 #include "editor/text_editing.h"
 #include "export/video_geometry.h"
 #include "platform/desktop/bundled_file.h"
@@ -78,6 +79,13 @@ CropEdit initialVideoEdit(const SourceFile& file, EncodingSettings::Codec lastCo
   return edit;
 }
 
+/// The first that is a file of this computer, or else the first.
+QUrl firstFile(const QList<QUrl>& urls) {
+  const auto local = std::find_if(urls.begin(), urls.end(), std::mem_fn(&QUrl::isLocalFile));
+  if (local != urls.end()) return *local;
+  return urls.value(0);
+}
+
 }  // namespace
 
 MediaLoader::MediaLoader(EditorState& state, QObject* parent) : QObject(parent), m_state(state) {}
@@ -138,17 +146,33 @@ void MediaLoader::loadSample(const std::optional<std::filesystem::path>& sample)
 }
 
 bool MediaLoader::acceptsMedia(const QMimeData& data) const {
-  return !m_state.busy() && data.hasUrls() && !data.urls().isEmpty();
+  return !m_state.busy() && (!data.urls().isEmpty() || PortalTransfer::isOffered(data));
 }
 
 bool MediaLoader::receiveMedia(const QMimeData& data) {
   if (!acceptsMedia(data)) return false;
-  const QList<QUrl> urls = data.urls();
-  const auto local = std::find_if(urls.begin(), urls.end(), std::mem_fn(&QUrl::isLocalFile));
-  const QUrl url = local == urls.end() ? urls.first() : *local;
-  QMetaObject::invokeMethod(
-      this, [this, url] { receiveUrl(url); }, Qt::QueuedConnection);
+  const QUrl url = firstFile(data.urls());
+  if (const auto key = PortalTransfer::keyOf(data)) {
+    PortalTransfer::retrieve(*key, *this,
+                             [this, url](const QStringList& paths, const QString& error) {
+                               receivePortalFiles(paths, url, error);
+                             });
+  } else {
+    QMetaObject::invokeMethod(
+        this, [this, url] { receiveUrl(url); }, Qt::QueuedConnection);
+  }
   return true;
+}
+
+void MediaLoader::receivePortalFiles(const QStringList& paths, const QUrl& otherwise,
+                                     const QString& error) {
+  if (!paths.isEmpty()) {
+    receiveUrl(QUrl::fromLocalFile(paths.first()));
+  } else if (otherwise.isLocalFile() || error.isEmpty()) {
+    receiveUrl(otherwise);
+  } else if (!m_state.busy()) {
+    m_state.setOpenError(error);
+  }
 }
 
 void MediaLoader::receiveUrl(const QUrl& url) {

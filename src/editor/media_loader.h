@@ -45,6 +45,7 @@ class MediaLoader final : public QObject {
  private:
   [[nodiscard]] static std::optional<std::filesystem::path> bundledSample();
   void receiveUrl(const QUrl& url);
+  void receivePortalFiles(const QStringList& paths, const QUrl& otherwise, const QString& error);
   void finish(int64_t load, BackgroundTask<SourceFile>::Outcome outcome);
 
   EditorState& m_state;
