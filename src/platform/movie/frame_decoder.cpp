@@ -19,7 +19,7 @@ constexpr int64_t kLatestTime = int64_t{1} << 52;
 constexpr int kMostBeforeKeyFrame = 600;
 /// Seconds that are decoded rather than sought past where the file has no index.
 constexpr int64_t kNotWorthSeeking = 1;
-/// How far before the wanted time the second attempt of a seek begins, in seconds.
+/// How far before the wanted time a seek begins once more, in seconds.
 constexpr int64_t kFirstStepBack = 2;
 
 bool isTime(int64_t time) {
@@ -108,6 +108,7 @@ bool FrameDecoder::send() {
   }
   if (!isWanted(*m_packet)) return true;
   ++m_packets;
+  if (m_firstDecodingTime == AV_NOPTS_VALUE) m_firstDecodingTime = m_packet->dts;
   countLost(*m_packet);
   noteTimeOf(*m_packet);
   chooseDiscard(*m_packet);
@@ -184,7 +185,7 @@ void FrameDecoder::restart() {
   m_ahead.reset();
   m_isDraining = false;
   m_decodingTimes.clear();
-  m_lastTime = AV_NOPTS_VALUE;
+  m_lastTime = m_firstDecodingTime = AV_NOPTS_VALUE;
   m_earliestTime = INT64_MIN;
   m_awaitsKeyFrame = m_passesOver = true;
   m_passedOver = 0;
@@ -194,17 +195,23 @@ void FrameDecoder::restart() {
 
 void FrameDecoder::seek(int64_t time) {
   const AVRational timeBase = stream().time_base;
-  // A picture that comes before its key frame needs the key frame before that one.
-  for (int64_t step = 0; step <= kLatestTime; step = std::max(kFirstStepBack, step * 2)) {
-    const int64_t back = av_rescale_q(step, {1, 1}, timeBase);
-    if (step > 0 && back > kLatestTime) break;
-    if (!m_demuxer.seek(time - back)) break;
+  const int64_t start = stream().start_time;
+  int64_t from = time;
+  for (int64_t step = 0; time - from <= kLatestTime && m_demuxer.seek(from);) {
     restart();
     AvFramePtr frame = next();
     const bool isEarly = frame && frame->pts <= time;
     m_ahead = std::move(frame);
     if (isEarly) return;
-    if (stream().start_time == AV_NOPTS_VALUE || time - back <= stream().start_time) break;
+    if (start == AV_NOPTS_VALUE || from <= start) break;
+    // A picture that comes before its key frame needs the key frame before that one.
+    if (step == 0 && isTime(m_firstDecodingTime) && m_firstDecodingTime <= from) {
+      from = m_firstDecodingTime - 1;
+      step = 1;
+      continue;
+    }
+    step = std::max(kFirstStepBack, step * 2);
+    from = std::min(from - 1, time - av_rescale_q(step, {1, 1}, timeBase));
   }
   // A format that cannot go back is still where it was.
   (void)m_demuxer.rewind();

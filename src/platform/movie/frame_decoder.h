@@ -65,6 +65,8 @@ class FrameDecoder final {
   /// Read ahead while seeking.
   AvFramePtr m_ahead;
   bool m_isDraining = false;
+  /// Of the first packet that was decoded since the last seek.
+  int64_t m_firstDecodingTime = AV_NOPTS_VALUE;
   /// Until the first packet; or, where decoding may begin anywhere, until a key frame comes, and
   /// so many packets are passed over so far.
   bool m_awaitsKeyFrame = true;
