@@ -64,6 +64,7 @@ void PictureDecoder::seek(MediaTime time, MediaTime lead) {
     const int64_t latest = segment.mediaEnd - segment.tolerance - 1;
     mediaTime = std::min(mediaTime, std::max(segment.mediaStart, latest));
   }
+  if (segment.isFrozen) mediaTime = segment.mediaStart;
   m_wantedFrom = wanted - before;
   m_soughtTime = mediaTime;
   const bool goesOn = canGoOnTo(index, mediaTime);

@@ -274,6 +274,7 @@ TEST_F(EditedMovie, SeeksToAnyTimeOfAnyEdits) {
       ASSERT_TRUE(given || expected == all.end()) << time;
       if (!given) continue;
       auto next = std::find(all.begin(), all.end(), shown(*given));
+      ASSERT_NE(next, all.end()) << time;
       EXPECT_GE(next, earliest) << time;
       EXPECT_LE(next, expected) << time;
       for (auto taken = random() % 6; taken > 0 && ++next != all.end(); --taken) {
