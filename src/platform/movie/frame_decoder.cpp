@@ -101,14 +101,13 @@ AvFramePtr FrameDecoder::receive() {
 
 bool FrameDecoder::send() {
   if (m_isDraining) return false;
-  if (!m_demuxer.read(*m_packet)) {
+  if (!readWanted()) {
     m_isDraining = true;
     avcodec_send_packet(m_decoder.get(), nullptr);
     return true;
   }
-  if (!isWanted(*m_packet)) return true;
+  m_hasPacket = false;
   ++m_packets;
-  if (m_firstDecodingTime == AV_NOPTS_VALUE) m_firstDecodingTime = m_packet->dts;
   countLost(*m_packet);
   noteTimeOf(*m_packet);
   chooseDiscard(*m_packet);
@@ -120,6 +119,12 @@ bool FrameDecoder::send() {
     if (!m_decodingTimes.empty()) m_decodingTimes.pop_front();
   }
   return true;
+}
+
+bool FrameDecoder::readWanted() {
+  while (!m_hasPacket && m_demuxer.read(*m_packet))
+    m_hasPacket = isWanted(*m_packet);
+  return m_hasPacket;
 }
 
 bool FrameDecoder::isWanted(const AVPacket& packet) {
@@ -183,9 +188,9 @@ void FrameDecoder::setTime(AVFrame& frame) {
 void FrameDecoder::restart() {
   avcodec_flush_buffers(m_decoder.get());
   m_ahead.reset();
-  m_isDraining = false;
+  m_isDraining = m_hasPacket = false;
   m_decodingTimes.clear();
-  m_lastTime = m_firstDecodingTime = AV_NOPTS_VALUE;
+  m_lastTime = AV_NOPTS_VALUE;
   m_earliestTime = INT64_MIN;
   m_awaitsKeyFrame = m_passesOver = true;
   m_passedOver = 0;
@@ -199,23 +204,24 @@ void FrameDecoder::seek(int64_t time) {
   int64_t from = time;
   for (int64_t step = 0; time - from <= kLatestTime && m_demuxer.seek(from);) {
     restart();
-    AvFramePtr frame = next();
-    const bool isEarly = frame && frame->pts <= time;
-    m_ahead = std::move(frame);
-    if (isEarly) return;
+    if (beginsBy(time)) return;
     if (start == AV_NOPTS_VALUE || from <= start) break;
     // A picture that comes before its key frame needs the key frame before that one.
-    if (step == 0 && isTime(m_firstDecodingTime) && m_firstDecodingTime <= from) {
-      from = m_firstDecodingTime - 1;
-      step = 1;
-      continue;
-    }
-    step = std::max(kFirstStepBack, step * 2);
-    from = std::min(from - 1, time - av_rescale_q(step, {1, 1}, timeBase));
+    const int64_t keyTime = m_hasPacket ? m_packet->dts : AV_NOPTS_VALUE;
+    const bool isBehindKeyFrame = step == 0 && isTime(keyTime) && keyTime <= from;
+    step = isBehindKeyFrame ? 1 : std::max(kFirstStepBack, step * 2);
+    from = isBehindKeyFrame ? keyTime - 1
+                            : std::min(from - 1, time - av_rescale_q(step, {1, 1}, timeBase));
   }
   // A format that cannot go back is still where it was.
   (void)m_demuxer.rewind();
   restart();
+}
+
+bool FrameDecoder::beginsBy(int64_t time) {
+  if (readWanted() && isTime(m_packet->pts) && m_packet->pts > time) return false;
+  m_ahead = next();
+  return m_ahead && m_ahead->pts <= time;
 }
 
 void FrameDecoder::passOverUntil(int64_t time) {

@@ -48,6 +48,10 @@ class FrameDecoder final {
   [[nodiscard]] AvFramePtr receive();
   /// False at the end of the track.
   [[nodiscard]] bool send();
+  /// The same.
+  [[nodiscard]] bool readWanted();
+  /// Whether the first picture from here comes at or before that time; decodes it if it must.
+  [[nodiscard]] bool beginsBy(int64_t time);
   [[nodiscard]] bool isWanted(const AVPacket& packet);
   void countLost(const AVPacket& packet);
   void noteTimeOf(const AVPacket& packet);
@@ -62,11 +66,11 @@ class FrameDecoder final {
   Demuxer m_demuxer;
   AvCodecContextPtr m_decoder;
   AvPacketPtr m_packet = makePacket();
+  /// Whether the packet waits to be decoded.
+  bool m_hasPacket = false;
   /// Read ahead while seeking.
   AvFramePtr m_ahead;
   bool m_isDraining = false;
-  /// Of the first packet that was decoded since the last seek.
-  int64_t m_firstDecodingTime = AV_NOPTS_VALUE;
   /// Until the first packet; or, where decoding may begin anywhere, until a key frame comes, and
   /// so many packets are passed over so far.
   bool m_awaitsKeyFrame = true;
