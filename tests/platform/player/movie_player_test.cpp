@@ -334,7 +334,7 @@ TEST_F(MoviePlayerTest, EndsWherePicturesGoBadInTheMiddle) {
     player.play();
     EXPECT_TRUE(waitForEnd(player));
     EXPECT_EQ(player.currentTime(), player.duration());
-    for (const int picture : {0, 10, 19, 1}) {
+    for (const int picture : {0, 10, 1, 19}) {
       std::optional<bool> answer;
       player.seek(middleOf(picture), [&answer](bool finished) { answer = finished; });
       EXPECT_TRUE(waitUntil([&answer] { return answer.has_value(); }));
@@ -345,11 +345,19 @@ TEST_F(MoviePlayerTest, EndsWherePicturesGoBadInTheMiddle) {
 }
 
 TEST_F(MoviePlayerTest, EndsWhereTheFileIsCutWhileItIsOpen) {
-  makeBarcodedFilm(film("cut.mov"), kPictures, h264(5));
+  // Far more bytes than are read at once, and the tables in front.
+  makeBarcodedFilm(film("cut.mov"), kPictures,
+                   {"-c:v", "mjpeg", "-q:v", "2", "-movflags", "+faststart"},
+                   ",pad=320:240:0:88,noise=alls=40:allf=t");
   const auto player = opened("cut.mov");
   std::filesystem::resize_file(film("cut.mov"), std::filesystem::file_size(film("cut.mov")) / 2);
   player->play();
-  EXPECT_TRUE(waitForEnd(*player));
+  ASSERT_TRUE(waitForEnd(*player));
+  EXPECT_EQ(player->currentTime(), player->duration());
+  EXPECT_GE(shownNumber(*player), 0);
+  EXPECT_LE(shownNumber(*player), kPictures / 2);
+  EXPECT_EQ(numberSoughtAt(*player, middleOf(kPictures - 1)), -1);
+  EXPECT_EQ(numberSoughtAt(*player, middleOf(2)), 2);
 }
 
 TEST_F(MoviePlayerTest, AnswersSeeksThatItsEndCameBefore) {
