@@ -296,8 +296,6 @@ TEST_F(VideoReviewViewTest, TheControlsStayAwayWhenAMovieStartsOver) {
 
 TEST_F(VideoReviewViewTest, TheControlsStayUnderThePointer) {
   open();
-  // As a pointer that comes from elsewhere.
-  moveTo({5, 300});
   moveTo(controls().geometry().center());
   play();
   rest();
