@@ -19,7 +19,7 @@ constexpr int64_t kLatestTime = int64_t{1} << 52;
 constexpr int kMostBeforeKeyFrame = 600;
 /// Seconds that are decoded rather than sought past where the file has no index.
 constexpr int64_t kNotWorthSeeking = 1;
-/// How far before the wanted time the second attempt of a seek begins, in seconds.
+/// How far before the wanted time a seek begins once more, in seconds.
 constexpr int64_t kFirstStepBack = 2;
 
 bool isTime(int64_t time) {
@@ -101,12 +101,12 @@ AvFramePtr FrameDecoder::receive() {
 
 bool FrameDecoder::send() {
   if (m_isDraining) return false;
-  if (!m_demuxer.read(*m_packet)) {
+  if (!readWanted()) {
     m_isDraining = true;
     avcodec_send_packet(m_decoder.get(), nullptr);
     return true;
   }
-  if (!isWanted(*m_packet)) return true;
+  m_hasPacket = false;
   ++m_packets;
   countLost(*m_packet);
   noteTimeOf(*m_packet);
@@ -119,6 +119,12 @@ bool FrameDecoder::send() {
     if (!m_decodingTimes.empty()) m_decodingTimes.pop_front();
   }
   return true;
+}
+
+bool FrameDecoder::readWanted() {
+  while (!m_hasPacket && m_demuxer.read(*m_packet))
+    m_hasPacket = isWanted(*m_packet);
+  return m_hasPacket;
 }
 
 bool FrameDecoder::isWanted(const AVPacket& packet) {
@@ -182,7 +188,7 @@ void FrameDecoder::setTime(AVFrame& frame) {
 void FrameDecoder::restart() {
   avcodec_flush_buffers(m_decoder.get());
   m_ahead.reset();
-  m_isDraining = false;
+  m_isDraining = m_hasPacket = false;
   m_decodingTimes.clear();
   m_lastTime = AV_NOPTS_VALUE;
   m_earliestTime = INT64_MIN;
@@ -194,21 +200,28 @@ void FrameDecoder::restart() {
 
 void FrameDecoder::seek(int64_t time) {
   const AVRational timeBase = stream().time_base;
-  // A picture that comes before its key frame needs the key frame before that one.
-  for (int64_t step = 0; step <= kLatestTime; step = std::max(kFirstStepBack, step * 2)) {
-    const int64_t back = av_rescale_q(step, {1, 1}, timeBase);
-    if (step > 0 && back > kLatestTime) break;
-    if (!m_demuxer.seek(time - back)) break;
+  const int64_t start = stream().start_time;
+  int64_t from = time;
+  for (int64_t step = 0; time - from <= kLatestTime && m_demuxer.seek(from);) {
     restart();
-    AvFramePtr frame = next();
-    const bool isEarly = frame && frame->pts <= time;
-    m_ahead = std::move(frame);
-    if (isEarly) return;
-    if (stream().start_time == AV_NOPTS_VALUE || time - back <= stream().start_time) break;
+    if (beginsBy(time)) return;
+    if (start == AV_NOPTS_VALUE || from <= start) break;
+    // A picture that comes before its key frame needs the key frame before that one.
+    const int64_t keyTime = m_hasPacket ? m_packet->dts : AV_NOPTS_VALUE;
+    const bool isBehindKeyFrame = step == 0 && isTime(keyTime) && keyTime <= from;
+    step = isBehindKeyFrame ? 1 : std::max(kFirstStepBack, step * 2);
+    from = isBehindKeyFrame ? keyTime - 1
+                            : std::min(from - 1, time - av_rescale_q(step, {1, 1}, timeBase));
   }
   // A format that cannot go back is still where it was.
   (void)m_demuxer.rewind();
   restart();
+}
+
+bool FrameDecoder::beginsBy(int64_t time) {
+  if (readWanted() && isTime(m_packet->pts) && m_packet->pts > time) return false;
+  m_ahead = next();
+  return m_ahead && m_ahead->pts <= time;
 }
 
 void FrameDecoder::passOverUntil(int64_t time) {

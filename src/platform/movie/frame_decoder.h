@@ -48,6 +48,10 @@ class FrameDecoder final {
   [[nodiscard]] AvFramePtr receive();
   /// False at the end of the track.
   [[nodiscard]] bool send();
+  /// The same.
+  [[nodiscard]] bool readWanted();
+  /// Whether the first picture from here comes at or before that time; decodes it if it must.
+  [[nodiscard]] bool beginsBy(int64_t time);
   [[nodiscard]] bool isWanted(const AVPacket& packet);
   void countLost(const AVPacket& packet);
   void noteTimeOf(const AVPacket& packet);
@@ -62,6 +66,8 @@ class FrameDecoder final {
   Demuxer m_demuxer;
   AvCodecContextPtr m_decoder;
   AvPacketPtr m_packet = makePacket();
+  /// Whether the packet waits to be decoded.
+  bool m_hasPacket = false;
   /// Read ahead while seeking.
   AvFramePtr m_ahead;
   bool m_isDraining = false;

@@ -64,17 +64,20 @@ void PictureDecoder::seek(MediaTime time, MediaTime lead) {
     const int64_t latest = segment.mediaEnd - segment.tolerance - 1;
     mediaTime = std::min(mediaTime, std::max(segment.mediaStart, latest));
   }
+  if (segment.isFrozen) mediaTime = segment.mediaStart;
   m_wantedFrom = wanted - before;
   m_soughtTime = mediaTime;
+  const bool goesOn = canGoOnTo(index, mediaTime);
   m_frames.passOverUntil(mediaTime - before);
-  if (canGoOnTo(index, mediaTime)) return;
+  if (goesOn) return;
   m_segment = index;
   approach(mediaTime);
 }
 
 bool PictureDecoder::canGoOnTo(size_t segment, int64_t mediaTime) const {
   return m_isInSegment && m_segment == segment && !m_segments[segment].isFrozen && m_ahead &&
-         m_ahead->pts <= mediaTime && !m_frames.isSeekShorter(m_ahead->pts, mediaTime);
+         m_ahead->pts <= mediaTime && !hasMissedBehind(*m_ahead) &&
+         !m_frames.isSeekShorter(m_ahead->pts, mediaTime);
 }
 
 bool PictureDecoder::hasMissedBehind(const AVFrame& frame) const {

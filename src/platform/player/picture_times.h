@@ -16,12 +16,12 @@ namespace vantrel {
   return MediaTime{endOf(shown), shown.time.timescale}.seconds();
 }
 
-/// In microseconds, rounded down; zero for what is longer than any movie.
+/// In nanoseconds, rounded down; zero for what is longer than any movie.
 [[nodiscard]] inline MediaTime mediaTime(double seconds) {
-  constexpr int32_t kMicroseconds = 1'000'000;
+  constexpr int32_t kNanoseconds = 1'000'000'000;
   constexpr double kLongest = 1e9;
-  if (!(std::abs(seconds) < kLongest)) return {0, kMicroseconds};
-  return {static_cast<int64_t>(std::floor(seconds * kMicroseconds)), kMicroseconds};
+  if (!(std::abs(seconds) < kLongest)) return {0, kNanoseconds};
+  return {static_cast<int64_t>(std::floor(seconds * kNanoseconds)), kNanoseconds};
 }
 
 }  // namespace vantrel

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <fstream>
+#include <random>
 
 #include "platform/movie/box_bytes.h"
 #include "platform/movie/fragment_runs.h"
@@ -246,6 +247,69 @@ TEST_F(EditedMovie, SeeksToThePictureShownAtATime) {
   }
   decoder.seek({16384, kTicks});
   EXPECT_FALSE(decoder.next());
+}
+
+TEST_F(EditedMovie, SeeksToAnyTimeOfAnyEdits) {
+  const std::vector<std::vector<MadeEdit>> lists = {
+      {{600, mediaTime(0)}, {680, mediaTime(8)}},
+      {{700, mediaTime(7.5)}},
+      {{200, -1}, {300, mediaTime(12)}, {100, -1}, {440, mediaTime(2)}, {200, mediaTime(14)}},
+      {{400, mediaTime(5), 0}, {480, mediaTime(6)}}};
+  std::mt19937 random(4);
+  for (const auto& edits : lists) {
+    const std::vector<Shown> all = with(edits);
+    const Movie movie = Movie::open(m_mov);
+    PictureDecoder decoder(movie, movie.tracks(MovieTrack::Kind::Video).at(0), {});
+    for (int i = 0; i < 100; ++i) {
+      const auto time = static_cast<int64_t>(random() % 14000);
+      // Now and then several pictures in front are asked for, and some behind are taken.
+      const int64_t lead = random() % 3 == 0 ? 2000 : 0;
+      decoder.seek({time, kTicks}, {lead, kTicks});
+      const auto isBehind = [](int64_t from) {
+        return [from](const Shown& picture) { return picture.time + picture.duration > from; };
+      };
+      const auto expected = std::find_if(all.begin(), all.end(), isBehind(time));
+      const auto earliest = std::find_if(all.begin(), all.end(), isBehind(time - lead));
+      auto given = decoder.next();
+      ASSERT_TRUE(given || expected == all.end()) << time;
+      if (!given) continue;
+      auto next = std::find(all.begin(), all.end(), shown(*given));
+      ASSERT_NE(next, all.end()) << time;
+      EXPECT_GE(next, earliest) << time;
+      EXPECT_LE(next, expected) << time;
+      for (auto taken = random() % 6; taken > 0 && ++next != all.end(); --taken) {
+        given = decoder.next();
+        ASSERT_TRUE(given) << time;
+        EXPECT_EQ(shown(*given), *next);
+      }
+    }
+  }
+}
+
+TEST_F(PictureDecoderTest, GivesThePicturesInFrontOfATimeFromTheKeyPictureOn) {
+  makeNumberedFilm(m_mov);
+  const Movie movie = Movie::open(m_mov);
+  PictureDecoder decoder(movie, movie.tracks(MovieTrack::Kind::Video).at(0), {});
+  const std::vector<std::pair<int, std::pair<int, int>>> leads = {
+      {18, {3, 15}}, {18, {20, 10}}, {24, {0, 24}}, {3, {25, 0}}, {12, {1, 11}}};
+  for (const auto& [number, lead] : leads) {
+    decoder.seek({24 * kPictureTicks, kTicks});
+    EXPECT_EQ(numberOf(*decoder.next()->frame), 24);
+    decoder.seek({number * kPictureTicks, kTicks}, {lead.first * kPictureTicks, kTicks});
+    for (int expected = lead.second; expected <= number; ++expected)
+      EXPECT_EQ(numberOf(*decoder.next()->frame), expected);
+  }
+}
+
+TEST_F(PictureDecoderTest, SeeksAnewBeforeAnyPictureWasTaken) {
+  makeNumberedFilm(m_mov, {"-g", "30"});
+  const Movie movie = Movie::open(m_mov);
+  PictureDecoder decoder(movie, movie.tracks(MovieTrack::Kind::Video).at(0), {});
+  for (const int number : {23, 5, 20, 19, 3, 4}) {
+    decoder.seek({24 * kPictureTicks, kTicks});
+    decoder.seek({number * kPictureTicks, kTicks});
+    EXPECT_EQ(numberOf(*decoder.next()->frame), number);
+  }
 }
 
 TEST_F(PictureDecoderTest, SeeksInEveryContainer) {
