@@ -49,10 +49,14 @@ void drawKnob(const QStyleOptionSlider& option, const QRectF& disc, QPainter& pa
   const double scale = disc.width() / kKnob;
   const bool isFocused = option.state.testFlag(QStyle::State_HasFocus) &&
                          option.state.testFlag(QStyle::State_KeyboardFocusChange);
-  const double line = isFocused ? std::round(kFocusWidth * scale) : std::max(1.0, std::floor(scale));
-  painter.setPen(QPen(isFocused ? option.palette.color(QPalette::Highlight) : kKnobEdge, line));
+  const double line =
+      isFocused ? std::round(kFocusWidth * scale) : std::max(1.0, std::floor(scale));
   const bool isHeld = option.state.testFlag(QStyle::State_Sunken);
+  painter.setPen(Qt::NoPen);
   painter.setBrush(QColor(Qt::white).darker(isHeld ? kPressDarker : 100));
+  painter.drawEllipse(disc);
+  painter.setPen(QPen(isFocused ? option.palette.color(QPalette::Highlight) : kKnobEdge, line));
+  painter.setBrush(Qt::NoBrush);
   painter.drawEllipse(disc.adjusted(line / 2, line / 2, -line / 2, -line / 2));
 }
 

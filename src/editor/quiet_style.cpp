@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <QStyleOption>
+#include <QToolButton>
 #include <QWidget>
 #include <algorithm>
 #include <cmath>
@@ -86,6 +87,12 @@ void drawToolButton(const QStyleOption* option, QPainter* painter) {
   drawPlate(painter, option->rect, kButtonRadius, fill, {}, 0);
 }
 
+void drawFocusRing(const QStyleOption& option, const QRect& rect, QPainter* painter) {
+  if (!option.state.testFlag(QStyle::State_KeyboardFocusChange)) return;
+  drawPlate(painter, rect, kButtonRadius, Qt::transparent,
+            option.palette.color(QPalette::Highlight), kFocusWidth);
+}
+
 void drawBar(const QStyleOption* option, QPainter* painter, bool bottomLine) {
   painter->fillRect(option->rect, option->palette.color(QPalette::AlternateBase));
   if (!bottomLine) return;
@@ -127,8 +134,10 @@ void QuietStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
     case PE_PanelButtonTool:
       drawToolButton(option, painter);
       return;
-    case PE_PanelMenuBar:
     case PE_FrameFocusRect:
+      if (qobject_cast<const QToolButton*>(widget)) drawFocusRing(*option, widget->rect(), painter);
+      return;
+    case PE_PanelMenuBar:
     case PE_FrameStatusBarItem:
       return;
     default:

@@ -31,10 +31,6 @@ void FadingControls::rest() {
   follow();
 }
 
-bool FadingControls::isInUse() const {
-  return underMouse();
-}
-
 void FadingControls::follow() {
   if (m_visibility.awaitRest()) {
     m_rest.start();

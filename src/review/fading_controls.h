@@ -22,13 +22,15 @@ class FadingControls : public CropPanel {
   void setPlaying(bool playing);
   /// The pointer or a key has moved.
   void stir();
+  /// Under the pointer they stay.
+  void setUnderPointer(bool isUnderPointer) { m_isUnderPointer = isUnderPointer; }
 
  Q_SIGNALS:
   void shownChanged(bool shown);
 
  protected:
   /// Whether the user has hold of something, so that it must not go.
-  [[nodiscard]] virtual bool isInUse() const;
+  [[nodiscard]] virtual bool isInUse() const { return m_isUnderPointer; }
 
  private:
   void rest();
@@ -36,6 +38,7 @@ class FadingControls : public CropPanel {
   void fade();
 
   ControlsVisibility m_visibility;
+  bool m_isUnderPointer = false;
   bool m_wereShown = true;
   double m_opacity = 1;
   QTimer m_rest{this};

@@ -20,7 +20,11 @@ namespace {
 /// In points.
 constexpr int kSymbolSize = 18, kButtonSize = 28;
 constexpr int kSidePadding = 8, kTextSpacing = 5, kSliderSpacing = 10;
-constexpr int kMenuDistance = 4;
+/// Of the menu from its button.
+constexpr int kMenuDistance = 9;
+
+/// Lighter than the panel, whatever shines through it.
+constexpr QColor kTrack(255, 255, 255, 40);
 
 constexpr int kMinute = 60, kHour = 3600;
 
@@ -58,7 +62,9 @@ ReviewControls::ReviewControls(PlaybackState& playback, QWidget* parent)
       m_menu(new QMenu(this)),
       m_loop(m_menu->addAction(tr("Loop"))),
       m_fullScreen(sized(new QToolButton(this))) {
-  setPalette(lookPalette(true));
+  QPalette palette = lookPalette(true);
+  palette.setColor(QPalette::Dark, kTrack);
+  setPalette(palette);
   setContentsMargins(kSidePadding, 0, kSidePadding, 0);
   auto* const row = new QHBoxLayout(this);
   row->setContentsMargins({});
@@ -76,7 +82,7 @@ ReviewControls::ReviewControls(PlaybackState& playback, QWidget* parent)
 
   m_slider->setSingleStep(PositionSlider::kTicks);
   m_loop->setCheckable(true);
-  m_more->setIcon(symbolIcon(QStringLiteral("ellipsis"), palette()));
+  m_more->setIcon(symbolIcon(QStringLiteral("ellipsis"), palette));
   name(m_more, tr("More"));
   setFullScreen(false);
   connectState();
@@ -110,9 +116,8 @@ QString ReviewControls::timeText(double seconds, double duration) {
 }
 
 void ReviewControls::setFullScreen(bool isFullScreen) {
-  m_fullScreen->setIcon(
-      symbolIcon(isFullScreen ? QStringLiteral("minimize-2") : QStringLiteral("maximize-2"),
-                 palette()));
+  m_fullScreen->setIcon(symbolIcon(
+      isFullScreen ? QStringLiteral("minimize-2") : QStringLiteral("maximize-2"), palette()));
   name(m_fullScreen, isFullScreen ? tr("Exit Full Screen") : tr("Enter Full Screen"));
 }
 

@@ -98,6 +98,12 @@ void VideoReviewView::showEvent(QShowEvent* event) {
 }
 
 bool VideoReviewView::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::MouseMove) {
+    const QPoint pointer = static_cast<QMouseEvent*>(event)->position().toPoint();
+    m_controls->setUnderPointer(m_controls->geometry().contains(mapFrom(window(), pointer)));
+  } else if (event->type() == QEvent::Leave) {
+    m_controls->setUnderPointer(false);
+  }
   if (isMovement(event->type())) m_controls->stir();
   return QWidget::eventFilter(watched, event);
 }

@@ -73,6 +73,14 @@ TEST(CropPanel, DrawsATranslucentBodyWithAHairline) {
   }
 }
 
+TEST(CropPanel, IsDarkByItsOwnPalette) {
+  Ground ground(false);
+  CropPanel panel(&ground);
+  panel.setGeometry(kBody);
+  panel.setPalette(QPalette(Qt::black));
+  expectNear(ground.picture(), kBody.center(), QColor(35, 36, 40));
+}
+
 TEST(CropPanel, CastsAShadowBeyondItsBody) {
   Ground ground(true);
   CropPanel panel(&ground);

@@ -4,6 +4,8 @@
 
 #include <QPalette>
 
+#include "controls/look_palette.h"
+
 namespace vantrel {
 namespace {
 
@@ -18,6 +20,11 @@ TEST(DarkPalette, HasWindowsDarkerThanTheirText) {
   EXPECT_TRUE(isDarkWith(Qt::black, Qt::white));
   EXPECT_FALSE(isDarkWith(Qt::white, Qt::black));
   EXPECT_FALSE(isDarkWith(Qt::gray, Qt::gray));
+}
+
+TEST(LookPalette, IsDarkOrLight) {
+  EXPECT_TRUE(isDark(lookPalette(true)));
+  EXPECT_FALSE(isDark(lookPalette(false)));
 }
 
 }  // namespace

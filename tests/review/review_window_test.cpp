@@ -4,6 +4,7 @@
 
 #include <QMenu>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
@@ -108,6 +109,18 @@ TEST_F(ReviewWindowTest, DeletesTheMovieThatItPlaysWhenItIsClosed) {
   window->close();
   EXPECT_EQ(testing::namesIn(folder.path()), std::vector<std::string>{"saved.mov"});
   ASSERT_TRUE(QTest::qWaitFor([this] { return window.isNull(); }));
+}
+
+TEST_F(ReviewWindowTest, DeletesAMovieThatIsNotSaved) {
+  openFilm();
+  press(Qt::Key_Space);
+  window->close();
+  auto* question = window->findChild<QMessageBox*>();
+  ASSERT_NE(question, nullptr);
+  EXPECT_NE(document().reviewPlayer(), nullptr) << "until it is answered";
+  QTest::mouseClick(question->button(QMessageBox::Discard), Qt::LeftButton);
+  ASSERT_TRUE(QTest::qWaitFor([this] { return window.isNull(); }));
+  EXPECT_EQ(testing::namesIn(folder.path()), std::vector<std::string>());
 }
 
 TEST_F(ReviewWindowTest, FillsTheScreenWithoutItsMenuBar) {

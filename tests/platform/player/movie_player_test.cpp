@@ -145,26 +145,6 @@ TEST_F(MoviePlayerTest, PlaysFromTheStartOnceItHasEnded) {
   EXPECT_EQ(numbers.front(), 0);
 }
 
-TEST_F(MoviePlayerTest, StartsOverWhereItLoops) {
-  const auto player = opened("silent.mov");
-  player->setLooping(true);
-  EXPECT_TRUE(player->isLooping());
-  const QSignalSpy ended(player.get(), &Player::ended);
-  int starts = 0;
-  double last = 0;
-  QObject::connect(player.get(), &Player::timeChanged, [&](double time) {
-    starts += time < last ? 1 : 0;
-    last = time;
-  });
-  player->seek(middleOf(kPictures - 3));
-  player->play();
-  ASSERT_TRUE(waitUntil([&starts] { return starts == 2; }));
-  EXPECT_EQ(player->rate(), 1);
-  EXPECT_EQ(ended.size(), 0);
-  player->setLooping(false);
-  EXPECT_TRUE(waitForEnd(*player));
-}
-
 TEST_F(MoviePlayerTest, StandsAtTheTargetAsSoonAsItSeeks) {
   const auto player = opened("silent.mov");
   player->seek({1, 2});
@@ -307,8 +287,8 @@ TEST_F(MoviePlayerTest, EndsAtOnceWhereNothingCanBeDecoded) {
   std::filesystem::remove(film("gone.mov"));
   MoviePlayer player(movie);
   EXPECT_EQ(numberSoughtAt(player, {0, 1}), -1);
-  for (const bool looping : {false, true}) {
-    player.setLooping(looping);
+  for (const bool again : {false, true}) {
+    SCOPED_TRACE(again);
     player.play();
     EXPECT_TRUE(waitForEnd(player));
     EXPECT_EQ(player.rate(), 0);
