@@ -24,10 +24,22 @@ bool isSamePicture(const Bitmap& one, const Bitmap& other) {
   return one.row(0) == other.row(0);
 }
 
+/// Stands in the place of a surface that this computer cannot draw.
+QWidget* makeNotice() {
+  auto* notice = new QLabel;
+  notice->setAlignment(Qt::AlignCenter);
+  notice->setWordWrap(true);
+  notice->setAutoFillBackground(true);
+  return notice;
+}
+
 CanvasCamera::Wish wishOf(const CropCanvas& canvas) {
-  return {canvas.sourceSize,    canvas.zoom,
-          canvas.fit,           canvas.cameraRequest,
-          canvas.centerCameraOnRequest, canvas.framingInsets};
+  return {canvas.sourceSize,
+          canvas.zoom,
+          canvas.fit,
+          canvas.cameraRequest,
+          canvas.centerCameraOnRequest,
+          canvas.framingInsets};
 }
 
 }  // namespace
@@ -38,10 +50,11 @@ CanvasScrollView::CanvasScrollView(EditHistory& history, QWidget* parent)
   setFocusPolicy(Qt::ClickFocus);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setViewport(m_canvas);
+  setViewport(VideoCanvasView::isSupported() ? m_canvas : makeNotice());
   m_overlay = new CropOverlayView(history, *this);
-  m_horizontalBar = new CanvasScrollBar(Qt::Horizontal, m_canvas);
-  m_verticalBar = new CanvasScrollBar(Qt::Vertical, m_canvas);
+  m_overlay->setVisible(viewport() == m_canvas);
+  m_horizontalBar = new CanvasScrollBar(Qt::Horizontal, viewport());
+  m_verticalBar = new CanvasScrollBar(Qt::Vertical, viewport());
   m_clock.start();
   m_moveTimer.setTimerType(Qt::PreciseTimer);
   m_moveTimer.setInterval(kMoveTickMilliseconds);
@@ -52,7 +65,9 @@ CanvasScrollView::CanvasScrollView(EditHistory& history, QWidget* parent)
   watchInput();
 }
 
-CanvasScrollView::~CanvasScrollView() = default;
+CanvasScrollView::~CanvasScrollView() {
+  if (viewport() != m_canvas) delete m_canvas;
+}
 
 void CanvasScrollView::watchOverlay(EditHistory& history) {
   connect(m_overlay, &CropOverlayView::cropChanged, this, &CanvasScrollView::cropChanged);
@@ -104,11 +119,24 @@ void CanvasScrollView::update(const CropCanvas& canvas) {
   if (!animates) m_camera.tick(now() + CanvasCamera::kMoveSeconds);
 
   m_canvas->setCanvasColor(canvas.canvasColor);
+  showNotice();
   if (mediaChanged) m_canvas->setMedia(canvas.image, canvas.player);
   m_monitor.setPreviewOnly(canvas.previewOnly);
   m_overlay->setEditingEnabled(!canvas.previewOnly);
   m_overlay->setCrop(canvas.crop);
   applyCamera();
+}
+
+void CanvasScrollView::showNotice() {
+  auto* const notice = qobject_cast<QLabel*>(viewport());
+  if (!notice) return;
+  QPalette colors = palette();
+  colors.setColor(QPalette::Window, m_shown.canvasColor);
+  notice->setPalette(colors);
+  notice->setText(m_shown.sourceSize.isEmpty()
+                      ? QString()
+                      : tr("The picture cannot be shown, because this display has no OpenGL 3.2. "
+                           "Everything else works."));
 }
 
 void CanvasScrollView::applyCamera() {
@@ -147,7 +175,7 @@ void CanvasScrollView::scrollTo(const QPointF& offset) {
 }
 
 void CanvasScrollView::zoomAt(const QPointF& globalPosition, double factor) {
-  if (!m_camera.zoomAround(m_canvas->mapFromGlobal(globalPosition), factor)) return;
+  if (!m_camera.zoomAround(viewport()->mapFromGlobal(globalPosition), factor)) return;
   applyCamera();
   m_horizontalBar->wake();
   m_verticalBar->wake();
@@ -174,13 +202,13 @@ void CanvasScrollView::endPan() {
 void CanvasScrollView::updateCursors() {
   switch (m_pan.hand()) {
     case CanvasPan::Hand::none:
-      m_canvas->unsetCursor();
+      viewport()->unsetCursor();
       break;
     case CanvasPan::Hand::open:
-      m_canvas->setCursor(Qt::OpenHandCursor);
+      viewport()->setCursor(Qt::OpenHandCursor);
       break;
     case CanvasPan::Hand::closed:
-      m_canvas->setCursor(Qt::ClosedHandCursor);
+      viewport()->setCursor(Qt::ClosedHandCursor);
       break;
   }
   m_overlay->updateCursor();
@@ -228,15 +256,15 @@ void CanvasScrollView::resizeEvent(QResizeEvent* /*event*/) {
   m_camera.setDevicePixelRatio(devicePixelRatioF());
   m_camera.setViewport(contentsRect().size());
   m_canvas->update();
-  m_overlay->setGeometry(m_canvas->rect());
+  m_overlay->setGeometry(viewport()->rect());
   placeBars();
   applyCamera();
 }
 
 void CanvasScrollView::placeBars() {
   const int thickness = CanvasScrollBar::kThickness;
-  const int right = std::max(0, m_canvas->width() - thickness);
-  const int bottom = std::max(0, m_canvas->height() - thickness);
+  const int right = std::max(0, viewport()->width() - thickness);
+  const int bottom = std::max(0, viewport()->height() - thickness);
   m_horizontalBar->setGeometry(0, bottom, right, thickness);
   m_verticalBar->setGeometry(right, 0, thickness, bottom);
 }

@@ -66,6 +66,8 @@ class CanvasScrollView final : public QAbstractScrollArea {
   void watchOverlay(EditHistory& history);
   void watchInput();
   [[nodiscard]] double now() const;
+  /// What stands in the place of a surface that this computer cannot draw.
+  void showNotice();
   void applyCamera();
   void positionPicture();
   void placeBars();
@@ -79,6 +81,7 @@ class CanvasScrollView final : public QAbstractScrollArea {
   CanvasCamera m_camera;
   CanvasPan m_pan;
   CanvasEventMonitor m_monitor{*this};
+  /// In no window, and drawing nothing, where it is not supported: the toolkit fails there.
   VideoCanvasView* m_canvas;
   CropOverlayView* m_overlay;
   CanvasScrollBar* m_horizontalBar;

@@ -87,14 +87,15 @@ void EditorWindow::buildViewMenu() {
   QMenu* menu = menuBar()->addMenu(tr("&View"));
   EditorState* const state = &m_view->state();
   m_viewing = new QActionGroup(this);
-  QAction* larger = menu->addAction(tr("Zoom In"), state, [state] { state->requestZoomStep(true); });
+  QAction* larger =
+      menu->addAction(tr("Zoom In"), state, [state] { state->requestZoomStep(true); });
   // On many keyboards the plus sign is the upper half of the equals key.
   larger->setShortcuts({Qt::CTRL | Qt::Key_Plus, Qt::CTRL | Qt::Key_Equal});
   m_viewing->addAction(larger);
   m_viewing->addAction(menu->addAction(tr("Zoom Out"), Qt::CTRL | Qt::Key_Minus, state,
                                        [state] { state->requestZoomStep(false); }));
-  m_viewing->addAction(menu->addAction(tr("Zoom to Fit"), Qt::CTRL | Qt::Key_0, state,
-                                       &EditorState::requestFit));
+  m_viewing->addAction(
+      menu->addAction(tr("Zoom to Fit"), Qt::CTRL | Qt::Key_0, state, &EditorState::requestFit));
   m_viewing->addAction(menu->addAction(tr("Actual Size"), Qt::CTRL | Qt::Key_1, state,
                                        &EditorState::requestActualSize));
 }

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <QtTest/qtestspontaneevent.h>
 #include <QNativeGestureEvent>
 #include <QPushButton>
 #include <QWheelEvent>
-#include <QtTest/qtestspontaneevent.h>
 
 #include "canvas/overlay_window.h"
 #include "canvas/video_canvas_view.h"
@@ -13,10 +13,9 @@ namespace vantrel {
 
 /// No two of its pixels beside each other are alike, and none has the colour of the crop's border.
 inline Bitmap scatteredPicture(int64_t width, int64_t height) {
-  return testing::makeBitmap(width, height, {ColorModel::Rgb, SampleFormat::UInt8, false},
-                             [](int64_t x, int64_t y, int channel) {
-                               return 16 + testing::scatter(x, y, channel) % 200;
-                             });
+  return testing::makeBitmap(
+      width, height, {ColorModel::Rgb, SampleFormat::UInt8, false},
+      [](int64_t x, int64_t y, int channel) { return 16 + testing::scatter(x, y, channel) % 200; });
 }
 
 /// An OverlayWindow with a picture, a button beside the canvas, and what moves the canvas.

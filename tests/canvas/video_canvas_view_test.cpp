@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QScreen>
 #include <QSignalSpy>
 #include <array>
 #include <cmath>
@@ -10,6 +11,12 @@
 
 #include "canvas/canvas_window.h"
 #include "canvas/crop_appearance.h"
+
+/// The toolkit's own way to give a screen another density in a test; no public header has it.
+class Q_GUI_EXPORT QHighDpiScaling {
+ public:
+  static void setScreenFactor(QScreen* screen, qreal factor);
+};
 
 namespace vantrel {
 namespace {
@@ -40,6 +47,7 @@ class VideoCanvasViewTest : public ::testing::Test {
   }
   VideoCanvasView& surface() { return *canvas.canvas.canvas(); }
   double ratio() { return surface().devicePixelRatioF(); }
+  double zoom() { return canvas.canvas.camera().shownZoom(); }
   /// What is shown, in device pixels.
   QImage shown() { return surface().grabFramebuffer(); }
   /// A rectangle of the source in device pixels.
@@ -47,7 +55,9 @@ class VideoCanvasViewTest : public ::testing::Test {
     const CanvasProjection& projection = canvas.canvas.camera().projection();
     return CropOverlayGeometry::snappedToDevice(projection.toView(source), ratio()).toRect();
   }
-  QRect cropOnScreen() { return onScreen(canvas.history.crop().rectangle(canvas.shown.sourceSize)); }
+  QRect cropOnScreen() {
+    return onScreen(canvas.history.crop().rectangle(canvas.shown.sourceSize));
+  }
 
   void zoomTo(double zoom) {
     canvas.shown.zoom = zoom;
@@ -58,12 +68,11 @@ class VideoCanvasViewTest : public ::testing::Test {
   void expectKeptPartIsSharp(const QImage& image) {
     const QRect part = cropOnScreen() & image.rect();
     const QRect whole = onScreen(QRectF(QPointF(0, 0), canvas.shown.sourceSize));
-    const double zoom = canvas.canvas.camera().shownZoom();
     int wrong = 0;
     for (int y = part.top(); y <= part.bottom(); ++y) {
       for (int x = part.left(); x <= part.right(); ++x) {
-        const QColor expected = colorOf(canvas.shown.image, sourcePixel(x - whole.left(), zoom),
-                                        sourcePixel(y - whole.top(), zoom));
+        const QColor expected = colorOf(canvas.shown.image, sourcePixel(x - whole.left(), zoom()),
+                                        sourcePixel(y - whole.top(), zoom()));
         if (image.pixelColor(x, y) != expected) ++wrong;
       }
     }
@@ -76,11 +85,10 @@ class VideoCanvasViewTest : public ::testing::Test {
     // Beside the handles, which lie in the middle and beyond the corners.
     const int x = part.left() + 2;
     const int y = part.top() + 2;
-    for (const auto& [inside, outwards] :
-         {std::tuple{QPoint(part.left(), y), QPoint(-1, 0)},
-          std::tuple{QPoint(part.right(), y), QPoint(1, 0)},
-          std::tuple{QPoint(x, part.top()), QPoint(0, -1)},
-          std::tuple{QPoint(x, part.bottom()), QPoint(0, 1)}}) {
+    for (const auto& [inside, outwards] : {std::tuple{QPoint(part.left(), y), QPoint(-1, 0)},
+                                           std::tuple{QPoint(part.right(), y), QPoint(1, 0)},
+                                           std::tuple{QPoint(x, part.top()), QPoint(0, -1)},
+                                           std::tuple{QPoint(x, part.bottom()), QPoint(0, 1)}}) {
       if (!image.rect().contains(inside + 3 * outwards)) continue;
       EXPECT_NE(image.pixelColor(inside), CropAppearance::cropBorder());
       EXPECT_EQ(image.pixelColor(inside + outwards), CropAppearance::cropBorder());
@@ -127,7 +135,8 @@ TEST_F(VideoCanvasViewTest, DimsThePictureButNotTheCanvasOutsideTheCrop) {
   const QRect whole = onScreen(QRectF(QPointF(0, 0), canvas.shown.sourceSize));
   const QImage image = shown();
   const QPoint cut(whole.left() + 5, part.top() + part.height() / 4);
-  const QColor source = colorOf(canvas.shown.image, 5 / 2, (cut.y() - whole.top()) / 2);
+  const QColor source = colorOf(canvas.shown.image, sourcePixel(5, zoom()),
+                                sourcePixel(cut.y() - whole.top(), zoom()));
   EXPECT_NEAR(image.pixelColor(cut).red(), source.red() * 0.55, 1);
   EXPECT_NEAR(image.pixelColor(cut).blue(), source.blue() * 0.55, 1);
   EXPECT_EQ(image.pixelColor(whole.left() - 30, cut.y()), CanvasWindow::kCanvasColor);
@@ -177,9 +186,9 @@ TEST_F(VideoCanvasViewTest, HalfWayThroughTheFadeTheCutPartShinesHalfThrough) {
   const double opacity = surface().editingOpacity();
   const QRect whole = onScreen(QRectF(QPointF(0, 0), canvas.shown.sourceSize));
   const QPoint cut(whole.left() + 5, cropOnScreen().top() + cropOnScreen().height() / 4);
-  const QColor source = colorOf(canvas.shown.image, 5 / 2, (cut.y() - whole.top()) / 2);
-  const double picture =
-      CanvasWindow::kCanvasColor.red() * (1 - opacity) + source.red() * opacity;
+  const QColor source = colorOf(canvas.shown.image, sourcePixel(5, zoom()),
+                                sourcePixel(cut.y() - whole.top(), zoom()));
+  const double picture = CanvasWindow::kCanvasColor.red() * (1 - opacity) + source.red() * opacity;
   EXPECT_NEAR(shown().pixelColor(cut).red(), picture * (1 - 0.45 * opacity), 2);
   expectKeptPartIsSharp(shown());
 }
@@ -217,10 +226,9 @@ TEST_F(VideoCanvasViewTest, AVideoWithoutAPictureHidesTheImage) {
 
 TEST_F(VideoCanvasViewTest, ShowsAnotherPictureOfTheSameSize) {
   QSignalSpy told(&surface(), &VideoCanvasView::pictureShown);
-  canvas.shown.image = testing::makeBitmap(200, 100, {ColorModel::Rgb, SampleFormat::UInt8, false},
-                                           [](int64_t x, int64_t y, int channel) {
-                                             return 16 + testing::scatter(y, x, channel) % 200;
-                                           });
+  canvas.shown.image = testing::makeBitmap(
+      200, 100, {ColorModel::Rgb, SampleFormat::UInt8, false},
+      [](int64_t x, int64_t y, int channel) { return 16 + testing::scatter(y, x, channel) % 200; });
   canvas.update();
   EXPECT_FALSE(surface().isPictureShown());
   ASSERT_TRUE(QTest::qWaitFor([&] { return told.count() > 0; }));
@@ -246,6 +254,31 @@ TEST_F(VideoCanvasViewTest, BearsACropThatIsOutOfView) {
   canvas.slide(canvas.middle(), {-6000, 0});
   ASSERT_TRUE(canvas.waitForPicture());
   EXPECT_FALSE(cropOnScreen().intersects(shown().rect()));
+}
+
+TEST_F(VideoCanvasViewTest, KeepsItsZoomOnAScreenOfAnotherDensity) {
+  QScreen* const screen = canvas.window.screen();
+  const double before = ratio();
+  const double zoomBefore = zoom();
+  const auto change = [&](double factor) {
+    QHighDpiScaling::setScreenFactor(screen, factor);
+    for (QWidget* const widget :
+         {static_cast<QWidget*>(&surface()), static_cast<QWidget*>(&canvas.canvas)}) {
+      QEvent event(QEvent::ScreenChangeInternal);
+      QCoreApplication::sendEvent(widget, &event);
+    }
+  };
+  change(1.25);
+  ASSERT_EQ(ratio(), before * 1.25);
+  surface().update();
+  EXPECT_TRUE(
+      QTest::qWaitFor([&] { return canvas.canvas.camera().devicePixelRatio() == ratio(); }));
+  EXPECT_DOUBLE_EQ(zoom(), zoomBefore);
+  ASSERT_TRUE(canvas.waitForPicture());
+  EXPECT_EQ(shown().size(), surface().size() * ratio());
+  expectKeptPartIsSharp(shown());
+  expectBorderTouches(shown());
+  change(1);
 }
 
 TEST_F(VideoCanvasViewTest, ShowsThePictureInAnotherWindowToo) {

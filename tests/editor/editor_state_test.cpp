@@ -194,6 +194,16 @@ TEST_F(EditorStateTest, ClosesTheFileAndKeepsWhatBelongsToTheWindow) {
   EXPECT_EQ(state.camera(), (EditorState::Camera{1, true, request, false}));
 }
 
+TEST_F(EditorStateTest, TakesTheZoomOfTheCanvasWithoutAskingForAMove) {
+  QSignalSpy changed(&state, &EditorState::cameraChanged);
+  state.setZoom(0.5, true);
+  EXPECT_EQ(state.camera(), (EditorState::Camera{0.5, true, 0, true}));
+  state.setZoom(3, false);
+  state.setZoom(3, false);
+  EXPECT_EQ(state.camera(), (EditorState::Camera{3, false, 0, true}));
+  EXPECT_EQ(changed.count(), 2);
+}
+
 TEST_F(EditorStateTest, AsksTheCameraForFitActualSizeAndSteps) {
   state.requestActualSize();
   EXPECT_EQ(state.camera(), (EditorState::Camera{1, false, 1, true}));

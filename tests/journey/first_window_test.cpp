@@ -163,7 +163,8 @@ class FirstWindowTest : public ::testing::Test {
 TEST_F(FirstWindowTest, CropsAPictureFromFileToSavedFile) {
   open(folder / "photo.png");
   EXPECT_EQ(editor->windowTitle(), QStringLiteral("photo.png"));
-  ASSERT_TRUE(QTest::qWaitFor([this] { return editor->view()->canvas()->canvas()->isPictureShown(); }));
+  ASSERT_TRUE(
+      QTest::qWaitFor([this] { return editor->view()->canvas()->canvas()->isPictureShown(); }));
   type(Edge::left, QStringLiteral("11"));
   type(Edge::top, QStringLiteral("7"));
   type(Edge::right, QStringLiteral("20"));
@@ -393,6 +394,56 @@ TEST_F(FirstWindowTest, LeadsTheKeyboardThroughTheFieldsToTheExport) {
   ReviewWindow* review = waitFor<ReviewWindow>();
   ASSERT_NE(review, nullptr);
   EXPECT_EQ(review->document().summary().resolution, QSizeF(50, 86));
+}
+
+TEST_F(FirstWindowTest, CropsOnTheCanvasWithTheMouse) {
+  open(folder / "photo.png");
+  CanvasScrollView& canvas = *editor->view()->canvas();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return canvas.canvas()->isPictureShown(); }));
+  ASSERT_TRUE(
+      QTest::qWaitFor([&] { return state().camera().zoom == canvas.camera().shownZoom(); }));
+  EXPECT_TRUE(state().camera().fit);
+
+  CropOverlayView* const overlay = canvas.overlay();
+  const CanvasProjection& projection = overlay->overlay().projection();
+  const QPoint corner = projection.toView(QPointF(0, 0)).toPoint() - QPoint(6, 6);
+  const QPoint inner = projection.toView(QPointF(30, 20)).toPoint() - QPoint(6, 6);
+  QTest::mousePress(overlay, Qt::LeftButton, {}, corner);
+  QTest::mouseEvent(QTest::MouseMove, overlay, Qt::LeftButton, {}, (corner + inner) / 2);
+  QTest::mouseEvent(QTest::MouseMove, overlay, Qt::LeftButton, {}, inner);
+  QTest::mouseRelease(overlay, Qt::LeftButton, {}, inner);
+  EXPECT_EQ(crop(), (CropMargins{30, 20, 0, 0}));
+  QCoreApplication::processEvents();  // The panel follows.
+  EXPECT_EQ(field(Edge::left)->text(), QStringLiteral("30"));
+  QTest::keyClick(overlay, Qt::Key_Right, Qt::ShiftModifier);
+  EXPECT_EQ(crop().left, 30);  // It touches the right edge already.
+  QTest::keyClick(overlay, Qt::Key_Up);
+  EXPECT_EQ(crop(), (CropMargins{30, 19, 0, 1}));
+  QCoreApplication::processEvents();
+  QTest::keyClick(editor, Qt::Key_Z, Qt::ControlModifier);
+  QTest::keyClick(editor, Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(crop(), CropMargins());
+}
+
+TEST_F(FirstWindowTest, LooksAtThePictureInOtherWays) {
+  open(folder / "photo.png");
+  CanvasScrollView& canvas = *editor->view()->canvas();
+  const auto rests = [&] { return !canvas.camera().isMoving(); };
+  QTest::keyClick(editor, Qt::Key_1, Qt::ControlModifier);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return rests() && canvas.camera().shownZoom() == 1; }));
+  QTest::keyClick(editor, Qt::Key_Plus, Qt::ControlModifier);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return rests() && canvas.camera().shownZoom() > 1; }));
+  QTest::keyClick(editor, Qt::Key_0, Qt::ControlModifier);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return rests() && canvas.camera().wish().fit; }));
+  ASSERT_TRUE(
+      QTest::qWaitFor([&] { return state().camera().zoom == canvas.camera().shownZoom(); }));
+
+  QTest::keyClick(editor, Qt::Key_P, Qt::ControlModifier);
+  EXPECT_TRUE(state().previewOnly());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return canvas.canvas()->editingOpacity() == 0; }));
+  QTest::keyClick(editor, Qt::Key_Escape);
+  EXPECT_FALSE(state().previewOnly());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return canvas.canvas()->editingOpacity() == 1; }));
 }
 
 TEST_F(FirstWindowTest, OpensEachFurtherFileInAWindowOfItsOwn) {
