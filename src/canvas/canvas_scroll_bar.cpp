@@ -169,5 +169,3 @@ void CanvasScrollBar::leaveEvent(QEvent* event) {
 }
 
 }  // namespace vantrel
-
-#include "moc_canvas_scroll_bar.cpp"

@@ -31,7 +31,7 @@ void announceHandle(CropOverlayView& view, CropHandle handle, const CropMargins&
                   [&](CropMargins::Edge edge) { return crop[edge] == before[edge]; })) {
     return;
   }
-  if (edges.size() == 1) {
+  if (crop[edges.front()] != before[edges.front()]) {
     QAccessibleValueChangeEvent event(&view, static_cast<double>(crop[edges.front()]));
     event.setChild(static_cast<int>(handle));
     QAccessible::updateAccessibility(&event);

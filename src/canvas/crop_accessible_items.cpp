@@ -83,9 +83,7 @@ class HandleInterface final : public QAccessibleInterface,
   [[nodiscard]] QAccessibleInterface* childAt(int, int) const override { return nullptr; }
   [[nodiscard]] int childCount() const override { return 0; }
   [[nodiscard]] int indexOfChild(const QAccessibleInterface*) const override { return -1; }
-  [[nodiscard]] QAccessible::Role role() const override {
-    return isCorner() ? QAccessible::Grip : QAccessible::Slider;
-  }
+  [[nodiscard]] QAccessible::Role role() const override { return QAccessible::Slider; }
   [[nodiscard]] QAccessible::State state() const override {
     return stateOf(m_view, m_view.focusedHandle() == m_handle);
   }
@@ -103,15 +101,13 @@ class HandleInterface final : public QAccessibleInterface,
 
   void* interface_cast(QAccessible::InterfaceType type) override {
     if (type == QAccessible::ActionInterface) return static_cast<QAccessibleActionInterface*>(this);
-    if (type == QAccessible::ValueInterface && !isCorner()) {
-      return static_cast<QAccessibleValueInterface*>(this);
-    }
+    if (type == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
     return nullptr;
   }
 
   [[nodiscard]] QStringList actionNames() const override {
-    QStringList names{setFocusAction()};
-    return names + (isCorner() ? moveActions() : QStringList{increaseAction(), decreaseAction()});
+    const QStringList names{setFocusAction(), increaseAction(), decreaseAction()};
+    return isCorner() ? names + moveActions() : names;
   }
   [[nodiscard]] QString localizedActionName(const QString& name) const override {
     const auto direction = directionOf(name);
@@ -126,9 +122,9 @@ class HandleInterface final : public QAccessibleInterface,
       m_view.focusHandle(m_handle);
     } else if (const auto direction = directionOf(name)) {
       m_view.nudge(m_handle, *direction, false);
-    } else if (!isCorner() && name == increaseAction()) {
+    } else if (name == increaseAction()) {
       m_view.setMargin(edge(), margin() + m_view.pixelStep());
-    } else if (!isCorner() && name == decreaseAction()) {
+    } else if (name == decreaseAction()) {
       m_view.setMargin(edge(), margin() - m_view.pixelStep());
     }
   }
@@ -154,7 +150,8 @@ class HandleInterface final : public QAccessibleInterface,
  private:
   [[nodiscard]] const CropOverlay& overlay() const { return m_view.overlay(); }
   [[nodiscard]] bool isCorner() const { return CropOverlayGeometry::edgesOf(m_handle).size() > 1; }
-  /// The only one of a handle that is not at a corner.
+  /// What the value tells: of a corner the upper or lower margin, as the desktop's tools take one
+  /// number; its description tells both.
   [[nodiscard]] CropMargins::Edge edge() const {
     return CropOverlayGeometry::edgesOf(m_handle).front();
   }

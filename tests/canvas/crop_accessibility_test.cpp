@@ -191,21 +191,25 @@ TEST(CropAccessibility, HandleOfACornerTellsBothMarginsAndMovesInFourDirections)
   MetCrop met;
   ASSERT_TRUE(met.isReady());
   QAccessibleInterface* const handle = met.handle(CropHandle::bottomLeft);
-  EXPECT_EQ(handle->role(), QAccessible::Grip);
+  EXPECT_EQ(handle->role(), QAccessible::Slider);
   EXPECT_EQ(nameOf(handle), QStringLiteral("Bottom left handle"));
   EXPECT_EQ(handle->text(QAccessible::Description), QStringLiteral("Bottom 20, left 20 pixels"));
-  EXPECT_EQ(handle->valueInterface(), nullptr);
+  ASSERT_NE(handle->valueInterface(), nullptr);
+  EXPECT_EQ(handle->valueInterface()->currentValue().toDouble(), 20);
   QAccessibleActionInterface* const actions = handle->actionInterface();
-  ASSERT_EQ(actions->actionNames().size(), 5);
+  ASSERT_EQ(actions->actionNames().size(), 7);
   EXPECT_EQ(actions->localizedActionName(QStringLiteral("MoveLeft")), QStringLiteral("Move left"));
-  for (const QString& name : actions->actionNames().mid(1))
+  for (const QString& name : actions->actionNames().mid(3))
     actions->doAction(name);
   EXPECT_EQ(met.history.crop(), OverlayWindow::kCrop);
   EXPECT_EQ(met.history.manager().count(), 4);
   actions->doAction(QStringLiteral("MoveLeft"));
   actions->doAction(QStringLiteral("MoveUp"));
-  actions->doAction(QAccessibleActionInterface::increaseAction());
   EXPECT_EQ(met.history.crop(), (CropMargins{19, 20, 20, 21}));
+  actions->doAction(QAccessibleActionInterface::increaseAction());
+  EXPECT_EQ(met.history.crop(), (CropMargins{19, 20, 20, 22}));
+  handle->valueInterface()->setCurrentValue(30.0);
+  EXPECT_EQ(met.history.crop(), (CropMargins{19, 20, 20, 30}));
 }
 
 TEST(CropAccessibility, CropMovesInFourDirections) {

@@ -20,7 +20,6 @@ PATIENCE = 60  # seconds, for what comes in its own time
 GROUP = ("panel", "grouping")
 FIELD = ("text", "entry")
 SLIDER = ("slider",)
-CORNER = ("unknown",)
 
 CORNERS = ["Top left", "Top right", "Bottom right", "Bottom left"]
 EDGES = ["Top", "Right", "Bottom", "Left"]
@@ -102,7 +101,7 @@ def is_shown(crop, width, height, left, top):
 def has_handles(crop):
     whole = place_of(crop)
     for name in CORNERS + EDGES:
-        handle = find(crop, f"{name} handle", SLIDER if name in EDGES else CORNER)
+        handle = find(crop, f"{name} handle", SLIDER)
         if not handle:
             raise NotYet(f"there is no handle {name}")
         if not is_seen(handle) or not handle.getState().contains(pyatspi.STATE_FOCUSABLE):
@@ -113,11 +112,10 @@ def has_handles(crop):
                   or place.y >= whole.y + whole.height - 1)
         if min(place.width, place.height) <= 0 or not beside:
             raise NotYet(f"the handle {name} lies at {place}, the crop at {whole}")
-        if name in EDGES:
-            value = handle.queryValue()
-            span = HEIGHT if name in ("Top", "Bottom") else WIDTH
-            expect(f"value of {name}", value.currentValue, 0)
-            expect(f"range of {name}", (value.minimumValue, value.maximumValue), (0, span - 1))
+        value = handle.queryValue()
+        span = WIDTH if name in ("Left", "Right") else HEIGHT
+        expect(f"value of {name}", value.currentValue, 0)
+        expect(f"range of {name}", (value.minimumValue, value.maximumValue), (0, span - 1))
     return True
 
 
@@ -138,7 +136,7 @@ def change_a_value(crop):
 
 
 def move_a_corner(crop):
-    corner = find(crop, "Top left handle", CORNER)
+    corner = find(crop, "Top left handle", SLIDER)
     action = corner.queryAction()
     names = [action.getName(index) for index in range(action.nActions)]
     action.doAction(names.index("MoveDown"))
