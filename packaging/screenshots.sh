@@ -41,6 +41,11 @@ shoot() {
       take "$(window "^Vantrel$")" empty
       kill $program
       wait $program || true
+      "$bin/vantrel" "$bin/../share/vantrel/Vantrel Sample.mov" >/dev/null 2>&1 &
+      program=$!
+      take "$(window "^Vantrel Sample.mov$")" video
+      kill $program
+      wait $program || true
       "$bin/vantrel" "$work/dusk.jpg" >/dev/null 2>&1 &
       program=$!
       editor=$(window "^dusk.jpg$")
