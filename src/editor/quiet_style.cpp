@@ -132,7 +132,11 @@ void QuietStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
       drawButton(option, painter);
       return;
     case PE_PanelButtonTool:
-      drawToolButton(option, painter);
+      if (option->state.testFlag(State_AutoRaise)) {
+        drawToolButton(option, painter);
+      } else {
+        drawButton(option, painter);
+      }
       return;
     case PE_FrameFocusRect:
       if (qobject_cast<const QToolButton*>(widget)) drawFocusRing(*option, widget->rect(), painter);
