@@ -27,6 +27,8 @@ class SoundSystem final {
   ~SoundSystem() {
     const std::lock_guard lock(mutex());
     if (m_isReady) SDL_QuitSubSystem(SDL_INIT_AUDIO);
+    // What SDL keeps for each thread that uses it.
+    SDL_TLSCleanup();
   }
   SoundSystem(const SoundSystem&) = delete;
   SoundSystem& operator=(const SoundSystem&) = delete;
