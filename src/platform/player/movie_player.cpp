@@ -217,6 +217,7 @@ void MoviePlayer::Engine::goOn() {
       break;
     case SoundFeed::State::Silent:
       m_clock.run(now);
+      if (m_sound.canJoin()) m_sound.start(m_clock.time(now));
       break;
   }
   m_time = std::min(m_clock.time(now), end());

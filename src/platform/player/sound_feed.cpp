@@ -33,6 +33,7 @@ void SoundFeed::start(double time) {
   m_startTime = m_lastTime = time;
   m_startedAt = monotonicSeconds();
   m_isSilent = !m_track;
+  m_wasLate = false;
   if (m_isSilent) return;
   wish(time);
   if (!m_thread.joinable()) {
@@ -67,6 +68,7 @@ SoundFeed::State SoundFeed::state() {
   }
   // What comes now would come too late.
   m_isSilent = true;
+  m_wasLate = !m_isOpen;
   stop();
   return State::Silent;
 }
@@ -117,6 +119,7 @@ void SoundFeed::openAll(const std::stop_token& stop) {
   }
   m_rate = m_output->sampleRate();
   m_reader = std::make_unique<SoundReader>(m_movie, *m_track, m_rate, stop);
+  m_isOpen = true;
 }
 
 void SoundFeed::obey(const Wish& wish, const std::stop_token& stop) {

@@ -46,6 +46,9 @@ class SoundFeed final {
 
   /// Since the last start.
   [[nodiscard]] State state();
+  /// Whether it is silent only because opening took too long, and would now be heard from the next
+  /// start on.
+  [[nodiscard]] bool canJoin() const { return m_wasLate && m_isOpen && !m_hasFailed; }
   /// Seconds of the movie that are heard at this moment; absent unless Heard. Does not go back
   /// until the next start.
   [[nodiscard]] std::optional<double> time();
@@ -76,7 +79,7 @@ class SoundFeed final {
 
   // Main thread.
   double m_startTime = 0, m_startedAt = 0, m_lastTime = 0;
-  bool m_isSilent = false;
+  bool m_isSilent = false, m_wasLate = false;
 
   // Under m_mutex.
   mutable std::mutex m_mutex;
@@ -86,7 +89,7 @@ class SoundFeed final {
   // Any thread.
   SoundRing m_ring;
   std::atomic<bool> m_isMuted = false;
-  std::atomic<bool> m_hasFailed = false;
+  std::atomic<bool> m_isOpen = false, m_hasFailed = false;
   /// The device's, in Hz.
   std::atomic<int> m_rate = 1;
   /// The wish that the ring's account belongs to.

@@ -5,6 +5,7 @@
 #include <QTest>
 #include <atomic>
 #include <cmath>
+#include <future>
 #include <mutex>
 
 #include "support/movie_maker.h"
@@ -94,6 +95,23 @@ TEST_F(SoundFeedTest, WithoutADeviceItIsSilent) {
   SoundFeed feed(*movie, track, [](const SoundOutput::Fill&) { return nullptr; });
   feed.start(0);
   EXPECT_TRUE(QTest::qWaitFor([&] { return feed.state() == State::Silent; }));
+}
+
+TEST_F(SoundFeedTest, ADeviceThatOpensTooLateCanJoin) {
+  std::promise<void> opening;
+  SoundFeed feed(*movie, track, [&](SoundOutput::Fill fill) {
+    opening.get_future().wait();
+    return openFake()(std::move(fill));
+  });
+  feed.start(0);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return feed.state() == State::Silent; }));
+  EXPECT_FALSE(feed.canJoin());
+  opening.set_value();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return feed.canJoin(); }));
+  feed.start(0.5);
+  EXPECT_FALSE(feed.canJoin());
+  EXPECT_NEAR(firstBuffer()[0], ramp(0.5), 1e-5);
+  EXPECT_EQ(feed.state(), State::Heard);
 }
 
 TEST_F(SoundFeedTest, WhatCannotBeOpenedIsSilent) {
