@@ -51,6 +51,7 @@ CanvasScrollView::CanvasScrollView(EditHistory& history, QWidget* parent)
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setViewport(VideoCanvasView::isSupported() ? m_canvas : makeNotice());
+  viewport()->setMouseTracking(true);
   m_overlay = new CropOverlayView(history, *this);
   m_overlay->setVisible(viewport() == m_canvas);
   m_horizontalBar = new CanvasScrollBar(Qt::Horizontal, viewport());
@@ -112,6 +113,7 @@ void CanvasScrollView::update(const CropCanvas& canvas) {
       m_shown.player != canvas.player || !isSamePicture(m_shown.image, canvas.image);
   const bool previewChanged = m_shown.previewOnly != canvas.previewOnly;
   const bool cropChanged = m_overlay->overlay().crop() != canvas.crop;
+  if (mediaChanged || m_shown.sourceSize != canvas.sourceSize) abandonDrags();
   m_shown = canvas;
   m_camera.update(wishOf(canvas), mediaChanged,
                   previewChanged || (canvas.previewOnly && cropChanged), now());
@@ -220,9 +222,19 @@ void CanvasScrollView::takeDevicePixelRatio() {
   applyCamera();
 }
 
+void CanvasScrollView::abandonDrags() {
+  m_overlay->endDrag();
+  if (m_pan.isPanning()) endPan();
+}
+
 bool CanvasScrollView::event(QEvent* event) {
   const bool taken = QAbstractScrollArea::event(event);
   switch (event->type()) {
+    case QEvent::EnabledChange:
+    case QEvent::Hide:
+    case QEvent::WindowBlocked:
+      abandonDrags();
+      break;
     case QEvent::Show:
     case QEvent::ScreenChangeInternal:
 #if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
@@ -271,7 +283,7 @@ void CanvasScrollView::placeBars() {
 
 void CanvasScrollView::hideEvent(QHideEvent* event) {
   QAbstractScrollArea::hideEvent(event);
-  m_camera.stopMove();
+  m_camera.tick(now() + CanvasCamera::kMoveSeconds);
   applyCamera();
 }
 
@@ -306,6 +318,8 @@ void CanvasScrollView::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void CanvasScrollView::mouseMoveEvent(QMouseEvent* event) {
+  // A release may get lost to a menu or to another program.
+  if (event->buttons() == Qt::NoButton && m_pan.isPanning()) endPan();
   dragPan(event->position());
 }
 

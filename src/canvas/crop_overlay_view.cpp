@@ -99,6 +99,13 @@ void CropOverlayView::setEditingEnabled(bool enabled) {
   CropAccessibility::announceShown(*this);
 }
 
+void CropOverlayView::endDrag() {
+  if (!m_overlay.grip()) return;
+  Q_EMIT editEnded();
+  m_overlay.release();
+  updateCursor();
+}
+
 void CropOverlayView::focusHandle(const std::optional<CropHandle>& handle) {
   if (m_overlay.isEditingEnabled()) aimKeyboard(handle, true);
 }
@@ -214,6 +221,8 @@ void CropOverlayView::mouseDoubleClickEvent(QMouseEvent* event) {
 void CropOverlayView::mouseMoveEvent(QMouseEvent* event) {
   m_pointer = event->position();
   if (!event->buttons().testFlag(Qt::LeftButton)) {
+    // A release may get lost to a menu or to another program.
+    endDrag();
     updateCursor();
     event->ignore();
     return;
@@ -222,6 +231,8 @@ void CropOverlayView::mouseMoveEvent(QMouseEvent* event) {
     m_canvas.dragPan(event->position());
     return;
   }
+  // An undo in the middle of a drag closes the transaction.
+  if (m_overlay.grip()) m_history.begin();
   const CropMargins before = m_overlay.crop();
   m_overlay.setPixelStep(pixelStep());
   const bool keepsRatio = event->modifiers().testFlag(Qt::ShiftModifier);
@@ -236,6 +247,8 @@ void CropOverlayView::mouseReleaseEvent(QMouseEvent* event) {
   }
   if (m_canvas.pan().isPanning()) {
     m_canvas.endPan();
+    // Another button pans in the middle of a drag.
+    endDrag();
     return;
   }
   Q_EMIT editEnded();
