@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QLabel>
 #include <QMouseEvent>
-#include <QStyle>
 #include <QWheelEvent>
 #include <algorithm>
 
@@ -12,6 +11,7 @@
 #include "canvas/crop_canvas_fields.h"
 #include "canvas/crop_overlay_view.h"
 #include "canvas/video_canvas_view.h"
+#include "controls/motion.h"
 #include "model/edit_history.h"
 
 namespace vantrel {
@@ -117,8 +117,7 @@ void CanvasScrollView::update(const CropCanvas& canvas) {
   m_shown = canvas;
   m_camera.update(wishOf(canvas), mediaChanged,
                   previewChanged || (canvas.previewOnly && cropChanged), now());
-  const bool animates = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
-  if (!animates) m_camera.tick(now() + CanvasCamera::kMoveSeconds);
+  if (!showsMotion(*this)) m_camera.tick(now() + CanvasCamera::kMoveSeconds);
 
   m_canvas->setCanvasColor(canvas.canvasColor);
   showNotice();
@@ -225,6 +224,8 @@ void CanvasScrollView::takeDevicePixelRatio() {
 void CanvasScrollView::abandonDrags() {
   m_overlay->endDrag();
   if (m_pan.isPanning()) endPan();
+  m_horizontalBar->letGo();
+  m_verticalBar->letGo();
 }
 
 bool CanvasScrollView::event(QEvent* event) {

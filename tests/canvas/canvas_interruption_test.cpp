@@ -4,6 +4,7 @@
 #include <QMenu>
 #include <functional>
 
+#include "canvas/canvas_scroll_bar.h"
 #include "canvas/canvas_window.h"
 
 namespace vantrel {
@@ -178,6 +179,19 @@ TEST_F(CanvasInterruptionTest, APanWhoseReleaseIsLostEndsWithTheNextMovement) {
   EXPECT_EQ(canvas.hand(), Hand::none);
   EXPECT_EQ(canvas.offset(), offset);
   canvas.release(point, Qt::MiddleButton);
+}
+
+TEST_F(CanvasInterruptionTest, DisablingLetsGoOfAScrollBar) {
+  CanvasScrollBar* const bar = canvas.canvas.floatingBar(Qt::Vertical);
+  bar->wake();
+  const QPoint grip = bar->mapTo(canvas.canvas.canvas(), bar->handle().center().toPoint());
+  canvas.press(grip);
+  canvas.canvas.setEnabled(false);
+  canvas.release(grip);
+  canvas.canvas.setEnabled(true);
+  canvas.move({3, 3});
+  bar->rest();
+  EXPECT_NE(bar->fade().state(), QAbstractAnimation::Stopped);
 }
 
 TEST_F(CanvasInterruptionTest, SpaceThatComesUpInAMenuDisarmsTheHand) {

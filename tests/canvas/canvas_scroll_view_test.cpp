@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QProxyStyle>
 #include <QSignalSpy>
 #include <cmath>
 #include <memory>
@@ -330,6 +331,31 @@ TEST_F(CanvasScrollViewTest, AMoveEndsWhenTheCanvasHides) {
   canvas.update();
   canvas.canvas.hide();
   EXPECT_FALSE(camera().isMoving());
+}
+
+TEST_F(CanvasScrollViewTest, MovesAndFadesAtOnceWhereLessMotionIsWanted) {
+  class StillStyle final : public QProxyStyle {
+   public:
+    [[nodiscard]] int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                                QStyleHintReturn* returned) const override {
+      if (hint == SH_Widget_Animation_Duration) return 0;
+      return QProxyStyle::styleHint(hint, option, widget, returned);
+    }
+  } still;
+  CanvasScrollBar* const bar = canvas.canvas.floatingBar(Qt::Horizontal);
+  for (QWidget* const widget : {static_cast<QWidget*>(&canvas.canvas), canvas.canvas.viewport(),
+                                static_cast<QWidget*>(bar)}) {
+    widget->setStyle(&still);
+  }
+  canvas.shown.zoom = 4;
+  ++canvas.shown.cameraRequest;
+  canvas.setPreviewOnly(true);
+  EXPECT_FALSE(camera().isMoving());
+  EXPECT_DOUBLE_EQ(camera().shownZoom(), 4);
+  EXPECT_EQ(canvas.canvas.canvas()->editingOpacity(), 0);
+  bar->wake();
+  bar->rest();
+  EXPECT_FALSE(bar->isVisible());
 }
 
 TEST_F(CanvasScrollViewTest, ScrollBarsMirrorTheDocumentAndScrollIt) {
