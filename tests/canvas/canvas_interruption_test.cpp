@@ -2,7 +2,10 @@
 
 #include <QDialog>
 #include <QMenu>
+#include <algorithm>
+#include <array>
 #include <functional>
+#include <random>
 
 #include "canvas/canvas_scroll_bar.h"
 #include "canvas/canvas_window.h"
@@ -217,6 +220,100 @@ TEST_F(CanvasInterruptionTest, AMoveThatIsHiddenHasLandedWhenItIsShown) {
   canvas.canvas.show();
   const CanvasCamera& camera = canvas.canvas.camera();
   EXPECT_DOUBLE_EQ(camera.shownZoom(), camera.fittedScale() * camera.devicePixelRatio());
+}
+
+/// Does anything at any time, the same each time.
+class CanvasSequenceTest : public CanvasInterruptionTest {
+ protected:
+  static constexpr std::array kButtons{Qt::LeftButton, Qt::MiddleButton, Qt::RightButton};
+
+  int upTo(int count) { return static_cast<int>(m_random() % count); }
+  int notch() { return 120 * (upTo(3) - 1); }
+  void moveTo(const QPoint& to) {
+    const QRect area = canvas.overlay.rect();
+    m_point = {std::clamp(to.x(), area.left(), area.right()),
+               std::clamp(to.y(), area.top(), area.bottom())};
+    canvas.move(m_point);
+  }
+  void toggle(Qt::MouseButton button) {
+    if (m_down.testFlag(button)) {
+      canvas.release(m_point, button);
+    } else {
+      canvas.press(m_point, button);
+    }
+    m_down ^= button;
+  }
+  void key(int code, bool isPress) {
+    const auto action = isPress ? QTest::Press : QTest::Release;
+    QTest::sendKeyEvent(action, canvas.window.windowHandle(), Qt::Key(code), QString(), {});
+  }
+  void useMouse() {
+    switch (upTo(6)) {
+      case 0:
+        return moveTo(m_point + QPoint(upTo(81) - 40, upTo(61) - 30));
+      case 1:
+        return moveTo(canvas.middleOf(kCropHandles.at(upTo(kCropHandles.size()))));
+      case 2:
+        return canvas.turnWheel(m_point, {notch(), notch()});
+      case 3:
+        return canvas.turnWheel(m_point, {0, notch()}, Qt::ControlModifier);
+      default:
+        return toggle(kButtons.at(upTo(kButtons.size())));
+    }
+  }
+  void interrupt() {
+    switch (upTo(7)) {
+      case 0:
+        return key(Qt::Key_Space, upTo(2) == 0);
+      case 1:
+        return key(Qt::Key_Left + upTo(4), true);
+      case 2:
+        return canvas.setPreviewOnly(upTo(2) == 0);
+      case 3:
+        return canvas.history.undo();
+      case 4:
+        return canvas.history.redo();
+      case 5:
+        canvas.canvas.setEnabled(false);
+        return canvas.canvas.setEnabled(true);
+      default:
+        canvas.shown.fit = upTo(2) == 0;
+        ++canvas.shown.cameraRequest;
+        return canvas.update();
+    }
+  }
+  void releaseAll() {
+    for (const Qt::MouseButton button : kButtons) {
+      if (m_down.testFlag(button)) toggle(button);
+    }
+    key(Qt::Key_Space, false);
+  }
+  [[nodiscard]] bool isDragging() const { return canvas.overlay.overlay().grip().has_value(); }
+  [[nodiscard]] bool isLeftDown() const { return m_down.testFlag(Qt::LeftButton); }
+
+ private:
+  std::minstd_rand m_random{7};
+  QPoint m_point = canvas.middle();
+  Qt::MouseButtons m_down;
+};
+
+TEST_F(CanvasSequenceTest, HoldsNothingOnceEverythingIsReleased) {
+  const QRectF source(QPointF(0, 0), OverlayWindow::kSource);
+  for (int round = 0; round < 30; ++round) {
+    for (int step = 0; step < 20; ++step) {
+      upTo(3) == 0 ? interrupt() : useMouse();
+      ASSERT_EQ(canvas.history.crop(), canvas.overlay.overlay().crop());
+      ASSERT_TRUE(source.contains(canvas.history.crop().rectangle(source.size())));
+      ASSERT_TRUE(isLeftDown() || !isDragging());
+    }
+    releaseAll();
+    ASSERT_EQ(canvas.hand(), Hand::none);
+    ASSERT_FALSE(isDragging());
+    const int steps = canvas.history.manager().index();
+    const int64_t other = canvas.history.crop().left == 1 ? 2 : 1;
+    canvas.history.setCrop({other, 0, 0, 0});
+    ASSERT_EQ(canvas.history.manager().index(), steps + 1);
+  }
 }
 
 }  // namespace
