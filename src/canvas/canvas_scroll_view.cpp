@@ -117,7 +117,7 @@ void CanvasScrollView::update(const CropCanvas& canvas) {
   m_shown = canvas;
   m_camera.update(wishOf(canvas), mediaChanged,
                   previewChanged || (canvas.previewOnly && cropChanged), now());
-  if (!showsMotion(*this)) m_camera.tick(now() + CanvasCamera::kMoveSeconds);
+  if (!showsMotion(*this)) m_camera.finishMove();
 
   m_canvas->setCanvasColor(canvas.canvasColor);
   showNotice();
@@ -284,7 +284,7 @@ void CanvasScrollView::placeBars() {
 
 void CanvasScrollView::hideEvent(QHideEvent* event) {
   QAbstractScrollArea::hideEvent(event);
-  m_camera.tick(now() + CanvasCamera::kMoveSeconds);
+  m_camera.finishMove();
   applyCamera();
 }
 
