@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <memory>
 #include <vector>
@@ -33,6 +34,8 @@ constexpr QSize kWindow(1280, 800);
 constexpr int kSteps = 200;
 /// How far the pointer goes in one step of a pan, in points.
 constexpr double kPanStep = 12;
+/// After so many steps it turns round.
+constexpr int kSwing = 50;
 constexpr int kGivingUpMilliseconds = 60'000;
 
 /// Processor time of the calling thread in milliseconds.
@@ -115,7 +118,8 @@ class Window {
     Times times;
     for (int step = 0; step < kSteps; ++step) {
       times.values.push_back(timed([&] {
-        mouse(QEvent::MouseMove, center + QPointF(swing(step), swing(step) / 2), Qt::LeftButton);
+        mouse(QEvent::MouseMove, center + 2 * QPointF(swing(step), swing(step) / 2),
+              Qt::LeftButton);
       }));
     }
     mouse(QEvent::MouseButtonRelease, center, Qt::LeftButton);
@@ -144,7 +148,7 @@ class Window {
     for (int step = 0; step < kSteps; ++step) {
       const int frames = m_frames;
       times.values.push_back(timed([&] {
-        mouse(QEvent::MouseMove, center - QPointF(kPanStep * step, kPanStep * step / 2),
+        mouse(QEvent::MouseMove, center - kPanStep * QPointF(swing(step), swing(step) / 2),
               Qt::MiddleButton);
       }));
       turnUntil([&] { return m_frames > frames; });
@@ -156,7 +160,8 @@ class Window {
   }
 
  private:
-  static double swing(int step) { return 100 * std::sin(step / 8.0); }
+  /// To and fro, so that each step moves something: what changes nothing is not drawn.
+  static double swing(int step) { return std::abs(step % (2 * kSwing) - kSwing); }
 
   /// Turns the event loop until `done`; the processor time of each turn goes to `turns`.
   template <typename Done>

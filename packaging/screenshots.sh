@@ -45,7 +45,9 @@ shoot() {
       program=$!
       editor=$(window "^dusk.jpg$")
       take "$editor" image-whole
-      xdotool windowfocus --sync "$editor" key --delay 60 Tab 2 8 8 Return Tab 4 1 2 Return
+      # Past the crop, its eight handles and the four fields beside it.
+      xdotool windowfocus --sync "$editor" key --delay 60 $(yes Tab | head -n 14) \
+        2 8 8 Return Tab 4 1 2 Return
       take "$editor" image
       xdotool windowfocus --sync "$editor" key --clearmodifiers ctrl+shift+e
       take "$(window "dusk-framed")" review

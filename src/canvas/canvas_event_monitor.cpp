@@ -124,5 +124,3 @@ void CanvasEventMonitor::setSpaceHeld(bool held) {
 }
 
 }  // namespace vantrel
-
-#include "moc_canvas_event_monitor.cpp"

@@ -175,5 +175,3 @@ void CanvasScrollBar::leaveEvent(QEvent* event) {
 }
 
 }  // namespace vantrel
-
-#include "moc_canvas_scroll_bar.cpp"

@@ -329,5 +329,3 @@ void CanvasScrollView::mouseReleaseEvent(QMouseEvent* /*event*/) {
 }
 
 }  // namespace vantrel
-
-#include "moc_canvas_scroll_view.cpp"

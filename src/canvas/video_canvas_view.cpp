@@ -43,7 +43,7 @@ VideoCanvasView::VideoCanvasView(QWidget* parent) : QOpenGLWidget(parent) {
     redraw();
     Q_EMIT editingOpacityChanged(m_editingOpacity);
   });
-  connect(&m_pictures, &PictureRenderer::pictureImproved, this, &VideoCanvasView::redraw);
+  connect(&m_pictures, &PictureRenderer::pictureImproved, this, [this] { update(); });
 }
 
 VideoCanvasView::~VideoCanvasView() {
@@ -160,5 +160,3 @@ void VideoCanvasView::paintGL() {
 }
 
 }  // namespace vantrel
-
-#include "moc_video_canvas_view.cpp"

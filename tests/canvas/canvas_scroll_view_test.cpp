@@ -29,6 +29,17 @@ class KeyCounter final : public QObject {
   }
 };
 
+/// A desktop that asks for less motion.
+class StillStyle final : public QProxyStyle {
+ public:
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* result) const override {
+    return hint == SH_Widget_Animation_Duration
+               ? 0
+               : QProxyStyle::styleHint(hint, option, widget, result);
+  }
+};
+
 class CanvasScrollViewTest : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -323,6 +334,21 @@ TEST_F(CanvasScrollViewTest, MovesToARequestedZoomAndLandsOnIt) {
   EXPECT_DOUBLE_EQ(camera().shownZoom(), zoom);
   ASSERT_TRUE(QTest::qWaitFor([this] { return !camera().isMoving(); }));
   EXPECT_DOUBLE_EQ(camera().shownZoom(), 4);
+}
+
+TEST_F(CanvasScrollViewTest, ChangesAtOnceWhereTheDesktopAsksForLessMotion) {
+  StillStyle still;
+  canvas.canvas.setStyle(&still);
+  canvas.canvas.canvas()->setStyle(&still);
+  canvas.shown.zoom = 4;
+  ++canvas.shown.cameraRequest;
+  canvas.update();
+  EXPECT_FALSE(camera().isMoving());
+  EXPECT_DOUBLE_EQ(camera().shownZoom(), 4);
+  canvas.setPreviewOnly(true);
+  EXPECT_EQ(canvas.canvas.canvas()->editingOpacity(), 0);
+  canvas.canvas.setStyle(nullptr);
+  canvas.canvas.canvas()->setStyle(nullptr);
 }
 
 TEST_F(CanvasScrollViewTest, AMoveEndsWhenTheCanvasHides) {
