@@ -11,6 +11,7 @@
 #include "canvas/crop_canvas_fields.h"
 #include "canvas/crop_cursors.h"
 #include "canvas/crop_focus_ring.h"
+#include "controls/borrowed_focus.h"
 #include "model/edit_history.h"
 
 namespace vantrel {
@@ -29,12 +30,6 @@ std::optional<CropOverlay::Direction> arrowDirection(int key) {
     default:
       return std::nullopt;
   }
-}
-
-/// The focus goes to a menu or another window, or comes back from there.
-bool isPassing(Qt::FocusReason reason) {
-  return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
-         reason == Qt::MenuBarFocusReason;
 }
 
 }  // namespace
@@ -179,7 +174,7 @@ bool CropOverlayView::focusNextPrevChild(bool next) {
 
 void CropOverlayView::focusInEvent(QFocusEvent* event) {
   QWidget::focusInEvent(event);
-  if (isPassing(event->reason())) {
+  if (isBorrowedFocus(event->reason())) {
     Q_EMIT appearanceChanged();
     if (m_focusedHandle) announceFocusLater();
     return;
@@ -193,7 +188,7 @@ void CropOverlayView::focusInEvent(QFocusEvent* event) {
 
 void CropOverlayView::focusOutEvent(QFocusEvent* event) {
   QWidget::focusOutEvent(event);
-  if (isPassing(event->reason())) {
+  if (isBorrowedFocus(event->reason())) {
     Q_EMIT appearanceChanged();
   } else {
     aimKeyboard(std::nullopt, false);

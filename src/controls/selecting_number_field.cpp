@@ -5,6 +5,8 @@
 #include <QMouseEvent>
 #include <utility>
 
+#include "controls/borrowed_focus.h"
+
 namespace vantrel {
 namespace {
 
@@ -15,12 +17,6 @@ QFont withTabularDigits(QFont font) {
   font.setFeature(QFont::Tag("tnum"), 1);
 #endif
   return font;
-}
-
-/// A menu or another window holds the focus for a while; the field keeps being edited.
-bool isBorrowed(Qt::FocusReason reason) {
-  return reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason ||
-         reason == Qt::MenuBarFocusReason;
 }
 
 }  // namespace
@@ -73,7 +69,7 @@ void SelectingNumberField::focusInEvent(QFocusEvent* event) {
 
 void SelectingNumberField::focusOutEvent(QFocusEvent* event) {
   QLineEdit::focusOutEvent(event);
-  if (!isBorrowed(event->reason())) endEditing();
+  if (!isBorrowedFocus(event->reason())) endEditing();
 }
 
 void SelectingNumberField::changeEvent(QEvent* event) {

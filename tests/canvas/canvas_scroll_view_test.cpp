@@ -338,8 +338,10 @@ TEST_F(CanvasScrollViewTest, MovesToARequestedZoomAndLandsOnIt) {
 
 TEST_F(CanvasScrollViewTest, ChangesAtOnceWhereTheDesktopAsksForLessMotion) {
   StillStyle still;
+  CanvasScrollBar* const bar = canvas.canvas.floatingBar(Qt::Horizontal);
   canvas.canvas.setStyle(&still);
   canvas.canvas.canvas()->setStyle(&still);
+  bar->setStyle(&still);
   canvas.shown.zoom = 4;
   ++canvas.shown.cameraRequest;
   canvas.update();
@@ -347,8 +349,12 @@ TEST_F(CanvasScrollViewTest, ChangesAtOnceWhereTheDesktopAsksForLessMotion) {
   EXPECT_DOUBLE_EQ(camera().shownZoom(), 4);
   canvas.setPreviewOnly(true);
   EXPECT_EQ(canvas.canvas.canvas()->editingOpacity(), 0);
+  bar->wake();
+  bar->rest();
+  EXPECT_FALSE(bar->isVisible());
   canvas.canvas.setStyle(nullptr);
   canvas.canvas.canvas()->setStyle(nullptr);
+  bar->setStyle(nullptr);
 }
 
 TEST_F(CanvasScrollViewTest, AMoveEndsWhenTheCanvasHides) {
@@ -357,31 +363,6 @@ TEST_F(CanvasScrollViewTest, AMoveEndsWhenTheCanvasHides) {
   canvas.update();
   canvas.canvas.hide();
   EXPECT_FALSE(camera().isMoving());
-}
-
-TEST_F(CanvasScrollViewTest, MovesAndFadesAtOnceWhereLessMotionIsWanted) {
-  class StillStyle final : public QProxyStyle {
-   public:
-    [[nodiscard]] int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-                                QStyleHintReturn* returned) const override {
-      if (hint == SH_Widget_Animation_Duration) return 0;
-      return QProxyStyle::styleHint(hint, option, widget, returned);
-    }
-  } still;
-  CanvasScrollBar* const bar = canvas.canvas.floatingBar(Qt::Horizontal);
-  for (QWidget* const widget : {static_cast<QWidget*>(&canvas.canvas), canvas.canvas.viewport(),
-                                static_cast<QWidget*>(bar)}) {
-    widget->setStyle(&still);
-  }
-  canvas.shown.zoom = 4;
-  ++canvas.shown.cameraRequest;
-  canvas.setPreviewOnly(true);
-  EXPECT_FALSE(camera().isMoving());
-  EXPECT_DOUBLE_EQ(camera().shownZoom(), 4);
-  EXPECT_EQ(canvas.canvas.canvas()->editingOpacity(), 0);
-  bar->wake();
-  bar->rest();
-  EXPECT_FALSE(bar->isVisible());
 }
 
 TEST_F(CanvasScrollViewTest, ScrollBarsMirrorTheDocumentAndScrollIt) {
