@@ -45,6 +45,8 @@ void SelectingNumberField::setShowsPlaceholder(bool shows) {
 }
 
 bool SelectingNumberField::event(QEvent* event) {
+  // In a window behind another, the focus leaves without a word.
+  if (event->type() == QEvent::WindowActivate && window()->focusWidget() != this) endEditing();
   if (event->type() != QEvent::ShortcutOverride) return QLineEdit::event(event);
   auto* const key = static_cast<QKeyEvent*>(event);
   if (NumberEntry::isCommand(key->key(), key->modifiers())) {
