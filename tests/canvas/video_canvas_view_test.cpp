@@ -247,6 +247,20 @@ TEST_F(VideoCanvasViewTest, ShowsPicturesOfOnePixelInADirection) {
   }
 }
 
+TEST_F(VideoCanvasViewTest, FitsPicturesOfAnyShape) {
+  canvas.shown.fit = true;
+  for (const QSize& size : {QSize(1, 20000), QSize(30000, 100), QSize(100, 30000)}) {
+    canvas.shown.image = scatteredPicture(size.width(), size.height());
+    canvas.shown.sourceSize = size;
+    canvas.history.reset({});
+    zoomTo(1);
+    const QRect part = cropOnScreen();
+    EXPECT_TRUE(shown().rect().contains(part));
+    EXPECT_NE(shown().pixelColor(part.center()), CanvasWindow::kCanvasColor);
+    EXPECT_EQ(shown().pixelColor(3, 3), CanvasWindow::kCanvasColor);
+  }
+}
+
 TEST_F(VideoCanvasViewTest, BearsACropThatIsOutOfView) {
   zoomTo(10);
   canvas.history.setCrop({0, 0, 199, 99});
