@@ -22,6 +22,7 @@ void shift(int64_t& time, int64_t ticks) {
 
 AudioOutput::AudioOutput(ReadingState& state, const Movie& movie, const MovieTrack& track)
     : m_state(state), m_demuxer(movie, track, state.stopToken()) {
+  m_demuxer.requireWholeFile();
   const AVRational timeBase = m_demuxer.stream().time_base;
   const auto segments = movieSegments(movie, track, timeBase);
   if (!segments.empty()) m_segment = segments.front();

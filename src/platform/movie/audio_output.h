@@ -11,7 +11,7 @@ namespace vantrel {
 /// The packets of an audio track, read when they are asked for. `state` outlives it.
 class AudioOutput final : public SampleOutput {
  public:
-  /// Throws what Demuxer throws.
+  /// Throws what Demuxer throws, and MovieError for a file that is shorter than it says.
   AudioOutput(ReadingState& state, const Movie& movie, const MovieTrack& track);
 
   [[nodiscard]] std::optional<MovieSample> copyNextSample() override;

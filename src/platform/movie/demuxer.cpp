@@ -33,22 +33,26 @@ Demuxer::Demuxer(const Movie& movie, const MovieTrack& track, const std::stop_to
   m_stream = context.streams[index];
   m_isTransmittedSound = m_input.isTransmission() && track.kind == MovieTrack::Kind::Audio;
   m_nextEntry = 0;
-  requireWholeFile();
+  m_isWhole = isWholeFile();
   m_walk = ContainerWalk::open(m_path);
 }
 
-void Demuxer::requireWholeFile() {
-  if (!containerIsWhole(m_path)) failAtEarlyEnd();
+void Demuxer::requireWholeFile() const {
+  if (!m_isWhole) failAtEarlyEnd();
+}
+
+bool Demuxer::isWholeFile() {
+  if (!containerIsWhole(m_path)) return false;
   const bool isTransport = std::string_view(m_input.context().iformat->name) == "mpegts";
-  if (isTransport && !transportIsWhole(m_path)) failAtEarlyEnd();
+  if (isTransport && !transportIsWhole(m_path)) return false;
   // The boxes that are missing may be the very ones that tell of a movie.
   const auto extent = QuickTimeExtent::read(m_path);
-  if (!extent) return;
+  if (!extent) return true;
   const QuickTimeExtent::Track* track = extent->track(static_cast<uint32_t>(m_stream->id));
-  if (!extent->boxesAreWhole || (track && !track->isWhole)) failAtEarlyEnd();
   // Packets of sound may hold any number of samples.
   const bool isVideo = m_stream->codecpar->codec_type == AVMEDIA_TYPE_VIDEO;
   if (isVideo && m_input.boxes() && track) m_sampleCount = track->sampleCount;
+  return extent->boxesAreWhole && (!track || track->isWhole);
 }
 
 bool Demuxer::readOwn(AVPacket& packet) {

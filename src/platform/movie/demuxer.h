@@ -13,15 +13,16 @@
 namespace vantrel {
 
 /// The packets of one track, in the file's order and with the times of its media: edit lists are
-/// not applied. A file that ends before it should is an error, wherever that shows. One thread at a
-/// time.
+/// not applied. A file that ends before it should is an error where reading comes to it. One thread
+/// at a time.
 class Demuxer final {
  public:
-  /// Throws what MovieInput::open throws, and MovieError for a file that is shorter than it says or
-  /// no longer has the track.
+  /// Throws what MovieInput::open throws, and MovieError for a file that no longer has the track.
   Demuxer(const Movie& movie, const MovieTrack& track, const std::stop_token& stop);
 
   [[nodiscard]] const AVStream& stream() const { return *m_stream; }
+  /// Throws MovieError for a file that is shorter than it says, before reading comes to its end.
+  void requireWholeFile() const;
   /// The next packet in the place of the old content of `packet`; false at the end. Pictures of a
   /// transmission may be flagged corrupt. Throws MovieError, std::system_error or Cancelled.
   [[nodiscard]] bool read(AVPacket& packet);
@@ -40,7 +41,7 @@ class Demuxer final {
 
  private:
   [[noreturn]] void failAtEarlyEnd() const { fail(kEndsTooEarly); }
-  void requireWholeFile();
+  [[nodiscard]] bool isWholeFile();
   [[nodiscard]] bool readOwn(AVPacket& packet);
   [[nodiscard]] bool readTransmittedSound(AVPacket& packet);
   void readAhead();
@@ -54,6 +55,7 @@ class Demuxer final {
   std::filesystem::path m_path;
   MovieInput m_input;
   AVStream* m_stream = nullptr;
+  bool m_isWhole = false;
   /// Samples of a video track, those in fragments too; 0 if unknown.
   uint64_t m_sampleCount = 0;
   /// Where the next packet is expected in the stream's index; absent after a seek.

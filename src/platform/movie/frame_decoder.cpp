@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "platform/movie/coded_format.h"
+#include "platform/movie/movie_error.h"
 
 namespace vantrel {
 namespace {
@@ -81,7 +82,9 @@ AvFramePtr FrameDecoder::next() {
       ++m_pictures;
       return frame;
     }
-    if (!send()) return nullptr;
+    if (send()) continue;
+    if (m_failure) std::rethrow_exception(m_failure);
+    return nullptr;
   }
 }
 
@@ -122,8 +125,12 @@ bool FrameDecoder::send() {
 }
 
 bool FrameDecoder::readWanted() {
-  while (!m_hasPacket && m_demuxer.read(*m_packet))
-    m_hasPacket = isWanted(*m_packet);
+  try {
+    while (!m_hasPacket && m_demuxer.read(*m_packet))
+      m_hasPacket = isWanted(*m_packet);
+  } catch (const MovieError&) {
+    m_failure = std::current_exception();
+  }
   return m_hasPacket;
 }
 
@@ -189,6 +196,7 @@ void FrameDecoder::restart() {
   avcodec_flush_buffers(m_decoder.get());
   m_ahead.reset();
   m_isDraining = m_hasPacket = false;
+  m_failure = nullptr;
   m_decodingTimes.clear();
   m_lastTime = AV_NOPTS_VALUE;
   m_earliestTime = INT64_MIN;

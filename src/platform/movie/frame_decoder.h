@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <exception>
 
 #include "platform/movie/av_ptr.h"
 #include "platform/movie/demuxer.h"
@@ -16,6 +17,8 @@ class FrameDecoder final {
   FrameDecoder(const Movie& movie, const MovieTrack& track, const std::stop_token& stop);
 
   [[nodiscard]] const AVStream& stream() const { return m_demuxer.stream(); }
+  /// As Demuxer does.
+  void requireWholeFile() const { m_demuxer.requireWholeFile(); }
 
   /// The next picture, with a `pts` that is greater than that of the picture before; null at the
   /// end. A picture whose time is not greater is moved behind the one before by a tick: none is
@@ -71,6 +74,8 @@ class FrameDecoder final {
   /// Read ahead while seeking.
   AvFramePtr m_ahead;
   bool m_isDraining = false;
+  /// What kept it from reading on, to be thrown behind the pictures read by then.
+  std::exception_ptr m_failure;
   /// Until the first packet; or, where decoding may begin anywhere, until a key frame comes, and
   /// so many packets are passed over so far.
   bool m_awaitsKeyFrame = true;

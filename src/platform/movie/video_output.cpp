@@ -10,7 +10,9 @@ VideoOutput::VideoOutput(ReadingState& state, const Movie& movie, const MovieTra
                          const VideoOutputSettings& settings)
     : m_state(state),
       m_pictures(movie, track, state.stopToken()),
-      m_cropper(settings, track.naturalSize) {}
+      m_cropper(settings, track.naturalSize) {
+  m_pictures.requireWholeFile();
+}
 
 void VideoOutput::start() {
   m_thread = std::jthread([this] { decode(); });

@@ -16,7 +16,7 @@ namespace vantrel {
 /// have ended, or all samples be taken, when it is destroyed: the destructor joins.
 class VideoOutput final : public SampleOutput {
  public:
-  /// Throws what PictureDecoder throws.
+  /// Throws what PictureDecoder throws, and MovieError for a file that is shorter than it says.
   VideoOutput(ReadingState& state, const Movie& movie, const MovieTrack& track,
               const VideoOutputSettings& settings);
 

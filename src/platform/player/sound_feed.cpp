@@ -126,7 +126,7 @@ void SoundFeed::obey(const Wish& wish, const std::stop_token& stop) {
   m_ring.restart(start);
   m_block = {};
   m_isDone = false;
-  m_reader->seek({start, m_rate});
+  m_sought = MediaTime{start, m_rate};
   fill(wish.number, kRunUp);
   if (stop.stop_requested() || !isNewest(wish.number)) return;
   m_obeyed = wish.number;
@@ -143,7 +143,7 @@ void SoundFeed::fill(int64_t wishNumber, int64_t wanted) {
   while (!m_isDone && kCapacity - m_ring.room() < wanted && m_ring.room() > 0) {
     if (!isNewest(wishNumber)) return;
     if (m_block.length() == 0) {
-      auto block = m_reader->next();
+      auto block = nextBlock();
       if (!block) {
         m_isDone = true;
         m_ring.finish();
@@ -152,6 +152,15 @@ void SoundFeed::fill(int64_t wishNumber, int64_t wanted) {
       m_block = std::move(*block);
     }
     putBlock();
+  }
+}
+
+std::optional<SoundBlock> SoundFeed::nextBlock() {
+  try {
+    if (const auto sought = std::exchange(m_sought, {})) m_reader->seek(*sought);
+    return m_reader->next();
+  } catch (const std::exception&) {
+    return {};
   }
 }
 

@@ -65,6 +65,8 @@ class SoundFeed final {
   [[nodiscard]] bool isNewest(int64_t wishNumber) const;
   /// Until the ring holds `wanted` samples, or a newer wish comes.
   void fill(int64_t wishNumber, int64_t wanted);
+  /// None at the end, and where the file cannot be read on: there silence follows.
+  [[nodiscard]] std::optional<SoundBlock> nextBlock();
   void putBlock();
   void give(float* samples, int frames);
 
@@ -93,6 +95,8 @@ class SoundFeed final {
   // The sound thread.
   std::unique_ptr<SoundReader> m_reader;
   std::unique_ptr<SoundOutput> m_output;
+  /// Where the reader is to go before it reads on.
+  std::optional<MediaTime> m_sought;
   /// What of the last block has not gone into the ring.
   SoundBlock m_block;
   bool m_isStarted = false, m_isDone = false;

@@ -340,6 +340,23 @@ TEST_F(MoviePlayerTest, EndsWhereTheFileIsCutWhileItIsOpen) {
   EXPECT_EQ(numberSoughtAt(*player, middleOf(2)), 2);
 }
 
+TEST_F(MoviePlayerTest, PlaysAFileThatIsCutAsFarAsItGoes) {
+  // Noisy, so that its bytes are those of its pictures.
+  makeBarcodedFilm(film("whole.mov"), kPictures, h264(5), ",pad=320:240:0:88,noise=alls=40:allf=t");
+  for (const char* name : {"half.mov", "half.mkv", "half.ts"}) {
+    SCOPED_TRACE(name);
+    runFfmpeg({"-i", film("whole.mov"), "-c", "copy", "-movflags", "+faststart", film(name)});
+    std::filesystem::resize_file(film(name), std::filesystem::file_size(film(name)) * 2 / 3);
+    const auto player = open(name);
+    EXPECT_EQ(numberSoughtAt(*player, {0, 1}), 0);
+    EXPECT_EQ(numberSoughtAt(*player, middleOf(3)), 3);
+    player->play();
+    EXPECT_TRUE(waitForEnd(*player));
+    EXPECT_GT(shownNumber(*player), 3);
+    EXPECT_LT(shownNumber(*player), kPictures);
+  }
+}
+
 TEST_F(MoviePlayerTest, AnswersSeeksThatItsEndCameBefore) {
   for (int opens = 0; opens < 10; ++opens) {
     auto player = open("silent.mov");

@@ -150,6 +150,26 @@ TEST_F(SoundFeedTest, PlaysAllOfItAndThenSilence) {
   EXPECT_EQ(feed.state(), State::Heard);
 }
 
+TEST_F(SoundFeedTest, PlaysAgainAfterItCameToWhereTheFileIsCut) {
+  const std::filesystem::path cut = folder / "cut.mov";
+  runFfmpeg({"-i", film, "-c", "copy", "-movflags", "+faststart", cut});
+  std::filesystem::resize_file(cut, std::filesystem::file_size(cut) / 2);
+  const Movie half = Movie::open(cut);
+  SoundFeed feed(half, half.tracks(MovieTrack::Kind::Audio).at(0), openFake());
+  feed.start(0.75);
+  EXPECT_NEAR(firstBuffer()[0], ramp(0.75), 1e-5);
+  EXPECT_TRUE(QTest::qWaitFor([&] {
+    const auto samples = device.pull();
+    return !samples.empty() && samples[0] == 0;
+  }));
+  EXPECT_EQ(feed.state(), State::Heard);
+  feed.start(0.25);
+  EXPECT_TRUE(QTest::qWaitFor([&] {
+    const auto samples = device.pull();
+    return !samples.empty() && std::abs(samples[0] - ramp(0.25)) < 1e-5;
+  }));
+}
+
 TEST_F(SoundFeedTest, MutedItPlaysSilenceInTime) {
   SoundFeed feed(*movie, track, openFake());
   feed.setMuted(true);
