@@ -25,7 +25,7 @@ done >"$work/kdeglobals"
 # the way. LOOK is empty or "-dark".
 shoot() {
   local scale=$1 look=$2 screen=()
-  screen=($(awk -v scale="$scale" 'BEGIN { print 1400 * scale, 900 * scale }'))
+  read -ra screen < <(awk -v scale="$scale" 'BEGIN { print 1400 * scale, 900 * scale }')
   local -x QT_SCALE_FACTOR=$scale
   [ -z "$look" ] || local -x XDG_CONFIG_HOME=$work XDG_CURRENT_DESKTOP=KDE KDE_SESSION_VERSION=5
   xvfb-run -a -s "-screen 0 ${screen[0]}x${screen[1]}x24 +extension GLX -nolisten tcp" \

@@ -130,6 +130,21 @@ TEST_F(VideoCanvasViewTest, TheBorderLiesOnPixelEdgesOfTheSourceBetweenTheStops)
   EXPECT_EQ(m_bordersSeen, 12);
 }
 
+TEST_F(VideoCanvasViewTest, TheScreenShowsTheSurfacePixelByPixel) {
+  zoomTo(1);
+  canvas.setPreviewOnly(true);
+  surface().fade().setCurrentTime(VideoCanvasView::kFadeMilliseconds);
+  const QRect part = cropOnScreen();
+  const QPoint origin =
+      (QPointF(surface().mapTo(&canvas.window, QPoint(0, 0))) * ratio()).toPoint();
+  const auto screen = [&] {
+    const QPixmap window = surface().screen()->grabWindow(canvas.window.winId());
+    return window.toImage().convertToFormat(QImage::Format_RGB32).copy(part.translated(origin));
+  };
+  const QImage drawn = shown().convertToFormat(QImage::Format_RGB32).copy(part);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return screen() == drawn; }));
+}
+
 TEST_F(VideoCanvasViewTest, DimsThePictureButNotTheCanvasOutsideTheCrop) {
   const QRect part = cropOnScreen();
   const QRect whole = onScreen(QRectF(QPointF(0, 0), canvas.shown.sourceSize));
