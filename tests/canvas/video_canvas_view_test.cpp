@@ -251,6 +251,18 @@ TEST_F(VideoCanvasViewTest, ShowsAnotherPictureOfTheSameSize) {
   expectKeptPartIsSharp(shown());
 }
 
+TEST_F(VideoCanvasViewTest, SaysNothingOfAPictureThatWasReplacedMeanwhile) {
+  QCoreApplication::sendPostedEvents(&surface(), QEvent::MetaCall);
+  QSignalSpy told(&surface(), &VideoCanvasView::pictureShown);
+  canvas.turnWheel(canvas.middle(), {0, 40});
+  (void)shown();
+  ASSERT_TRUE(surface().isPictureShown());
+  canvas.shown.image = scatteredPicture(100, 50);
+  canvas.update();
+  QCoreApplication::sendPostedEvents(&surface(), QEvent::MetaCall);
+  EXPECT_EQ(told.count(), 0);
+}
+
 TEST_F(VideoCanvasViewTest, ShowsPicturesOfOnePixelInADirection) {
   for (const QSize& size : {QSize(1, 1), QSize(1, 90), QSize(150, 1)}) {
     canvas.shown.image = scatteredPicture(size.width(), size.height());
