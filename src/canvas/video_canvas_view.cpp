@@ -156,7 +156,12 @@ void VideoCanvasView::paintGL() {
   m_rectangles.draw(deviceSize(), rectangles, m_editingOpacity);
   if (m_isPictureShown || !m_hasPicture || !m_pictures.isComplete()) return;
   m_isPictureShown = true;
-  QMetaObject::invokeMethod(this, &VideoCanvasView::pictureShown, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        if (m_isPictureShown) Q_EMIT pictureShown();
+      },
+      Qt::QueuedConnection);
 }
 
 }  // namespace vantrel

@@ -130,6 +130,21 @@ TEST_F(VideoCanvasViewTest, TheBorderLiesOnPixelEdgesOfTheSourceBetweenTheStops)
   EXPECT_EQ(m_bordersSeen, 12);
 }
 
+TEST_F(VideoCanvasViewTest, TheScreenShowsTheSurfacePixelByPixel) {
+  zoomTo(1);
+  canvas.setPreviewOnly(true);
+  surface().fade().setCurrentTime(VideoCanvasView::kFadeMilliseconds);
+  const QRect part = cropOnScreen();
+  const QPoint origin =
+      (QPointF(surface().mapTo(&canvas.window, QPoint(0, 0))) * ratio()).toPoint();
+  const auto screen = [&] {
+    const QPixmap window = surface().screen()->grabWindow(canvas.window.winId());
+    return window.toImage().convertToFormat(QImage::Format_RGB32).copy(part.translated(origin));
+  };
+  const QImage drawn = shown().convertToFormat(QImage::Format_RGB32).copy(part);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return screen() == drawn; }));
+}
+
 TEST_F(VideoCanvasViewTest, DimsThePictureButNotTheCanvasOutsideTheCrop) {
   const QRect part = cropOnScreen();
   const QRect whole = onScreen(QRectF(QPointF(0, 0), canvas.shown.sourceSize));
@@ -234,6 +249,18 @@ TEST_F(VideoCanvasViewTest, ShowsAnotherPictureOfTheSameSize) {
   ASSERT_TRUE(QTest::qWaitFor([&] { return told.count() > 0; }));
   EXPECT_TRUE(surface().isPictureShown());
   expectKeptPartIsSharp(shown());
+}
+
+TEST_F(VideoCanvasViewTest, SaysNothingOfAPictureThatWasReplacedMeanwhile) {
+  QCoreApplication::sendPostedEvents(&surface(), QEvent::MetaCall);
+  QSignalSpy told(&surface(), &VideoCanvasView::pictureShown);
+  canvas.turnWheel(canvas.middle(), {0, 40});
+  (void)shown();
+  ASSERT_TRUE(surface().isPictureShown());
+  canvas.shown.image = scatteredPicture(100, 50);
+  canvas.update();
+  QCoreApplication::sendPostedEvents(&surface(), QEvent::MetaCall);
+  EXPECT_EQ(told.count(), 0);
 }
 
 TEST_F(VideoCanvasViewTest, ShowsPicturesOfOnePixelInADirection) {
