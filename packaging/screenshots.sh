@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Photographs the program on a virtual display, at one and two device pixels a point.
+# Photographs the program on a virtual display, light at one, one and a half and two device pixels a point,
+# dark at one.
 # Usage: packaging/screenshots.sh BIN-FOLDER OUTPUT-FOLDER
 set -euo pipefail
 bin=$(realpath "$1")
@@ -15,13 +16,22 @@ convert -size 4032x3024 gradient:'#22407a-#f3c887' \
   -fill '#2f3352' -draw 'polygon 0,2270 660,1930 1270,2260 1810,2010 2510,2360 3110,2100 3830,2360 4032,2360 4032,3024 0,3024' \
   -fill '#1e2a47' -draw 'rectangle 0,2360 4032,3024' -quality 92 "$work/dusk.jpg"
 
-# shoot SCALE: opens the picture, types margins, exports, and photographs each window on the way.
+# The colours of a desktop that is dark, where the toolkit looks for them; the program brings its own.
+for area in Window View Button; do
+  printf '[Colors:%s]\nBackgroundNormal=30,30,30\nForegroundNormal=230,230,230\n' $area
+done >"$work/kdeglobals"
+
+# shoot SCALE LOOK: opens the picture, types margins, looks closer, exports, and photographs each window on
+# the way. LOOK is empty or "-dark".
 shoot() {
-  local scale=$1
-  QT_SCALE_FACTOR=$scale xvfb-run -a -s "-screen 0 $((1400 * scale))x$((900 * scale))x24 -nolisten tcp" \
+  local scale=$1 look=$2 screen=()
+  read -ra screen < <(awk -v scale="$scale" 'BEGIN { print 1400 * scale, 900 * scale }')
+  local -x QT_SCALE_FACTOR=$scale
+  [ -z "$look" ] || local -x XDG_CONFIG_HOME=$work XDG_CURRENT_DESKTOP=KDE KDE_SESSION_VERSION=5
+  xvfb-run -a -s "-screen 0 ${screen[0]}x${screen[1]}x24 +extension GLX -nolisten tcp" \
     bash -c '
       set -eu
-      bin=$1 work=$2 out=$3 scale=$4
+      bin=$1 work=$2 out=$3 scale=$4 look=$5
       openbox >/dev/null 2>&1 &
       manager=$!
       window() { timeout 60 xdotool search --sync --onlyvisible --name "$1" | tail -n 1; }
@@ -35,7 +45,8 @@ shoot() {
           sleep 0.5
         done
       }
-      take() { settled "$1" && import -window "$1" "$out/$2@${scale}x.png"; }
+      take() { settled "$1" && import -window "$1" "$out/$2$look@${scale}x.png"; }
+      keys() { xdotool windowfocus --sync "$editor" key --delay 60 "$@"; }
       "$bin/vantrel" >/dev/null 2>&1 &
       program=$!
       take "$(window "^Vantrel$")" empty
@@ -50,17 +61,27 @@ shoot() {
       program=$!
       editor=$(window "^dusk.jpg$")
       take "$editor" image-whole
-      # Past the crop, its eight handles and the four fields beside it.
-      xdotool windowfocus --sync "$editor" key --delay 60 $(yes Tab | head -n 14) \
-        2 8 8 Return Tab 4 1 2 Return
+      # The crop and its eight handles come before the fields beside it.
+      keys Tab Tab Tab Tab Tab Tab Tab Tab Tab
+      keys Tab 4 1 3 Tab 2 8 7 Tab 3 9 5 Tab 1 8 1 Return
       take "$editor" image
-      xdotool windowfocus --sync "$editor" key --clearmodifiers ctrl+shift+e
+      keys ctrl+p
+      take "$editor" preview
+      keys Escape
+      # The largest zoom, where a mountain meets the edge of the crop: the wheel keeps that under the pointer.
+      eval "$(xdotool getwindowgeometry --shell "$editor")"
+      xdotool mousemove --window "$editor" $((WIDTH * 1703 / 10000)) $((HEIGHT * 585 / 1000)) keydown Control_L
+      xdotool click --repeat 60 --delay 20 4 keyup Control_L
+      take "$editor" sharp
+      keys ctrl+0 ctrl+shift+e
       take "$(window "dusk-framed")" review
       kill $program
       wait $program || true
-      kill $manager' run "$bin" "$work" "$out" "$scale"
+      kill $manager' run "$bin" "$work" "$out" "$scale" "$look"
 }
 
-shoot 1
-shoot 2
+shoot 1 ''
+shoot 1 -dark
+shoot 1.5 ''
+shoot 2 ''
 ls "$out"

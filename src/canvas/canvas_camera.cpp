@@ -126,9 +126,7 @@ void CanvasCamera::tick(double now) {
   if (!m_move || !std::isfinite(now)) return;
   const double t = std::clamp((now - m_move->start) / kMoveSeconds, 0.0, 1.0);
   if (t >= 1) {
-    const QPointF focus = m_move->endFocus;
-    stopMove();
-    layOut(focus);
+    finishMove();
     return;
   }
   const double progress = eased(t);
@@ -138,6 +136,13 @@ void CanvasCamera::tick(double now) {
 
 void CanvasCamera::stopMove() {
   m_move.reset();
+}
+
+void CanvasCamera::finishMove() {
+  if (!m_move) return;
+  const QPointF focus = m_move->endFocus;
+  stopMove();
+  layOut(focus);
 }
 
 void CanvasCamera::scrollTo(const QPointF& offset) {

@@ -68,7 +68,10 @@ class CanvasCamera final {
   void setDevicePixelRatio(double ratio);
   /// Goes on with a move, if there is one.
   void tick(double now);
+  /// Leaves the picture where the move has brought it.
   void stopMove();
+  /// Lands a move at once, if there is one.
+  void finishMove();
   /// Limited to the document; a move goes on.
   void scrollTo(const QPointF& offset);
   /// Changes the shown zoom by a factor, keeping what lies under a point of the viewport. Turns the

@@ -11,6 +11,12 @@
 namespace vantrel {
 namespace {
 
+/// A held key that repeats seems to come up each time.
+bool endsSpace(const QKeyEvent& event) {
+  return event.type() == QEvent::KeyRelease && event.key() == Qt::Key_Space &&
+         !event.isAutoRepeat();
+}
+
 /// Whether the keys write into a text field.
 bool isTyping(const QWidget& window) {
   const QWidget* const focused = window.focusWidget();
@@ -49,7 +55,9 @@ bool CanvasEventMonitor::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::ShortcutOverride:
     case QEvent::KeyPress:
     case QEvent::KeyRelease:
-      return isOurs(watched) && takeKey(*static_cast<QKeyEvent*>(event));
+      if (isOurs(watched)) return takeKey(*static_cast<QKeyEvent*>(event));
+      if (endsSpace(*static_cast<QKeyEvent*>(event))) setSpaceHeld(false);
+      return false;
     default:
       return false;
   }
@@ -100,8 +108,7 @@ bool CanvasEventMonitor::takeKey(QKeyEvent& event) {
   event.accept();
   // Accepted, an override keeps shortcuts away from the key, which then comes as a press.
   if (event.type() == QEvent::ShortcutOverride) return true;
-  // A held key that repeats seems to come up each time.
-  if (isRelease && event.isAutoRepeat()) return true;
+  if (isRelease && !endsSpace(event)) return true;
   if (action == CanvasInput::KeyAction::exitPreview) {
     Q_EMIT exitPreviewRequested();
   } else {

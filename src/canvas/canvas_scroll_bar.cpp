@@ -3,10 +3,11 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QSignalBlocker>
-#include <QStyle>
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
+
+#include "controls/motion.h"
 
 namespace vantrel {
 namespace {
@@ -62,12 +63,17 @@ void CanvasScrollBar::wake() {
 
 void CanvasScrollBar::rest() {
   if (m_grip || underMouse()) return;
-  const bool moves = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
   m_fade.stop();
-  m_fade.setDuration(moves ? kFadeMilliseconds : 0);
+  m_fade.setDuration(showsMotion(*this) ? kFadeMilliseconds : 0);
   m_fade.setStartValue(m_opacity);
   m_fade.setEndValue(0.0);
   m_fade.start();
+}
+
+void CanvasScrollBar::letGo() {
+  if (!m_grip) return;
+  m_grip.reset();
+  m_idle.start();
 }
 
 void CanvasScrollBar::setOpacity(double opacity) {
@@ -146,7 +152,7 @@ void CanvasScrollBar::mouseReleaseEvent(QMouseEvent* event) {
     event->ignore();
     return;
   }
-  m_grip.reset();
+  letGo();
   wake();
 }
 

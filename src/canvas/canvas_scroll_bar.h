@@ -30,8 +30,10 @@ class CanvasScrollBar final : public QScrollBar {
   void mirror(double extent, double page, double offset);
   /// Appears, and stays until it has been idle for long enough.
   void wake();
-  /// Fades away.
+  /// Fades away, unless it is held or under the pointer.
   void rest();
+  /// Ends the dragging of the handle.
+  void letGo();
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QLabel>
 #include <QMouseEvent>
-#include <QStyle>
 #include <QWheelEvent>
 #include <algorithm>
 
@@ -12,6 +11,7 @@
 #include "canvas/crop_canvas_fields.h"
 #include "canvas/crop_overlay_view.h"
 #include "canvas/video_canvas_view.h"
+#include "controls/motion.h"
 #include "model/edit_history.h"
 
 namespace vantrel {
@@ -51,6 +51,7 @@ CanvasScrollView::CanvasScrollView(EditHistory& history, QWidget* parent)
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setViewport(VideoCanvasView::isSupported() ? m_canvas : makeNotice());
+  viewport()->setMouseTracking(true);
   m_overlay = new CropOverlayView(history, *this);
   m_overlay->setVisible(viewport() == m_canvas);
   m_horizontalBar = new CanvasScrollBar(Qt::Horizontal, viewport());
@@ -112,11 +113,11 @@ void CanvasScrollView::update(const CropCanvas& canvas) {
       m_shown.player != canvas.player || !isSamePicture(m_shown.image, canvas.image);
   const bool previewChanged = m_shown.previewOnly != canvas.previewOnly;
   const bool cropChanged = m_overlay->overlay().crop() != canvas.crop;
+  if (mediaChanged || m_shown.sourceSize != canvas.sourceSize) abandonDrags();
   m_shown = canvas;
   m_camera.update(wishOf(canvas), mediaChanged,
                   previewChanged || (canvas.previewOnly && cropChanged), now());
-  const bool animates = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
-  if (!animates) m_camera.tick(now() + CanvasCamera::kMoveSeconds);
+  if (!showsMotion(*this)) m_camera.finishMove();
 
   m_canvas->setCanvasColor(canvas.canvasColor);
   showNotice();
@@ -220,9 +221,21 @@ void CanvasScrollView::takeDevicePixelRatio() {
   applyCamera();
 }
 
+void CanvasScrollView::abandonDrags() {
+  m_overlay->endDrag();
+  if (m_pan.isPanning()) endPan();
+  m_horizontalBar->letGo();
+  m_verticalBar->letGo();
+}
+
 bool CanvasScrollView::event(QEvent* event) {
   const bool taken = QAbstractScrollArea::event(event);
   switch (event->type()) {
+    case QEvent::EnabledChange:
+    case QEvent::Hide:
+    case QEvent::WindowBlocked:
+      abandonDrags();
+      break;
     case QEvent::Show:
     case QEvent::ScreenChangeInternal:
 #if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
@@ -271,7 +284,7 @@ void CanvasScrollView::placeBars() {
 
 void CanvasScrollView::hideEvent(QHideEvent* event) {
   QAbstractScrollArea::hideEvent(event);
-  m_camera.stopMove();
+  m_camera.finishMove();
   applyCamera();
 }
 
@@ -306,6 +319,8 @@ void CanvasScrollView::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void CanvasScrollView::mouseMoveEvent(QMouseEvent* event) {
+  // A release may get lost to a menu or to another program.
+  if (event->buttons() == Qt::NoButton && m_pan.isPanning()) endPan();
   dragPan(event->position());
 }
 

@@ -68,6 +68,8 @@ class CanvasScrollView final : public QAbstractScrollArea {
   [[nodiscard]] double now() const;
   /// What stands in the place of a surface that this computer cannot draw.
   void showNotice();
+  /// Ends what a held button does when its release may never come.
+  void abandonDrags();
   void applyCamera();
   void positionPicture();
   void placeBars();

@@ -121,6 +121,13 @@ CropCursor CropOverlay::cursorAt(const QPointF& point) const {
   return contains(shown, point) ? CropCursor::move : CropCursor::arrow;
 }
 
+void CropOverlay::setProjection(const CanvasProjection& projection) {
+  if (m_grip && !m_projection.isEmpty() && !projection.isEmpty()) {
+    m_dragOrigin = projection.toView(m_projection.toSource(m_dragOrigin));
+  }
+  m_projection = projection;
+}
+
 bool CropOverlay::press(const QPointF& point) {
   m_grip = gripAt(point);
   m_dragOrigin = point;

@@ -54,7 +54,8 @@ class CropOverlay final {
   /// What is being dragged.
   [[nodiscard]] const std::optional<Grip>& grip() const { return m_grip; }
 
-  void setProjection(const CanvasProjection& projection) { m_projection = projection; }
+  /// A drag goes on with the same spot of the source under the pointer.
+  void setProjection(const CanvasProjection& projection);
   void setCrop(const CropMargins& crop) { m_crop = crop; }
   /// Off in preview: no cursor of its own, no press.
   void setEditingEnabled(bool enabled) { m_isEditingEnabled = enabled; }

@@ -11,6 +11,7 @@
 #include "canvas/crop_canvas_fields.h"
 #include "canvas/crop_cursors.h"
 #include "canvas/crop_focus_ring.h"
+#include "controls/borrowed_focus.h"
 #include "model/edit_history.h"
 
 namespace vantrel {
@@ -29,12 +30,6 @@ std::optional<CropOverlay::Direction> arrowDirection(int key) {
     default:
       return std::nullopt;
   }
-}
-
-/// The focus goes to a menu or another window, or comes back from there.
-bool isPassing(Qt::FocusReason reason) {
-  return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
-         reason == Qt::MenuBarFocusReason;
 }
 
 }  // namespace
@@ -97,6 +92,13 @@ void CropOverlayView::setEditingEnabled(bool enabled) {
   m_fields->setEditingEnabled(enabled);
   updateCursor();
   CropAccessibility::announceShown(*this);
+}
+
+void CropOverlayView::endDrag() {
+  if (!m_overlay.grip()) return;
+  Q_EMIT editEnded();
+  m_overlay.release();
+  updateCursor();
 }
 
 void CropOverlayView::focusHandle(const std::optional<CropHandle>& handle) {
@@ -172,7 +174,7 @@ bool CropOverlayView::focusNextPrevChild(bool next) {
 
 void CropOverlayView::focusInEvent(QFocusEvent* event) {
   QWidget::focusInEvent(event);
-  if (isPassing(event->reason())) {
+  if (isBorrowedFocus(event->reason())) {
     Q_EMIT appearanceChanged();
     if (m_focusedHandle) announceFocusLater();
     return;
@@ -186,7 +188,7 @@ void CropOverlayView::focusInEvent(QFocusEvent* event) {
 
 void CropOverlayView::focusOutEvent(QFocusEvent* event) {
   QWidget::focusOutEvent(event);
-  if (isPassing(event->reason())) {
+  if (isBorrowedFocus(event->reason())) {
     Q_EMIT appearanceChanged();
   } else {
     aimKeyboard(std::nullopt, false);
@@ -214,6 +216,8 @@ void CropOverlayView::mouseDoubleClickEvent(QMouseEvent* event) {
 void CropOverlayView::mouseMoveEvent(QMouseEvent* event) {
   m_pointer = event->position();
   if (!event->buttons().testFlag(Qt::LeftButton)) {
+    // A release may get lost to a menu or to another program.
+    endDrag();
     updateCursor();
     event->ignore();
     return;
@@ -222,6 +226,8 @@ void CropOverlayView::mouseMoveEvent(QMouseEvent* event) {
     m_canvas.dragPan(event->position());
     return;
   }
+  // An undo in the middle of a drag closes the transaction.
+  if (m_overlay.grip()) m_history.begin();
   const CropMargins before = m_overlay.crop();
   m_overlay.setPixelStep(pixelStep());
   const bool keepsRatio = event->modifiers().testFlag(Qt::ShiftModifier);
@@ -236,6 +242,8 @@ void CropOverlayView::mouseReleaseEvent(QMouseEvent* event) {
   }
   if (m_canvas.pan().isPanning()) {
     m_canvas.endPan();
+    // Another button pans in the middle of a drag.
+    endDrag();
     return;
   }
   Q_EMIT editEnded();

@@ -39,6 +39,8 @@ class CropOverlayView final : public QWidget {
   void setCrop(const CropMargins& crop);
   /// Off in preview: the mouse then reaches the surface beneath.
   void setEditingEnabled(bool enabled);
+  /// Lets go of what is dragged, as the release of the button does; nothing without a drag.
+  void endDrag();
   /// Does not take the keyboard focus itself. Nothing in preview.
   void focusHandle(const std::optional<CropHandle>& handle);
   /// Moves the handle, or the whole crop if it is absent, as an arrow key does.

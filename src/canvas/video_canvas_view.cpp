@@ -4,11 +4,11 @@
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
-#include <QStyle>
 #include <cmath>
 #include <utility>
 
 #include "canvas/crop_overlay_geometry.h"
+#include "controls/motion.h"
 #include "platform/gl/surface_format.h"
 
 namespace vantrel {
@@ -103,9 +103,8 @@ void VideoCanvasView::setFocusRing(std::vector<ColoredRectangle> ring) {
 }
 
 void VideoCanvasView::fadeTo(double opacity) {
-  const bool moves = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
   m_fade.stop();
-  m_fade.setDuration(moves ? kFadeMilliseconds : 0);
+  m_fade.setDuration(showsMotion(*this) ? kFadeMilliseconds : 0);
   m_fade.setStartValue(m_editingOpacity);
   m_fade.setEndValue(opacity);
   m_fade.start();
@@ -157,7 +156,12 @@ void VideoCanvasView::paintGL() {
   m_rectangles.draw(deviceSize(), rectangles, m_editingOpacity);
   if (m_isPictureShown || !m_hasPicture || !m_pictures.isComplete()) return;
   m_isPictureShown = true;
-  QMetaObject::invokeMethod(this, &VideoCanvasView::pictureShown, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        if (m_isPictureShown) Q_EMIT pictureShown();
+      },
+      Qt::QueuedConnection);
 }
 
 }  // namespace vantrel

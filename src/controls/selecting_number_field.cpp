@@ -5,18 +5,10 @@
 #include <QMouseEvent>
 #include <utility>
 
+#include "controls/borrowed_focus.h"
 #include "controls/tabular_digits.h"
 
 namespace vantrel {
-namespace {
-
-/// A menu or another window holds the focus for a while; the field keeps being edited.
-bool isBorrowed(Qt::FocusReason reason) {
-  return reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason ||
-         reason == Qt::MenuBarFocusReason;
-}
-
-}  // namespace
 
 SelectingNumberField::SelectingNumberField(std::unique_ptr<NumberEntry> entry, QWidget* parent)
     : QLineEdit(parent), m_entry(std::move(entry)) {
@@ -42,6 +34,8 @@ void SelectingNumberField::setShowsPlaceholder(bool shows) {
 }
 
 bool SelectingNumberField::event(QEvent* event) {
+  // In a window behind another, the focus leaves without a word.
+  if (event->type() == QEvent::WindowActivate && window()->focusWidget() != this) endEditing();
   if (event->type() != QEvent::ShortcutOverride) return QLineEdit::event(event);
   auto* const key = static_cast<QKeyEvent*>(event);
   if (NumberEntry::isCommand(key->key(), key->modifiers())) {
@@ -66,7 +60,7 @@ void SelectingNumberField::focusInEvent(QFocusEvent* event) {
 
 void SelectingNumberField::focusOutEvent(QFocusEvent* event) {
   QLineEdit::focusOutEvent(event);
-  if (!isBorrowed(event->reason())) endEditing();
+  if (!isBorrowedFocus(event->reason())) endEditing();
 }
 
 void SelectingNumberField::changeEvent(QEvent* event) {

@@ -78,7 +78,10 @@ void EditorView::buildLayout() {
   layout->addWidget(m_inspector);
 
   connect(canvas(), &CanvasScrollView::zoomChanged, &m_state, &EditorState::setZoom);
-  connect(canvas(), &CanvasScrollView::cropChanged, &m_state.history(), &EditHistory::setCrop);
+  connect(canvas(), &CanvasScrollView::cropChanged, &m_state, [this](const CropMargins& crop) {
+    // In mid-drag the canvas learns later than the state that the file is closed.
+    if (m_state.loaded()) m_state.history().setCrop(crop);
+  });
   connect(canvas(), &CanvasScrollView::fitRequested, &m_state, &EditorState::requestFit);
   connect(canvas(), &CanvasScrollView::exitPreviewRequested, &m_state,
           [this] { m_state.setPreviewOnly(false); });

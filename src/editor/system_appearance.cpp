@@ -50,7 +50,8 @@ SystemAppearance::SystemAppearance(QObject* parent)
 void SystemAppearance::askPortal() {
   QDBusConnection bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) return;
-  // The toolkit's bus knows slots by name only.
+  // The toolkit's bus knows slots and the types of their arguments by name only.
+  qRegisterMetaType<QDBusVariant>();
   bus.connect(kService, kPath, kSettings, QStringLiteral("SettingChanged"), this,
               SLOT(takeSetting(QString, QString, QDBusVariant)));
   QDBusMessage read =

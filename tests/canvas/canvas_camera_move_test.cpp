@@ -178,6 +178,18 @@ TEST_F(CanvasCameraMove, SurvivesATimeThatIsNone) {
   EXPECT_EQ(m_camera.shownZoom(), 3);
 }
 
+TEST_F(CanvasCameraMove, CanBeLandedAtOnce) {
+  request(3, false, true, 0);
+  m_camera.tick(0.125);
+  m_camera.finishMove();
+  EXPECT_FALSE(m_camera.isMoving());
+  EXPECT_EQ(m_camera.shownZoom(), 3);
+  EXPECT_EQ(focus(), QPointF(500, 250));
+  m_camera.scrollTo({100, 400});
+  m_camera.finishMove();
+  EXPECT_EQ(m_camera.scrollOffset(), QPointF(100, 400));
+}
+
 TEST_F(CanvasCameraMove, CanBeStoppedWhereItIs) {
   request(3, false, true, 0);
   m_camera.tick(0.125);

@@ -338,8 +338,10 @@ TEST_F(CanvasScrollViewTest, MovesToARequestedZoomAndLandsOnIt) {
 
 TEST_F(CanvasScrollViewTest, ChangesAtOnceWhereTheDesktopAsksForLessMotion) {
   StillStyle still;
+  CanvasScrollBar* const bar = canvas.canvas.floatingBar(Qt::Horizontal);
   canvas.canvas.setStyle(&still);
   canvas.canvas.canvas()->setStyle(&still);
+  bar->setStyle(&still);
   canvas.shown.zoom = 4;
   ++canvas.shown.cameraRequest;
   canvas.update();
@@ -347,8 +349,12 @@ TEST_F(CanvasScrollViewTest, ChangesAtOnceWhereTheDesktopAsksForLessMotion) {
   EXPECT_DOUBLE_EQ(camera().shownZoom(), 4);
   canvas.setPreviewOnly(true);
   EXPECT_EQ(canvas.canvas.canvas()->editingOpacity(), 0);
+  bar->wake();
+  bar->rest();
+  EXPECT_FALSE(bar->isVisible());
   canvas.canvas.setStyle(nullptr);
   canvas.canvas.canvas()->setStyle(nullptr);
+  bar->setStyle(nullptr);
 }
 
 TEST_F(CanvasScrollViewTest, AMoveEndsWhenTheCanvasHides) {

@@ -311,6 +311,16 @@ TEST(CropOverlay, StartsEveryStepFromThePress) {
   EXPECT_EQ(overlay.crop(), CropMargins(50, 50, 149, 150));
 }
 
+TEST(CropOverlay, KeepsTheSpotUnderThePointerWhenTheProjectionChanges) {
+  CropOverlay overlay = overlayAt();
+  overlay.press({304, 140});
+  overlay.setProjection(CanvasProjection({400, 300}, {-50, 20}, 1));
+  EXPECT_EQ(overlay.drag({304, 140}, false), CropMargins(50, 50, 50, 150));
+  overlay.setProjection(CanvasProjection({400, 300}, {50, 40}, 2));
+  EXPECT_EQ(overlay.drag({50 + 2 * 254, 140}, false), CropMargins(50, 50, 150, 150));
+  EXPECT_EQ(overlay.drag({50 + 2 * 264, 140}, false), CropMargins(50, 50, 140, 150));
+}
+
 TEST(CropOverlay, DropsWhatANudgeMadeSinceThePress) {
   CropOverlay overlay = overlayAt();
   overlay.press({304, 140});

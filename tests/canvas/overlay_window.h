@@ -1,8 +1,10 @@
 #pragma once
 
+#include <QCursor>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QScreen>
 #include <QStringList>
 #include <QTest>
 #include <QVBoxLayout>
@@ -42,6 +44,8 @@ class OverlayWindow {
                      [this](const CropMargins& crop) { history.setCrop(crop); });
     QObject::connect(&history, &EditHistory::cropChanged, &window, [this] { update(); });
     keepLog();
+    // Wherever it happens to be, what lies there would be under it.
+    QCursor::setPos(window.screen()->geometry().bottomRight());
     window.show();
     window.activateWindow();
     update();

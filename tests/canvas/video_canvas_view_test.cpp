@@ -130,6 +130,21 @@ TEST_F(VideoCanvasViewTest, TheBorderLiesOnPixelEdgesOfTheSourceBetweenTheStops)
   EXPECT_EQ(m_bordersSeen, 12);
 }
 
+TEST_F(VideoCanvasViewTest, TheScreenShowsTheSurfacePixelByPixel) {
+  zoomTo(1);
+  canvas.setPreviewOnly(true);
+  surface().fade().setCurrentTime(VideoCanvasView::kFadeMilliseconds);
+  const QRect part = cropOnScreen();
+  const QPoint origin =
+      (QPointF(surface().mapTo(&canvas.window, QPoint(0, 0))) * ratio()).toPoint();
+  const auto screen = [&] {
+    const QPixmap window = surface().screen()->grabWindow(canvas.window.winId());
+    return window.toImage().convertToFormat(QImage::Format_RGB32).copy(part.translated(origin));
+  };
+  const QImage drawn = shown().convertToFormat(QImage::Format_RGB32).copy(part);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return screen() == drawn; }));
+}
+
 TEST_F(VideoCanvasViewTest, DimsThePictureButNotTheCanvasOutsideTheCrop) {
   const QRect part = cropOnScreen();
   const QRect whole = onScreen(QRectF(QPointF(0, 0), canvas.shown.sourceSize));
@@ -236,6 +251,18 @@ TEST_F(VideoCanvasViewTest, ShowsAnotherPictureOfTheSameSize) {
   expectKeptPartIsSharp(shown());
 }
 
+TEST_F(VideoCanvasViewTest, SaysNothingOfAPictureThatWasReplacedMeanwhile) {
+  QCoreApplication::sendPostedEvents(&surface(), QEvent::MetaCall);
+  QSignalSpy told(&surface(), &VideoCanvasView::pictureShown);
+  canvas.turnWheel(canvas.middle(), {0, 40});
+  (void)shown();
+  ASSERT_TRUE(surface().isPictureShown());
+  canvas.shown.image = scatteredPicture(100, 50);
+  canvas.update();
+  QCoreApplication::sendPostedEvents(&surface(), QEvent::MetaCall);
+  EXPECT_EQ(told.count(), 0);
+}
+
 TEST_F(VideoCanvasViewTest, ShowsPicturesOfOnePixelInADirection) {
   for (const QSize& size : {QSize(1, 1), QSize(1, 90), QSize(150, 1)}) {
     canvas.shown.image = scatteredPicture(size.width(), size.height());
@@ -244,6 +271,20 @@ TEST_F(VideoCanvasViewTest, ShowsPicturesOfOnePixelInADirection) {
     zoomTo(3);
     EXPECT_EQ(cropOnScreen().size(), size * 3);
     expectKeptPartIsSharp(shown());
+  }
+}
+
+TEST_F(VideoCanvasViewTest, FitsPicturesOfAnyShape) {
+  canvas.shown.fit = true;
+  for (const QSize& size : {QSize(1, 20000), QSize(30000, 100), QSize(100, 30000)}) {
+    canvas.shown.image = scatteredPicture(size.width(), size.height());
+    canvas.shown.sourceSize = size;
+    canvas.history.reset({});
+    zoomTo(1);
+    const QRect part = cropOnScreen();
+    EXPECT_TRUE(shown().rect().contains(part));
+    EXPECT_NE(shown().pixelColor(part.center()), CanvasWindow::kCanvasColor);
+    EXPECT_EQ(shown().pixelColor(3, 3), CanvasWindow::kCanvasColor);
   }
 }
 

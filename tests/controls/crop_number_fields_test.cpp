@@ -231,6 +231,41 @@ TEST(CropNumberField, DisablingEndsEditingBehindAnotherWindow) {
   EXPECT_EQ(fields.steps(), 1);
 }
 
+TEST(CropNumberField, FocusThatGoesElsewhereBehindAnotherWindowEndsEditing) {
+  FieldWindow fields(1);
+  ASSERT_TRUE(fields.isReady());
+  fields.left.setFocus();
+  QTest::keyClick(&fields.left, '4');
+  QWidget other;
+  other.show();
+  other.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+  // As a press does that comes before the window is active.
+  fields.plain.setFocus(Qt::MouseFocusReason);
+  fields.window.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&fields.window));
+  EXPECT_FALSE(fields.left.isEditing());
+  EXPECT_EQ(fields.steps(), 1);
+}
+
+TEST(CropNumberField, EditingGoesOnWhenItsWindowComesBack) {
+  FieldWindow fields(1);
+  ASSERT_TRUE(fields.isReady());
+  fields.left.setFocus();
+  QTest::keyClick(&fields.left, '4');
+  QWidget other;
+  other.show();
+  other.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+  fields.window.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&fields.window));
+  EXPECT_TRUE(fields.left.isEditing());
+  QTest::keyClick(&fields.left, '2');
+  fields.leave();
+  EXPECT_EQ(fields.history.crop().left, 42);
+  EXPECT_EQ(fields.steps(), 1);
+}
+
 TEST(CropNumberField, HidingEndsEditing) {
   FieldWindow fields(1);
   ASSERT_TRUE(fields.isReady());

@@ -10,6 +10,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include "canvas/canvas_scroll_view.h"
+#include "canvas/crop_overlay_view.h"
 #include "controls/crop_number_field.h"
 #include "editor/application_look.h"
 #include "editor/editor_view.h"
@@ -66,6 +68,42 @@ TEST_F(EditorWindowTest, ShowsTheWholeNameOfTheFile) {
   review.setAttribute(Qt::WA_DeleteOnClose, false);
   review.show();
   EXPECT_EQ(shownTitle(review), QStringLiteral("a[*]*"));
+}
+
+TEST_F(EditorWindowTest, ClosingTheFileInMidDragLeavesNoEdit) {
+  show();
+  load(folder / "photo.png");
+  CropOverlayView* const overlay = window.view()->canvas()->overlay();
+  const auto send = [&](QEvent::Type type, const QPointF& point, Qt::MouseButton button,
+                        Qt::MouseButtons buttons) {
+    QMouseEvent event(type, point, overlay->mapToGlobal(point), button, buttons, {});
+    QCoreApplication::sendEvent(overlay, &event);
+  };
+  const QPointF corner = overlay->overlay().selection().topLeft() - QPointF(5, 5);
+  send(QEvent::MouseButtonPress, corner, Qt::LeftButton, Qt::LeftButton);
+  send(QEvent::MouseMove, corner + QPointF(200, 150), Qt::NoButton, Qt::LeftButton);
+  ASSERT_NE(state().history().crop(), CropMargins());
+  window.view()->loader().closeMedia();
+  // What the system had waiting comes before the canvas hears of it.
+  send(QEvent::MouseMove, corner + QPointF(100, 90), Qt::NoButton, Qt::LeftButton);
+  QCoreApplication::processEvents();
+  send(QEvent::MouseButtonRelease, corner, Qt::LeftButton, Qt::NoButton);
+  EXPECT_EQ(state().history().crop(), CropMargins());
+  EXPECT_FALSE(state().history().canUndo());
+}
+
+TEST_F(EditorWindowTest, LoadingInMidDragEndsIt) {
+  show();
+  load(folder / "photo.png");
+  CropOverlayView* const overlay = window.view()->canvas()->overlay();
+  const QPoint middle = overlay->overlay().selection().center().toPoint();
+  QTest::mousePress(overlay, Qt::LeftButton, {}, middle);
+  EXPECT_TRUE(overlay->overlay().grip());
+  load(folder / "missing.png");
+  EXPECT_FALSE(overlay->overlay().grip());
+  QTest::mouseRelease(overlay, Qt::LeftButton, {}, middle);
+  state().history().setCrop({1, 0, 0, 0});
+  EXPECT_EQ(state().history().manager().count(), 1);
 }
 
 TEST_F(EditorWindowTest, ReadsNoMarkupInTheNameOfAFile) {

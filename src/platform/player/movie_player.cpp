@@ -84,6 +84,10 @@ class MoviePlayer::Engine final {
 
   bool isMuted = false;
   void mute(bool muted) { m_sound.setMuted(isMuted = muted); }
+  [[nodiscard]] std::optional<double> heardTime() {
+    if (m_phase != Phase::Running) return {};
+    return m_sound.time();
+  }
 
  private:
   enum class Phase {
@@ -261,6 +265,10 @@ double MoviePlayer::rate() const {
 }
 bool MoviePlayer::isMuted() const {
   return m_engine->isMuted;
+}
+
+std::optional<double> MoviePlayer::heardTime() const {
+  return m_engine->heardTime();
 }
 
 void MoviePlayer::play() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "platform/movie/movie.h"
 #include "platform/player/player.h"
@@ -29,6 +30,9 @@ class MoviePlayer final : public Player {
   void setMuted(bool muted) override;
   using Player::seek;
   void seek(MediaTime to, SeekDone done) override;
+
+  /// Seconds of the movie whose sound leaves the device at this moment; absent while there is none.
+  [[nodiscard]] std::optional<double> heardTime() const;
 
  private:
   class Engine;
