@@ -44,6 +44,8 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int kBars = 12, kBarWidth = 16;
 constexpr QSize kSurface(1280, 800);
+/// The canvas keeps this much around a fitted picture, in pixels.
+constexpr QSize kAround(240, 192);
 constexpr int32_t kMicroseconds = 1'000'000;
 constexpr double kRequestsPerSecond = 60;
 
@@ -144,7 +146,7 @@ class Screen {
 
   void draw(std::shared_ptr<const VideoPicture> picture) {
     const QSizeF fitted = QSizeF(picture->naturalSize.width, picture->naturalSize.height)
-                              .scaled(QSizeF(kSurface), Qt::KeepAspectRatio);
+                              .scaled(QSizeF(kSurface - kAround), Qt::KeepAspectRatio);
     const QRectF frame(
         QPointF((kSurface.width() - fitted.width()) / 2, (kSurface.height() - fitted.height()) / 2),
         fitted);

@@ -170,7 +170,10 @@ void FrameDecoder::noteTimeOf(const AVPacket& packet) {
 void FrameDecoder::chooseDiscard(const AVPacket& packet) {
   const bool isTimed = m_times == Times::OfPresentation && isTime(packet.pts) &&
                        packet.duration > 0 && isTime(packet.duration);
-  const bool mayGo = isTimed && packet.pts + packet.duration <= m_passesOverUntil;
+  // Durations are often those between decoding times, which reordered pictures of uneven times do
+  // not have.
+  if (isTimed) m_longest = std::max(m_longest, packet.duration);
+  const bool mayGo = isTimed && packet.pts + m_longest <= m_passesOverUntil;
   m_decoder->skip_frame = mayGo ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
   if (mayGo) m_latestPassedOver = std::max(m_latestPassedOver, packet.pts);
 }
@@ -204,6 +207,7 @@ void FrameDecoder::restart() {
   m_passedOver = 0;
   m_sinceCorrupt = kFarFromDamage;
   m_decodingEnd = AV_NOPTS_VALUE;
+  m_longest = 0;
 }
 
 void FrameDecoder::seek(int64_t time) {

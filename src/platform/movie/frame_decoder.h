@@ -87,6 +87,8 @@ class FrameDecoder final {
   /// Whether the decoder can tell which pictures no other needs.
   bool m_canPassOver = false;
   int64_t m_passesOverUntil = INT64_MIN;
+  /// The longest duration of a packet since the last seek, in ticks of the stream.
+  int64_t m_longest = 0;
   int64_t m_latestPassedOver = AV_NOPTS_VALUE;
 
   enum class Times { Unknown, OfPresentation, OfDecoding };
