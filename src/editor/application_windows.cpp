@@ -8,6 +8,7 @@
 #include <tuple>
 #include <utility>
 
+#include "editor/crop_menu_bar.h"
 #include "editor/editor_view.h"
 #include "editor/editor_window.h"
 #include "export/export_temporary_storage.h"
@@ -37,8 +38,9 @@ EditorWindow* ApplicationWindows::openEditor() {
   std::ignore = ExportTemporaryStorage::shared();
   auto* window =
       new EditorWindow([this](FinishedExport finished) { openReview(std::move(finished)); });
-  connect(window, &EditorWindow::newWindowRequested, this, &ApplicationWindows::openEditor);
-  connect(window, &EditorWindow::quitRequested, this, &ApplicationWindows::quit);
+  connect(window->commands(), &CropMenuBar::newWindowRequested, this,
+          &ApplicationWindows::openEditor);
+  connect(window->commands(), &CropMenuBar::quitRequested, this, &ApplicationWindows::quit);
   window->show();
   return window;
 }

@@ -6,6 +6,7 @@
 
 #include "canvas/crop_zoom_stops.h"
 #include "controls/symbol_icon.h"
+#include "editor/crop_menu_bar.h"
 #include "editor/editor_state.h"
 #include "platform/desktop/key_names.h"
 #include "playback/zoom_controls.h"
@@ -23,8 +24,8 @@ QString withKey(const QString& help, const QAction* action) {
 
 }  // namespace
 
-EditorToolBar::EditorToolBar(EditorState& state, const MenuActions& actions, QWidget* parent)
-    : QToolBar(parent), m_state(state), m_actions(actions) {
+EditorToolBar::EditorToolBar(const CropMenuBar& menus, QWidget* parent)
+    : QToolBar(parent), m_menus(menus) {
   setWindowTitle(tr("Tools"));
   setMovable(false);
   setFixedHeight(kHeight);
@@ -39,32 +40,35 @@ EditorToolBar::EditorToolBar(EditorState& state, const MenuActions& actions, QWi
 }
 
 void EditorToolBar::buildEditing() {
-  addAction(m_actions.open);
-  m_actions.open->setToolTip(withKey(tr("Open an image or video"), m_actions.open));
-  m_undo = addAction(tr("Undo"), &m_state, &EditorState::undoEdit);
-  m_undo->setToolTip(withKey(tr("Undo"), m_actions.undo));
-  m_redo = addAction(tr("Redo"), &m_state, &EditorState::redoEdit);
-  m_redo->setToolTip(withKey(tr("Redo"), m_actions.redo));
+  addAction(m_menus.openAction());
+  m_menus.openAction()->setToolTip(withKey(tr("Open an image or video"), m_menus.openAction()));
+  m_undo = addAction(tr("Undo"), this, [this] { m_state->undoEdit(); });
+  m_undo->setToolTip(withKey(tr("Undo"), m_menus.undoAction()));
+  m_redo = addAction(tr("Redo"), this, [this] { m_state->redoEdit(); });
+  m_redo->setToolTip(withKey(tr("Redo"), m_menus.redoAction()));
 }
 
 void EditorToolBar::buildViewing() {
-  addAction(m_actions.preview);
-  m_actions.preview->setToolTip(withKey(tr("Preview the crop"), m_actions.preview));
+  addAction(m_menus.previewAction());
+  m_menus.previewAction()->setToolTip(withKey(tr("Preview the crop"), m_menus.previewAction()));
   addGap();
   m_zoom = new ZoomControls(CropZoomStops::kMinimum, CropZoomStops::kMaximum, this);
   m_zoom->setAccessibleName(tr("Zoom"));
   m_zoom->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
   addWidget(m_zoom);
   addGap();
-  addAction(m_actions.inspector);
-  m_actions.inspector->setIconText(tr("Inspector"));
-  m_actions.inspector->setToolTip(withKey(tr("Show or hide the inspector"), m_actions.inspector));
+  addAction(m_menus.inspectorAction());
+  m_menus.inspectorAction()->setIconText(tr("Inspector"));
+  m_menus.inspectorAction()->setToolTip(
+      withKey(tr("Show or hide the inspector"), m_menus.inspectorAction()));
 
-  connect(m_zoom, &ZoomControls::zoomChosen, &m_state,
-          [state = &m_state](double zoom) { state->setZoom(zoom, false); });
-  connect(m_zoom, &ZoomControls::stepRequested, &m_state, &EditorState::requestZoomStep);
-  connect(m_zoom, &ZoomControls::actualSizeRequested, &m_state, &EditorState::requestActualSize);
-  connect(m_zoom, &ZoomControls::fitRequested, &m_state, &EditorState::requestFit);
+  connect(m_zoom, &ZoomControls::zoomChosen, this,
+          [this](double zoom) { m_state->setZoom(zoom, false); });
+  connect(m_zoom, &ZoomControls::stepRequested, this,
+          [this](bool increasing) { m_state->requestZoomStep(increasing); });
+  connect(m_zoom, &ZoomControls::actualSizeRequested, this,
+          [this] { m_state->requestActualSize(); });
+  connect(m_zoom, &ZoomControls::fitRequested, this, [this] { m_state->requestFit(); });
 }
 
 void EditorToolBar::addGap() {
@@ -73,21 +77,27 @@ void EditorToolBar::addGap() {
   addWidget(gap);
 }
 
+void EditorToolBar::setState(EditorState* state) {
+  m_state = state;
+  updateState();
+}
+
 void EditorToolBar::updateState() {
-  const EditHistory& history = m_state.history();
-  m_undo->setEnabled(!m_state.busy() && history.canUndo());
-  m_redo->setEnabled(!m_state.busy() && history.canRedo());
-  m_zoom->setEnabled(m_state.loaded() && !m_state.busy());
-  m_zoom->setZoom(m_state.camera().zoom);
-  m_actions.preview->setIcon(symbolIcon(
-      m_state.previewOnly() ? QStringLiteral("eye-off") : QStringLiteral("eye"), palette()));
+  const bool isIdle = m_state && !m_state->busy();
+  m_undo->setEnabled(isIdle && m_state->history().canUndo());
+  m_redo->setEnabled(isIdle && m_state->history().canRedo());
+  m_zoom->setEnabled(isIdle && m_state->loaded());
+  if (m_state) m_zoom->setZoom(m_state->camera().zoom);
+  const bool previewing = m_state && m_state->previewOnly();
+  m_menus.previewAction()->setIcon(
+      symbolIcon(previewing ? QStringLiteral("eye-off") : QStringLiteral("eye"), palette()));
 }
 
 void EditorToolBar::updateIcons() {
-  m_actions.open->setIcon(symbolIcon(QStringLiteral("folder-open"), palette()));
+  m_menus.openAction()->setIcon(symbolIcon(QStringLiteral("folder-open"), palette()));
   m_undo->setIcon(symbolIcon(QStringLiteral("undo-2"), palette()));
   m_redo->setIcon(symbolIcon(QStringLiteral("redo-2"), palette()));
-  m_actions.inspector->setIcon(symbolIcon(QStringLiteral("panel-right"), palette()));
+  m_menus.inspectorAction()->setIcon(symbolIcon(QStringLiteral("panel-right"), palette()));
 }
 
 void EditorToolBar::changeEvent(QEvent* event) {

@@ -6,6 +6,7 @@ class QAction;
 
 namespace vantrel {
 
+class CropMenuBar;
 class EditorState;
 class ZoomControls;
 
@@ -15,15 +16,12 @@ class EditorToolBar final : public QToolBar {
   Q_OBJECT
 
  public:
-  /// What the menus of the window offer too. Of `undo` and `redo` only the keys are taken: the
-  /// buttons follow the history alone, the menu items also serve the text being typed.
-  struct MenuActions {
-    QAction *open, *undo, *redo, *preview, *inspector;
-  };
+  /// Offers what the menus do, with their keys. The buttons of Undo and Redo follow the history
+  /// alone, the menu items also serve the text being typed. `menus` outlives the bar.
+  explicit EditorToolBar(const CropMenuBar& menus, QWidget* parent = nullptr);
 
-  /// All of them outlive the bar.
-  EditorToolBar(EditorState& state, const MenuActions& actions, QWidget* parent = nullptr);
-
+  /// The editor shown, null for none. It outlives its being shown.
+  void setState(EditorState* state);
   [[nodiscard]] ZoomControls* zoom() const { return m_zoom; }
 
   /// Takes over what the state now is; the actions of the menus stay as they are but for icons.
@@ -38,8 +36,8 @@ class EditorToolBar final : public QToolBar {
   void addGap();
   void updateIcons();
 
-  EditorState& m_state;
-  MenuActions m_actions;
+  EditorState* m_state = nullptr;
+  const CropMenuBar& m_menus;
   QAction* m_undo = nullptr;
   QAction* m_redo = nullptr;
   ZoomControls* m_zoom = nullptr;

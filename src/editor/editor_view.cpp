@@ -43,8 +43,11 @@ void acceptCopy(QDropEvent& event) {
 
 }  // namespace
 
-EditorView::EditorView(ExportSession::Review review, QWidget* parent)
-    : QWidget(parent), m_loader(m_state), m_exports(m_state, std::move(review)) {
+EditorView::EditorView(const QUuid& windowIdentity, ExportSession::Review review, QWidget* parent)
+    : QWidget(parent),
+      m_windowIdentity(windowIdentity),
+      m_loader(m_state),
+      m_exports(m_state, std::move(review)) {
   setAcceptDrops(true);
   buildLayout();
   watchState();
@@ -63,6 +66,36 @@ CanvasScrollView* EditorView::canvas() const {
 
 EmptyCanvasView* EditorView::emptyView() const {
   return m_workspace->emptyView();
+}
+
+CropWindowActions EditorView::windowActions() {
+  EditorState* const state = &m_state;
+  CropWindowActions actions;
+  actions.open = [this] { openMedia(); };
+  actions.close = [this] { m_loader.closeMedia(); };
+  actions.exportMedia = [this] { m_exports.exportMedia(); };
+  actions.fit = [state] { state->requestFit(); };
+  actions.actualSize = [state] { state->requestActualSize(); };
+  actions.zoomIn = [state] { state->requestZoomStep(true); };
+  actions.zoomOut = [state] { state->requestZoomStep(false); };
+  actions.preview = [state] { state->setPreviewOnly(!state->previewOnly()); };
+  actions.inspector = [state] { state->toggleInspector(); };
+  actions.resetCrop = [state] {
+    EditHistory& history = state->history();
+    history.setCrop(CropMargins::fullImage(state->sourceSize(), history.pixelStep()));
+  };
+  actions.matchBitrate = [state] { state->history().setBitrate(state->originalBitrate()); };
+  actions.canOpen = !state->busy();
+  actions.canExport = state->canExport();
+  actions.canEdit = state->loaded() && !state->busy();
+  actions.isImage = state->isImage();
+  actions.canMatchBitrate = actions.canEdit && !actions.isImage;
+  actions.isHDR = state->loaded() && state->file()->sourceIsHDR;
+  actions.bitrateRange =
+      EncodingSettings::bitrateRange(state->loaded() ? state->file()->sourceMbps : 0);
+  actions.previewing = state->previewOnly();
+  actions.inspecting = state->showInspector();
+  return actions;
 }
 
 void EditorView::buildLayout() {

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <QUuid>
 #include <QWidget>
 #include <functional>
 
+#include "editor/crop_window_actions.h"
 #include "editor/editor_state.h"
 #include "editor/export_session.h"
 #include "editor/media_loader.h"
@@ -22,9 +24,11 @@ class EditorView final : public QWidget {
   Q_OBJECT
 
  public:
-  explicit EditorView(ExportSession::Review review, QWidget* parent = nullptr);
+  EditorView(const QUuid& windowIdentity, ExportSession::Review review, QWidget* parent = nullptr);
   ~EditorView() override;
 
+  /// Of this editor, for as long as it lives.
+  [[nodiscard]] const QUuid& windowIdentity() const { return m_windowIdentity; }
   [[nodiscard]] EditorState& state() { return m_state; }
   [[nodiscard]] MediaLoader& loader() { return m_loader; }
   [[nodiscard]] ExportSession& exports() { return m_exports; }
@@ -32,6 +36,9 @@ class EditorView final : public QWidget {
   [[nodiscard]] CanvasScrollView* canvas() const;
   [[nodiscard]] InspectorView* inspector() const { return m_inspector; }
   [[nodiscard]] EmptyCanvasView* emptyView() const;
+
+  /// What it offers to the menus at this moment; the actions do as long as the view lives.
+  [[nodiscard]] CropWindowActions windowActions();
 
   /// Asks for a file and loads it.
   void openMedia();
@@ -58,6 +65,7 @@ class EditorView final : public QWidget {
   void showExportError();
   void showAlert(const QString& title, const QString& message, const std::function<void()>& clear);
 
+  const QUuid m_windowIdentity;
   EditorState m_state;
   MediaLoader m_loader;
   ExportSession m_exports;

@@ -1,20 +1,16 @@
 #include "editor/editor_window.h"
 
 #include <QAbstractButton>
-#include <QActionGroup>
 #include <QApplication>
 #include <QEvent>
 #include <QKeyEvent>
-#include <QKeySequence>
-#include <QMenu>
-#include <QMenuBar>
 #include <QScreen>
 #include <utility>
 
 #include "controls/window_title.h"
+#include "editor/crop_menu_bar.h"
 #include "editor/editor_tool_bar.h"
 #include "editor/editor_view.h"
-#include "editor/text_editing.h"
 #include "platform/desktop/file_error.h"
 
 namespace vantrel {
@@ -27,97 +23,30 @@ constexpr QSize kIdealSize{1280, 800};
 }  // namespace
 
 EditorWindow::EditorWindow(ExportSession::Review review, QWidget* parent)
-    : QMainWindow(parent), m_view(new EditorView(std::move(review), this)) {
+    : QMainWindow(parent), m_view(new EditorView(QUuid::createUuid(), std::move(review), this)) {
   setAttribute(Qt::WA_DeleteOnClose);
   setContextMenuPolicy(Qt::NoContextMenu);
   setMinimumSize(kMinimumSize);
   resize(kIdealSize.boundedTo(screen()->availableSize()));
-  buildFileMenu();
-  buildEditMenu();
-  buildViewMenu();
-  buildCropMenu();
-  m_toolBar =
-      new EditorToolBar(m_view->state(), {m_open, m_undo, m_redo, m_preview, m_inspector}, this);
+  m_menuBar = new CropMenuBar(this);
+  setMenuBar(m_menuBar);
+  m_toolBar = new EditorToolBar(*m_menuBar, this);
   addToolBar(m_toolBar);
   setCentralWidget(m_view);
-  connect(m_view, &EditorView::updated, this, &EditorWindow::updateActions);
-  connect(qApp, &QApplication::focusChanged, this, &EditorWindow::updateActions);
-  updateActions();
+  m_menuBar->setEditor(m_view);
+  m_toolBar->setState(&m_view->state());
+  connect(m_menuBar, &CropMenuBar::closeRequested, this, &QWidget::close);
+  connect(m_view, &EditorView::updated, this, &EditorWindow::updateWindow);
+  updateWindow();
 }
 
 EditorWindow::~EditorWindow() {
   // The focus moves while the children go; there is nobody left to follow it.
-  disconnect(qApp, nullptr, this, nullptr);
+  disconnect(qApp, nullptr, m_menuBar, nullptr);
 }
 
-void EditorWindow::buildFileMenu() {
-  QMenu* menu = menuBar()->addMenu(tr("&File"));
-  menu->addAction(tr("New Window"), QKeySequence(Qt::CTRL | Qt::Key_N), this,
-                  &EditorWindow::newWindowRequested);
-  menu->addSeparator();
-  m_open = menu->addAction(tr("Open…"), QKeySequence(Qt::CTRL | Qt::Key_O), m_view,
-                           &EditorView::openMedia);
-  m_closeFile = menu->addAction(tr("Close File"), QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_W),
-                                &m_view->loader(), &MediaLoader::closeMedia);
-  menu->addAction(tr("Close Window"), QKeySequence(Qt::CTRL | Qt::Key_W), this, &QWidget::close);
-  menu->addSeparator();
-  m_export = menu->addAction(tr("Export Crop…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E),
-                             &m_view->exports(), &ExportSession::exportMedia);
-  menu->addSeparator();
-  QAction* quit = menu->addAction(tr("Quit"), QKeySequence(Qt::CTRL | Qt::Key_Q), this,
-                                  &EditorWindow::quitRequested);
-  quit->setMenuRole(QAction::QuitRole);
-}
-
-void EditorWindow::buildEditMenu() {
-  QMenu* menu = menuBar()->addMenu(tr("&Edit"));
-  m_undo = menu->addAction(tr("Undo"), QKeySequence(Qt::CTRL | Qt::Key_Z), &m_view->state(),
-                           &EditorState::undoEdit);
-  m_redo = menu->addAction(tr("Redo"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z),
-                           &m_view->state(), &EditorState::redoEdit);
-}
-
-void EditorWindow::buildViewMenu() {
-  QMenu* menu = menuBar()->addMenu(tr("&View"));
-  EditorState* const state = &m_view->state();
-  m_viewing = new QActionGroup(this);
-  QAction* larger =
-      menu->addAction(tr("Zoom In"), state, [state] { state->requestZoomStep(true); });
-  // On many keyboards the plus sign is the upper half of the equals key.
-  larger->setShortcuts({Qt::CTRL | Qt::Key_Plus, Qt::CTRL | Qt::Key_Equal});
-  m_viewing->addAction(larger);
-  m_viewing->addAction(menu->addAction(tr("Zoom Out"), Qt::CTRL | Qt::Key_Minus, state,
-                                       [state] { state->requestZoomStep(false); }));
-  m_viewing->addAction(
-      menu->addAction(tr("Zoom to Fit"), Qt::CTRL | Qt::Key_0, state, &EditorState::requestFit));
-  m_viewing->addAction(menu->addAction(tr("Actual Size"), Qt::CTRL | Qt::Key_1, state,
-                                       &EditorState::requestActualSize));
-  menu->addSeparator();
-  m_inspector = menu->addAction(tr("Show Inspector"), Qt::CTRL | Qt::ALT | Qt::Key_I, state,
-                                &EditorState::toggleInspector);
-  m_viewing->addAction(m_inspector);
-}
-
-void EditorWindow::buildCropMenu() {
-  QMenu* menu = menuBar()->addMenu(tr("&Crop"));
-  EditorState* const state = &m_view->state();
-  m_preview = menu->addAction(tr("Preview Crop"), Qt::CTRL | Qt::Key_P, state,
-                              [state] { state->setPreviewOnly(!state->previewOnly()); });
-  m_viewing->addAction(m_preview);
-}
-
-void EditorWindow::updateActions() {
+void EditorWindow::updateWindow() {
   const EditorState& state = m_view->state();
-  const EditHistory& history = state.history();
-  const bool canEdit = state.loaded() && !state.busy();
-  m_open->setEnabled(!state.busy());
-  m_closeFile->setEnabled(canEdit);
-  m_export->setEnabled(state.canExport());
-  m_undo->setEnabled(canEdit && (history.canUndo() || isEditingText()));
-  m_redo->setEnabled(canEdit && (history.canRedo() || isEditingText()));
-  m_viewing->setEnabled(canEdit);
-  m_preview->setText(state.previewOnly() ? tr("Exit Preview") : tr("Preview Crop"));
-  m_inspector->setText(state.showInspector() ? tr("Hide Inspector") : tr("Show Inspector"));
   m_toolBar->updateState();
   setWindowTitle(state.loaded() ? windowTitleOf(displayName(state.file()->path))
                                 : QCoreApplication::applicationName());

@@ -4,11 +4,9 @@
 
 #include "editor/export_session.h"
 
-class QAction;
-class QActionGroup;
-
 namespace vantrel {
 
+class CropMenuBar;
 class EditorToolBar;
 class EditorView;
 
@@ -22,33 +20,18 @@ class EditorWindow final : public QMainWindow {
   ~EditorWindow() override;
 
   [[nodiscard]] EditorView* view() const { return m_view; }
+  [[nodiscard]] CropMenuBar* commands() const { return m_menuBar; }
   [[nodiscard]] EditorToolBar* toolBar() const { return m_toolBar; }
-
- Q_SIGNALS:
-  void newWindowRequested();
-  void quitRequested();
 
  protected:
   bool event(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  void buildFileMenu();
-  void buildEditMenu();
-  void buildViewMenu();
-  void buildCropMenu();
-  void updateActions();
+  void updateWindow();
 
   EditorView* m_view;
-  QAction* m_open = nullptr;
-  QAction* m_closeFile = nullptr;
-  QAction* m_export = nullptr;
-  QAction* m_undo = nullptr;
-  QAction* m_redo = nullptr;
-  QAction* m_inspector = nullptr;
-  QAction* m_preview = nullptr;
-  /// What looks at an open file in another way.
-  QActionGroup* m_viewing = nullptr;
+  CropMenuBar* m_menuBar = nullptr;
   EditorToolBar* m_toolBar = nullptr;
 };
 
