@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QFile>
 #include <QFileOpenEvent>
-#include <QMenu>
 #include <memory>
 #include <tuple>
 #include <utility>
@@ -38,9 +37,7 @@ EditorWindow* ApplicationWindows::openEditor() {
   std::ignore = ExportTemporaryStorage::shared();
   auto* window =
       new EditorWindow([this](FinishedExport finished) { openReview(std::move(finished)); });
-  connect(window->commands(), &CropMenuBar::newWindowRequested, this,
-          &ApplicationWindows::openEditor);
-  connect(window->commands(), &CropMenuBar::quitRequested, this, &ApplicationWindows::quit);
+  connectMenus(*window->commands());
   window->show();
   return window;
 }
@@ -57,15 +54,21 @@ EditorWindow* ApplicationWindows::openFile(const std::filesystem::path& path) {
 
 ReviewWindow* ApplicationWindows::openReview(FinishedExport finished) {
   auto* window = new ReviewWindow(std::make_unique<ExportReviewDocument>(std::move(finished)));
-  window->fileMenu()->addSeparator();
-  QAction* quitAction = window->fileMenu()->addAction(
-      tr("Quit"), QKeySequence(Qt::CTRL | Qt::Key_Q), this, &ApplicationWindows::quit);
-  quitAction->setMenuRole(QAction::QuitRole);
+  auto* menus = new CropMenuBar(window);
+  window->setMenuBar(menus);
+  connectMenus(*menus);
+  connect(menus, &CropMenuBar::closeRequested, window, &QWidget::close);
   connect(&window->document(), &ExportReviewDocument::closed, this,
           &ApplicationWindows::continueQuitting, Qt::QueuedConnection);
   connect(window, &ReviewWindow::closeRefused, this, [this] { m_quitting = false; });
   window->show();
   return window;
+}
+
+void ApplicationWindows::connectMenus(CropMenuBar& menus) {
+  menus.setFindReview([] { return qobject_cast<ReviewWindow*>(QApplication::activeWindow()); });
+  connect(&menus, &CropMenuBar::newWindowRequested, this, &ApplicationWindows::openEditor);
+  connect(&menus, &CropMenuBar::quitRequested, this, &ApplicationWindows::quit);
 }
 
 void ApplicationWindows::quit() {

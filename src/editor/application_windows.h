@@ -7,6 +7,7 @@
 
 namespace vantrel {
 
+class CropMenuBar;
 class EditorWindow;
 class ReviewWindow;
 
@@ -32,6 +33,7 @@ class ApplicationWindows final : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  void connectMenus(CropMenuBar& menus);
   void continueQuitting();
 
   bool m_quitting = false;

@@ -2,35 +2,50 @@
 
 #include <QMenuBar>
 #include <QPointer>
+#include <array>
+#include <functional>
+#include <initializer_list>
+
+#include "editor/crop_window_commands.h"
 
 class QAction;
-class QActionGroup;
+class QKeyEvent;
+class QKeySequence;
+class QLineEdit;
+class QMenu;
 
 namespace vantrel {
 
 class EditorView;
+class ReviewWindow;
 
 /// The menu bar, alike in every window. Its commands go to one editor, the current one of its
-/// window; where there is none, as in the window of a review, they are disabled. Main thread.
+/// window; where there is none, as in the window of a review, they are disabled. Their keys hold in
+/// the whole window: in text fields, and while the bar is hidden. Main thread.
 class CropMenuBar final : public QMenuBar {
   Q_OBJECT
 
  public:
-  explicit CropMenuBar(QWidget* parent = nullptr);
+  /// Finds the review that is in front; null for none.
+  using FindReview = std::function<ReviewWindow*()>;
+
+  /// `window` is the one that shows the bar.
+  explicit CropMenuBar(QWidget* window);
   ~CropMenuBar() override;
+
+  [[nodiscard]] QAction* action(CropCommand command) const;
 
   /// Null for none.
   void setEditor(EditorView* editor);
-
-  // What a tool bar offers too.
-  [[nodiscard]] QAction* openAction() const { return m_open; }
-  [[nodiscard]] QAction* undoAction() const { return m_undo; }
-  [[nodiscard]] QAction* redoAction() const { return m_redo; }
-  [[nodiscard]] QAction* previewAction() const { return m_preview; }
-  [[nodiscard]] QAction* inspectorAction() const { return m_inspector; }
+  /// Says which review "Save…" is for; updateCommands is to be called when that changes.
+  void setFindReview(FindReview find);
+  /// Whether the editor is one of several tabs, so that its tab is what closes.
+  void setInTabs(bool isInTabs);
 
   /// Takes over what the editor now offers.
   void updateCommands();
+  /// As if chosen from the menu: only where it is allowed at this moment.
+  void perform(CropCommand command);
 
  Q_SIGNALS:
   void newWindowRequested();
@@ -39,22 +54,29 @@ class CropMenuBar final : public QMenuBar {
   void closeRequested();
   void quitRequested();
 
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
-  void buildFileMenu();
-  void buildEditMenu();
-  void buildViewMenu();
-  void buildCropMenu();
+  using Keys = QList<QKeySequence>;
+
+  void buildMenus();
+  QMenu* buildMenu(const QString& title);
+  void add(QMenu& menu, CropCommand command, const Keys& keys = {});
+  void addRepeating(QMenu& menu, CropCommand command, const Keys& keys);
+  void addChoices(QMenu& menu, CropCommand name, std::initializer_list<CropCommand> choices);
+  void take(QAction* action, CropCommand command);
+  void followFocus();
+  [[nodiscard]] CropWindowCommands commands() const;
+  [[nodiscard]] ReviewWindow* activeReview() const;
+  [[nodiscard]] bool isKeyOfCommand(const QKeyEvent& event) const;
 
   QPointer<EditorView> m_editor;
-  QAction* m_open = nullptr;
-  QAction* m_closeFile = nullptr;
-  QAction* m_export = nullptr;
-  QAction* m_undo = nullptr;
-  QAction* m_redo = nullptr;
-  QAction* m_inspector = nullptr;
-  QAction* m_preview = nullptr;
-  /// What looks at an open file in another way.
-  QActionGroup* m_viewing = nullptr;
+  FindReview m_findReview;
+  bool m_isInTabs = false;
+  std::array<QAction*, kCropCommands> m_actions{};
+  /// That has the focus of the window, or has lent it to an open menu.
+  QPointer<QLineEdit> m_field;
 };
 
 }  // namespace vantrel

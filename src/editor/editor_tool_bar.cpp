@@ -2,7 +2,6 @@
 
 #include <QAction>
 #include <QEvent>
-#include <QKeySequence>
 
 #include "canvas/crop_zoom_stops.h"
 #include "controls/symbol_icon.h"
@@ -18,13 +17,9 @@ namespace {
 constexpr int kHeight = 48;
 constexpr int kGap = 16;
 
-QString withKey(const QString& help, const QAction* action) {
-  return QStringLiteral("%1 (%2)").arg(help, keyText(action->shortcut()));
-}
-
 }  // namespace
 
-EditorToolBar::EditorToolBar(const CropMenuBar& menus, QWidget* parent)
+EditorToolBar::EditorToolBar(CropMenuBar& menus, QWidget* parent)
     : QToolBar(parent), m_menus(menus) {
   setWindowTitle(tr("Tools"));
   setMovable(false);
@@ -40,27 +35,27 @@ EditorToolBar::EditorToolBar(const CropMenuBar& menus, QWidget* parent)
 }
 
 void EditorToolBar::buildEditing() {
-  addAction(m_menus.openAction());
-  m_menus.openAction()->setToolTip(withKey(tr("Open an image or video"), m_menus.openAction()));
-  m_undo = addAction(tr("Undo"), this, [this] { m_state->undoEdit(); });
-  m_undo->setToolTip(withKey(tr("Undo"), m_menus.undoAction()));
-  m_redo = addAction(tr("Redo"), this, [this] { m_state->redoEdit(); });
-  m_redo->setToolTip(withKey(tr("Redo"), m_menus.redoAction()));
+  m_open = addCommand(CropCommand::open, tr("Open an image or video"));
+  m_open->setText(tr("Open…"));
+  m_undo = addCommand(CropCommand::undo, tr("Undo"));
+  m_undo->setText(tr("Undo"));
+  m_redo = addCommand(CropCommand::redo, tr("Redo"));
+  m_redo->setText(tr("Redo"));
 }
 
 void EditorToolBar::buildViewing() {
-  addAction(m_menus.previewAction());
-  m_menus.previewAction()->setToolTip(withKey(tr("Preview the crop"), m_menus.previewAction()));
+  m_preview = addCommand(CropCommand::preview, tr("Preview the crop"));
+  m_preview->setObjectName(QStringLiteral("preview"));
   addGap();
   m_zoom = new ZoomControls(CropZoomStops::kMinimum, CropZoomStops::kMaximum, this);
   m_zoom->setAccessibleName(tr("Zoom"));
   m_zoom->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
-  addWidget(m_zoom);
+  QAction* const zoomAction = addWidget(m_zoom);
+  zoomAction->setObjectName(QStringLiteral("zoom"));
+  zoomAction->setText(tr("Zoom"));
   addGap();
-  addAction(m_menus.inspectorAction());
-  m_menus.inspectorAction()->setIconText(tr("Inspector"));
-  m_menus.inspectorAction()->setToolTip(
-      withKey(tr("Show or hide the inspector"), m_menus.inspectorAction()));
+  m_inspector = addCommand(CropCommand::inspector, tr("Show or hide the inspector"));
+  m_inspector->setText(tr("Inspector"));
 
   connect(m_zoom, &ZoomControls::zoomChosen, this,
           [this](double zoom) { m_state->setZoom(zoom, false); });
@@ -69,6 +64,13 @@ void EditorToolBar::buildViewing() {
   connect(m_zoom, &ZoomControls::actualSizeRequested, this,
           [this] { m_state->requestActualSize(); });
   connect(m_zoom, &ZoomControls::fitRequested, this, [this] { m_state->requestFit(); });
+}
+
+QAction* EditorToolBar::addCommand(CropCommand command, const QString& help) {
+  QAction* const action = addAction(QString(), this, [this, command] { m_menus.perform(command); });
+  const QString keys = keyText(m_menus.action(command)->shortcut());
+  action->setToolTip(QStringLiteral("%1 (%2)").arg(help, keys));
+  return action;
 }
 
 void EditorToolBar::addGap() {
@@ -84,25 +86,30 @@ void EditorToolBar::setState(EditorState* state) {
 
 void EditorToolBar::updateState() {
   const bool isIdle = m_state && !m_state->busy();
+  const bool canLook = isIdle && m_state->loaded();
+  const bool previewing = m_state && m_state->previewOnly();
+  m_open->setEnabled(isIdle);
   m_undo->setEnabled(isIdle && m_state->history().canUndo());
   m_redo->setEnabled(isIdle && m_state->history().canRedo());
-  m_zoom->setEnabled(isIdle && m_state->loaded());
-  if (m_state) m_zoom->setZoom(m_state->camera().zoom);
-  const bool previewing = m_state && m_state->previewOnly();
-  m_menus.previewAction()->setIcon(
+  m_preview->setEnabled(canLook);
+  m_preview->setText(previewing ? tr("Exit Preview") : tr("Preview Crop"));
+  m_preview->setIcon(
       symbolIcon(previewing ? QStringLiteral("eye-off") : QStringLiteral("eye"), palette()));
+  m_zoom->setEnabled(canLook);
+  if (m_state) m_zoom->setZoom(m_state->camera().zoom);
+  m_inspector->setEnabled(canLook);
 }
 
 void EditorToolBar::updateIcons() {
-  m_menus.openAction()->setIcon(symbolIcon(QStringLiteral("folder-open"), palette()));
+  m_open->setIcon(symbolIcon(QStringLiteral("folder-open"), palette()));
   m_undo->setIcon(symbolIcon(QStringLiteral("undo-2"), palette()));
   m_redo->setIcon(symbolIcon(QStringLiteral("redo-2"), palette()));
-  m_menus.inspectorAction()->setIcon(symbolIcon(QStringLiteral("panel-right"), palette()));
+  m_inspector->setIcon(symbolIcon(QStringLiteral("panel-right"), palette()));
 }
 
 void EditorToolBar::changeEvent(QEvent* event) {
   QToolBar::changeEvent(event);
-  if (event->type() != QEvent::PaletteChange || !m_zoom) return;
+  if (event->type() != QEvent::PaletteChange || !m_inspector) return;
   updateIcons();
   updateState();
 }

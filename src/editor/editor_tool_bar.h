@@ -7,6 +7,7 @@ class QAction;
 namespace vantrel {
 
 class CropMenuBar;
+enum class CropCommand;
 class EditorState;
 class ZoomControls;
 
@@ -16,15 +17,20 @@ class EditorToolBar final : public QToolBar {
   Q_OBJECT
 
  public:
-  /// Offers what the menus do, with their keys. The buttons of Undo and Redo follow the history
-  /// alone, the menu items also serve the text being typed. `menus` outlives the bar.
-  explicit EditorToolBar(const CropMenuBar& menus, QWidget* parent = nullptr);
+  /// Does what the menus do, and tells their keys. `menus` outlives the bar.
+  explicit EditorToolBar(CropMenuBar& menus, QWidget* parent = nullptr);
+
+  [[nodiscard]] QAction* openAction() const { return m_open; }
+  /// Undo and Redo follow the history alone; the items of the menus also serve text being typed.
+  [[nodiscard]] QAction* undoAction() const { return m_undo; }
+  [[nodiscard]] QAction* redoAction() const { return m_redo; }
+  [[nodiscard]] QAction* previewAction() const { return m_preview; }
+  [[nodiscard]] ZoomControls* zoom() const { return m_zoom; }
+  [[nodiscard]] QAction* inspectorAction() const { return m_inspector; }
 
   /// The editor shown, null for none. It outlives its being shown.
   void setState(EditorState* state);
-  [[nodiscard]] ZoomControls* zoom() const { return m_zoom; }
-
-  /// Takes over what the state now is; the actions of the menus stay as they are but for icons.
+  /// Takes over what the state now is.
   void updateState();
 
  protected:
@@ -33,14 +39,18 @@ class EditorToolBar final : public QToolBar {
  private:
   void buildEditing();
   void buildViewing();
+  QAction* addCommand(CropCommand command, const QString& help);
   void addGap();
   void updateIcons();
 
+  CropMenuBar& m_menus;
   EditorState* m_state = nullptr;
-  const CropMenuBar& m_menus;
+  QAction* m_open = nullptr;
   QAction* m_undo = nullptr;
   QAction* m_redo = nullptr;
+  QAction* m_preview = nullptr;
   ZoomControls* m_zoom = nullptr;
+  QAction* m_inspector = nullptr;
 };
 
 }  // namespace vantrel

@@ -1,12 +1,9 @@
 #include "review/review_window.h"
 
 #include <QAbstractButton>
-#include <QAction>
 #include <QCloseEvent>
 #include <QFile>
 #include <QFileDialog>
-#include <QMenu>
-#include <QMenuBar>
 #include <QMessageBox>
 #include <QScreen>
 
@@ -25,7 +22,6 @@ constexpr QSize kWindowSize{800, 600};
 ReviewWindow::ReviewWindow(std::unique_ptr<ExportReviewDocument> document, QWidget* parent)
     : QMainWindow(parent), m_document(std::move(document)) {
   setAttribute(Qt::WA_DeleteOnClose);
-  buildMenu();
   if (m_document->showsImage()) {
     setCentralWidget(
         new ImageReviewView(m_document->temporaryExportPath(), m_document->summary(), this));
@@ -55,9 +51,7 @@ void ReviewWindow::setFullScreen(bool isFullScreen) {
 void ReviewWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() != QEvent::WindowStateChange || !m_video) return;
-  menuBar()->setVisible(!isFullScreen());
-  // Keys of a menu bar that is hidden would have no effect.
-  addActions(m_fileMenu->actions());
+  if (menuWidget()) menuWidget()->setVisible(!isFullScreen());
   m_video->setFullScreen(isFullScreen());
 }
 
@@ -72,20 +66,9 @@ QRect ReviewWindow::placeIn(const QRect& room) {
   return place;
 }
 
-void ReviewWindow::buildMenu() {
-  m_fileMenu = menuBar()->addMenu(tr("&File"));
-  m_saveAction = m_fileMenu->addAction(tr("Save…"), this, &ReviewWindow::save);
-  m_saveAction->setShortcut(Qt::CTRL | Qt::Key_S);
-  m_saveAction->setStatusTip(tr("Save a finished export from its review window."));
-  m_fileMenu->addSeparator();
-  QAction* close = m_fileMenu->addAction(tr("Close Window"), this, &QWidget::close);
-  close->setShortcut(Qt::CTRL | Qt::Key_W);
-}
-
 void ReviewWindow::updateTitle() {
   setWindowTitle(windowTitleOf(m_document->displayName()) + QStringLiteral("[*]"));
   setWindowModified(m_document->isUnsaved());
-  m_saveAction->setEnabled(!m_document->isSaving());
 }
 
 void ReviewWindow::save() {

@@ -5,7 +5,6 @@
 
 #include "review/export_review_document.h"
 
-class QAction;
 class QCloseEvent;
 
 namespace vantrel {
@@ -14,6 +13,7 @@ class VideoReviewView;
 
 /// The window of a finished export: it shows the file and asks for what the document needs to know:
 /// where to save, and whether to when it is closed unsaved. Closing it deletes it and its document.
+/// Whoever opens it gives it a menu bar, which is hidden while the window fills the screen.
 class ReviewWindow final : public QMainWindow {
   Q_OBJECT
 
@@ -22,8 +22,6 @@ class ReviewWindow final : public QMainWindow {
   ~ReviewWindow() override;
 
   [[nodiscard]] ExportReviewDocument& document() { return *m_document; }
-  /// For the application's own items.
-  [[nodiscard]] QMenu* fileMenu() { return m_fileMenu; }
 
   /// Where a window opens in the free part of a screen: in the middle, no larger than it.
   [[nodiscard]] static QRect placeIn(const QRect& room);
@@ -40,7 +38,6 @@ class ReviewWindow final : public QMainWindow {
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  void buildMenu();
   void showVideo();
   void setFullScreen(bool isFullScreen);
   void updateTitle();
@@ -52,8 +49,6 @@ class ReviewWindow final : public QMainWindow {
   std::unique_ptr<ExportReviewDocument> m_document;
   /// Null for images.
   VideoReviewView* m_video = nullptr;
-  QMenu* m_fileMenu = nullptr;
-  QAction* m_saveAction = nullptr;
   bool m_asking = false;
   /// The place to save to is being asked for.
   bool m_choosing = false;

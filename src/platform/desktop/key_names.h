@@ -1,11 +1,17 @@
 #pragma once
 
 #include <QKeySequence>
+#include <QList>
 #include <QString>
 
 namespace vantrel {
 
 /// A shortcut as the running system writes it, for example "Ctrl+O" or "⌘O".
 [[nodiscard]] QString keyText(const QKeySequence& keys);
+
+/// The shortcuts of Undo and of Redo: first the one to show, then the others that the running
+/// system's users may be used to.
+[[nodiscard]] QList<QKeySequence> undoKeys();
+[[nodiscard]] QList<QKeySequence> redoKeys();
 
 }  // namespace vantrel
