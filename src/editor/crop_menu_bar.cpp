@@ -38,7 +38,11 @@ void CropMenuBar::setEditor(EditorView* editor) {
   m_editor = editor;
   if (editor) {
     connect(editor, &EditorView::updated, this, &CropMenuBar::updateCommands);
-    connect(editor, &QObject::destroyed, this, &CropMenuBar::updateCommands);
+    // By then the pointer still stands, and the editor's state does not.
+    connect(editor, &QObject::destroyed, this, [this] {
+      m_editor = nullptr;
+      updateCommands();
+    });
   }
   updateCommands();
 }
@@ -166,7 +170,7 @@ void CropMenuBar::updateCommands() {
 
 void CropMenuBar::perform(CropCommand command) {
   const CropWindowCommands now = commands();
-  if (now.isEnabled(command) && now.isVisible(command)) {
+  if (now.isEnabled(command)) {
     switch (command) {
       case CropCommand::newWindow:
         Q_EMIT newWindowRequested();

@@ -142,7 +142,7 @@ bool CropWindowCommands::isEnabled(CropCommand command) const {
     case CropCommand::redo:
       return canEdit && (isEditingText || (history && history->canRedo()));
     default:
-      return canEdit && isEnabledEncoding(command);
+      return canEdit && isVisible(command) && isEnabledEncoding(command);
   }
 }
 

@@ -61,6 +61,7 @@ struct CropWindowCommands {
   bool isInTabs = false;
 
   [[nodiscard]] QString title(CropCommand command) const;
+  /// Never where it is not visible.
   [[nodiscard]] bool isEnabled(CropCommand command) const;
   /// Of the choices of a format or a codec.
   [[nodiscard]] bool isChecked(CropCommand command) const;

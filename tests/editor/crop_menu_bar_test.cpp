@@ -95,8 +95,6 @@ class CropMenuBarTest : public ::testing::Test {
   /// Something to undo and something to redo.
   void edit() {
     EditHistory& history = state().history();
-    ImageEncodingSettings settings = history.imageEncoding();
-    settings.quality = 0.5;
     CropEdit start = history.value();
     start.encoding.megabitsPerSecond = 5;
     start.imageEncoding.quality = 0.5;
@@ -326,6 +324,18 @@ TEST_F(CropMenuBarTest, KeysUndoAndRedo) {
   EXPECT_EQ(state().history().crop(), (CropMargins{2, 2, 0, 0}));
   press(Qt::Key_Y, kCtrl);
   EXPECT_EQ(state().history().crop(), (CropMargins{4, 4, 0, 0}));
+}
+
+TEST_F(CropMenuBarTest, UndoAndRedoHaveTheOtherKeysOfTheSystemToo) {
+  openEmpty();
+  const auto expectKeys = [this](CropCommand command, QKeySequence::StandardKey standard) {
+    const QList<QKeySequence> keys = action(command)->shortcuts();
+    EXPECT_EQ(QSet<QKeySequence>(keys.begin(), keys.end()).size(), keys.size());
+    for (const QKeySequence& key : QKeySequence::keyBindings(standard))
+      EXPECT_TRUE(keys.contains(key)) << key.toString().toStdString();
+  };
+  expectKeys(CropCommand::undo, QKeySequence::Undo);
+  expectKeys(CropCommand::redo, QKeySequence::Redo);
 }
 
 TEST_F(CropMenuBarTest, AnEmptyEditorLetsTheKeysOfFilesPass) {
