@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "controls/device_pixels.h"
+#include "editor/quiet_menu.h"
 #include "editor/quiet_slider.h"
 
 namespace vantrel {
@@ -115,6 +116,14 @@ void drawMenuBarItem(const QStyleOptionMenuItem& item, QPainter* painter, const 
                      item.state.testFlag(QStyle::State_Enabled), item.text, QPalette::WindowText);
 }
 
+QSize menuItemSize(const QStyleOption& option, const QSize& size) {
+  const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(&option);
+  const bool divides = item && item->menuItemType == QStyleOptionMenuItem::Separator;
+  return {size.width(), divides && item->text.isEmpty()
+                            ? QuietMenu::kDividerHeight
+                            : std::max(size.height(), QuietMenu::kItemHeight)};
+}
+
 }  // namespace
 
 QuietStyle::QuietStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
@@ -141,6 +150,12 @@ void QuietStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
     case PE_FrameFocusRect:
       if (qobject_cast<const QToolButton*>(widget)) drawFocusRing(*option, widget->rect(), painter);
       return;
+    case PE_PanelMenu:
+      QuietMenu::drawPanel(*option, *painter);
+      return;
+    case PE_FrameMenu:
+      QuietMenu::drawFrame(*option, *painter);
+      return;
     case PE_PanelMenuBar:
     case PE_FrameStatusBarItem:
       return;
@@ -158,6 +173,12 @@ void QuietStyle::drawControl(ControlElement element, const QStyleOption* option,
     case CE_ToolBar:
       drawBar(option, painter, true);
       return;
+    case CE_MenuItem:
+      if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
+        QuietMenu::drawItem(*item, *painter, *baseStyle(), widget);
+        return;
+      }
+      break;
     case CE_MenuBarItem:
       if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
         drawMenuBarItem(*item, painter, *this);
@@ -188,6 +209,8 @@ QSize QuietStyle::sizeFromContents(ContentsType type, const QStyleOption* option
       return size.expandedTo({kToolButton, kToolButton});
     case CT_MenuBarItem:
       return {size.width(), kMenuBarItemHeight};
+    case CT_MenuItem:
+      return menuItemSize(*option, size);
     default:
       return size;
   }
@@ -210,6 +233,14 @@ int QuietStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
       return kToolBarSpacing;
     case PM_MenuBarHMargin:
       return kMenuBarMargin;
+    case PM_MenuHMargin:
+    case PM_MenuVMargin:
+      return QuietMenu::kMargin;
+    case PM_MenuPanelWidth:
+      return 1;
+    case PM_SubMenuOverlap:
+      // Beside the frame, not over it.
+      return QuietMenu::kMargin + 1;
     case PM_SliderLength:
     case PM_SliderThickness:
     case PM_SliderControlThickness:
