@@ -22,7 +22,7 @@ CropMenuBar::CropMenuBar(QWidget* window) : QMenuBar(window) {
     if (!action->shortcuts().isEmpty()) window->addAction(action);
   }
   window->installEventFilter(this);
-  connect(qApp, &QApplication::focusChanged, this, &CropMenuBar::followFocus);
+  connect(qApp, &QApplication::focusChanged, this, &CropMenuBar::updateCommands);
   connect(qApp, &QApplication::focusWindowChanged, this, &CropMenuBar::updateCommands);
   updateCommands();
 }
@@ -139,7 +139,8 @@ void CropMenuBar::take(QAction* action, CropCommand command) {
   m_actions.at(static_cast<size_t>(command)) = action;
 }
 
-CropWindowCommands CropMenuBar::commands() const {
+CropWindowCommands CropMenuBar::commands() {
+  followFocus();
   CropWindowCommands commands;
   if (m_editor) {
     commands.actions = m_editor->windowActions();
@@ -196,13 +197,12 @@ void CropMenuBar::perform(CropCommand command) {
 
 void CropMenuBar::followFocus() {
   QWidget* const focused = window()->focusWidget();
-  if (focused != this) {
-    auto* const field = qobject_cast<QLineEdit*>(focused);
-    if (m_field && m_field != field) m_field->removeEventFilter(this);
-    m_field = field;
-    if (field) field->installEventFilter(this);
-  }
-  updateCommands();
+  auto* const field = qobject_cast<QLineEdit*>(focused);
+  // An open menu gives the focus back.
+  if (focused == this || field == m_field) return;
+  if (m_field) m_field->removeEventFilter(this);
+  m_field = field;
+  if (field) field->installEventFilter(this);
 }
 
 bool CropMenuBar::eventFilter(QObject* watched, QEvent* event) {

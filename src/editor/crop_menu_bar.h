@@ -67,7 +67,7 @@ class CropMenuBar final : public QMenuBar {
   void addChoices(QMenu& menu, CropCommand name, std::initializer_list<CropCommand> choices);
   void take(QAction* action, CropCommand command);
   void followFocus();
-  [[nodiscard]] CropWindowCommands commands() const;
+  [[nodiscard]] CropWindowCommands commands();
   [[nodiscard]] ReviewWindow* activeReview() const;
   [[nodiscard]] bool isKeyOfCommand(const QKeyEvent& event) const;
 

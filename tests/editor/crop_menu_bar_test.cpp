@@ -442,6 +442,18 @@ TEST_F(CropMenuBarTest, AnyFieldLeavesTheKeysToTheMenus) {
   EXPECT_FALSE(field->hasFocus());
 }
 
+TEST_F(CropMenuBarTest, AWindowBehindKnowsItsOwnField) {
+  open("photo.png");
+  leftField()->setFocus();
+  CropMenuBar* const behind = bar();
+  openReview("photo.jpg");
+  EXPECT_TRUE(behind->action(CropCommand::undo)->isEnabled());
+  EXPECT_FALSE(action(CropCommand::undo)->isEnabled());
+  leftField()->clearFocus();
+  behind->updateCommands();
+  EXPECT_FALSE(behind->action(CropCommand::undo)->isEnabled());
+}
+
 TEST_F(CropMenuBarTest, NoStateIsStaleAtTheKey) {
   open("photo.png");
   ASSERT_TRUE(action(CropCommand::preview)->isEnabled());
