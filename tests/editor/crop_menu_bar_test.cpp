@@ -416,15 +416,28 @@ TEST_F(CropMenuBarTest, UndoServesTheTextBeingTypedAndOnlyOnce) {
 TEST_F(CropMenuBarTest, TypingGoesOnWhileAMenuIsOpen) {
   open("photo.png");
   QTest::mouseClick(leftField(), Qt::LeftButton);
-  QTest::keyClicks(leftField(), QStringLiteral("7"));
-  press(Qt::Key_E, Qt::AltModifier);
-  ASSERT_TRUE(QTest::qWaitFor([this] { return menu(1)->isVisible(); }));
-  EXPECT_TRUE(action(CropCommand::undo)->isEnabled());
-  EXPECT_EQ(menu(1)->activeAction(), action(CropCommand::undo));
-  QTest::keyClick(menu(1), Qt::Key_Return);
-  EXPECT_TRUE(leftField()->hasFocus());
-  EXPECT_EQ(leftField()->text(), QStringLiteral("0"));
-  EXPECT_EQ(state().history().crop(), CropMargins());
+  for (const bool byName : {true, false}) {
+    QTest::keyClicks(leftField(), QStringLiteral("7"));
+    ASSERT_NE(state().history().crop(), CropMargins());
+    if (byName) {
+      press(Qt::Key_E, Qt::AltModifier);
+    } else {
+      for (const bool isDown : {true, false}) {
+        QTest::simulateEvent(leftField(), isDown, Qt::Key_Alt, {}, {}, false);
+      }
+      ASSERT_TRUE(bar()->hasFocus());
+      press(Qt::Key_Right, {});
+      press(Qt::Key_Down, {});
+    }
+    ASSERT_TRUE(QTest::qWaitFor([this] { return menu(1)->isVisible(); }));
+    EXPECT_TRUE(action(CropCommand::undo)->isEnabled());
+    EXPECT_TRUE(action(CropCommand::redo)->isEnabled());
+    menu(1)->setActiveAction(action(CropCommand::undo));
+    QTest::keyClick(menu(1), Qt::Key_Return);
+    EXPECT_TRUE(leftField()->hasFocus());
+    EXPECT_EQ(leftField()->text(), QStringLiteral("0"));
+    EXPECT_EQ(state().history().crop(), CropMargins());
+  }
 }
 
 TEST_F(CropMenuBarTest, AnyFieldLeavesTheKeysToTheMenus) {
@@ -457,14 +470,19 @@ TEST_F(CropMenuBarTest, AWindowBehindKnowsItsOwnField) {
 TEST_F(CropMenuBarTest, NoStateIsStaleAtTheKey) {
   open("photo.png");
   ASSERT_TRUE(action(CropCommand::preview)->isEnabled());
+  // Straight to the widget, so that no event comes between.
+  const auto pressAtOnce = [this] {
+    QTest::keyClick(static_cast<QWidget*>(editor), Qt::Key_P, kCtrl);
+  };
   state().setBusy(true);
-  press(Qt::Key_P, kCtrl);
+  EXPECT_TRUE(action(CropCommand::preview)->isEnabled()) << "still";
   action(CropCommand::preview)->trigger();
+  pressAtOnce();
   EXPECT_FALSE(state().previewOnly());
-  QCoreApplication::processEvents();
   EXPECT_FALSE(action(CropCommand::preview)->isEnabled());
   state().setBusy(false);
-  press(Qt::Key_P, kCtrl);
+  EXPECT_FALSE(action(CropCommand::preview)->isEnabled()) << "still";
+  pressAtOnce();
   EXPECT_TRUE(state().previewOnly());
 }
 
