@@ -1,8 +1,10 @@
 #include <QDragEnterEvent>
+#include <QFileOpenEvent>
 #include <QLabel>
 #include <QMimeData>
 #include <QUrl>
 
+#include "editor/file_names.h"
 #include "journey/journey.h"
 #include "journey/saved_picture.h"
 
@@ -278,6 +280,53 @@ TEST_F(FirstWindowTest, OpensEachFurtherFileInAWindowOfItsOwn) {
   EXPECT_EQ(second->view()->state().history().crop(), CropMargins());
   EditorWindow* empty = windows.openEditor();
   EXPECT_EQ(windows.openFile(folder / "photo.png"), empty);
+}
+
+TEST_F(FirstWindowTest, LeavesAFileOfNoPlaceOnThisComputerAlone) {
+  editor = windows.openEditor();
+  QFileOpenEvent event(QUrl(QStringLiteral("https://example.org/photo.png")));
+  QApplication::sendEvent(qApp, &event);
+  EXPECT_EQ(visible<EditorWindow>().size(), 1);
+  EXPECT_FALSE(state().busy());
+  QFileOpenEvent local(photo());
+  QApplication::sendEvent(qApp, &local);
+  EXPECT_EQ(visible<EditorWindow>().size(), 1);
+  EXPECT_TRUE(state().busy());
+}
+
+TEST_F(FirstWindowTest, GoesFromAnyNameToAnyName) {
+  for (const std::string& name : testing::unusualNames()) {
+    SCOPED_TRACE(name);
+    const std::filesystem::path path = folder / (name + ".png");
+    testing::savePng(path, 20, 10);
+    ASSERT_NO_FATAL_FAILURE(open(path));
+    EXPECT_EQ(editor->windowHandle()->title().toStdString(), name + ".png");
+    ReviewWindow* const review = exportCrop();
+    ASSERT_NE(review, nullptr);
+    EXPECT_EQ(review->document().suggestedFileName().toStdString(), name + "-framed.png");
+    // Over the source itself, since no name can be longer.
+    review->document().save(path);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !review->document().isUnsaved(); }));
+    testing::expectPattern(path, 20, 10, 0, 0);
+    review->close();
+    ASSERT_TRUE(waitUntilGone<ReviewWindow>());
+    delete editor;
+  }
+  EXPECT_EQ(testing::namesIn(folder.path()).size(), testing::unusualNames().size() + 1);
+}
+
+TEST_F(FirstWindowTest, SaysThatANameIsTooLong) {
+  open(folder / "photo.png");
+  ReviewWindow* const review = exportCrop();
+  ASSERT_NE(review, nullptr);
+  review->document().save(folder / (std::string(252, 'x') + ".png"));
+  auto* const alert = waitFor<QMessageBox>();
+  ASSERT_NE(alert, nullptr);
+  EXPECT_TRUE(
+      alert->informativeText().endsWith(QStringLiteral("could not be saved: File name too long")))
+      << alert->informativeText().toStdString();
+  answer(QMessageBox::Ok);
+  EXPECT_TRUE(review->document().isUnsaved());
 }
 
 TEST_F(FirstWindowTest, AsksForEachReviewBeforeItQuits) {
