@@ -15,7 +15,7 @@ namespace {
 constexpr int kArtworkSize = 256;
 constexpr int kSpacing = 32;
 constexpr int kButtonSpacing = 12;
-constexpr int kButtonWidth = 120;
+constexpr int kButtonWidth = 142;
 constexpr int kButtonHeight = 34;
 
 }  // namespace

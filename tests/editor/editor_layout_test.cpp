@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDragEnterEvent>
+#include <QFileDialog>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
@@ -31,6 +32,7 @@ namespace {
 class EditorLayoutTest : public ::testing::Test {
  protected:
   void SetUp() override {
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     testing::savePng(folder / "photo.png", 400, 300);
     view->resize(1000, 700);
     view->show();
@@ -205,6 +207,31 @@ TEST_F(EditorLayoutTest, EndsThePreviewAtEscapeAlsoWhileItIsBusy) {
   setBusy(true);
   QTest::keyClick(view->windowHandle(), Qt::Key_Escape);
   EXPECT_FALSE(state().previewOnly());
+}
+
+TEST_F(EditorLayoutTest, AsksForOneFileOfAnyKind) {
+  view->openMedia();
+  auto* const panel = view->findChild<QFileDialog*>();
+  ASSERT_NE(panel, nullptr);
+  EXPECT_TRUE(panel->isModal());
+  EXPECT_EQ(panel->acceptMode(), QFileDialog::AcceptOpen);
+  EXPECT_EQ(panel->fileMode(), QFileDialog::ExistingFile);
+  EXPECT_EQ(panel->nameFilters(), QStringList{MediaLoader::openFilter()});
+  QTest::keyClick(panel, Qt::Key_Escape);
+  ASSERT_TRUE(QTest::qWaitFor([this] { return !view->findChild<QFileDialog*>(); }));
+  EXPECT_FALSE(state().busy());
+  EXPECT_FALSE(state().openError());
+}
+
+TEST_F(EditorLayoutTest, LoadsWhatIsChosenAlsoWhereAFileHasComeMeanwhile) {
+  testing::savePng(folder / "chosen.png", 20, 10);
+  view->openMedia();
+  auto* const panel = view->findChild<QFileDialog*>();
+  ASSERT_NE(panel, nullptr);
+  load("photo.png");
+  Q_EMIT panel->fileSelected(QString::fromStdString((folder / "chosen.png").string()));
+  panel->close();
+  ASSERT_TRUE(QTest::qWaitFor([this] { return state().sourceSize() == QSizeF(20, 10); }));
 }
 
 TEST_F(EditorLayoutTest, AlertsToWhatFailedUntilThatIsRead) {

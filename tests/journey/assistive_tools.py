@@ -104,7 +104,8 @@ def main():
     parser.add_argument("program")
     program_path = parser.parse_args().program
     with tempfile.TemporaryDirectory() as folder:
-        picture = os.path.join(folder, "picture.png")
+        # A name that is no UTF-8.
+        picture = os.fsencode(folder) + b"/Bl\xfcte.png"
         write_png(picture, WIDTH, HEIGHT)
         with RunningProgram(program_path, folder, picture) as program:
             meet(program.root())

@@ -78,8 +78,19 @@ TEST_F(FirstWindowTest, CancelsAnExport) {
   EXPECT_EQ(footer()->statusLabel()->text(), QStringLiteral("Export cancelled"));
   EXPECT_TRUE(visible<ReviewWindow>().isEmpty());
   EXPECT_TRUE(visible<QMessageBox>().isEmpty());
-  EXPECT_EQ(testing::namesIn(ExportTemporaryStorage::shared().directory()),
-            std::vector<std::string>{"session.lock"});
+  EXPECT_TRUE(testing::sessionFiles().empty());
+}
+
+TEST_F(FirstWindowTest, ClosingTheWindowEndsItsExport) {
+  testing::savePng(folder / "large.png", 4000, 3000);
+  open(folder / "large.png");
+  click(footer()->exportButton());
+  ASSERT_TRUE(state().busy());
+  editor->close();
+  ASSERT_TRUE(waitUntilGone<EditorWindow>());
+  ASSERT_TRUE(QTest::qWaitFor([] { return testing::sessionFiles().empty(); }));
+  EXPECT_TRUE(visible<ReviewWindow>().isEmpty());
+  EXPECT_TRUE(visible<QMessageBox>().isEmpty());
 }
 
 TEST_F(FirstWindowTest, KeepsAReviewWhoseClosingIsCancelled) {
