@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QLineEdit>
@@ -12,8 +11,6 @@
 #include <QTest>
 #include <QWindow>
 #include <filesystem>
-#include <string>
-#include <vector>
 
 #include "canvas/canvas_scroll_view.h"
 #include "canvas/crop_overlay_geometry.h"
@@ -23,52 +20,14 @@
 #include "editor/application_windows.h"
 #include "editor/editor_view.h"
 #include "editor/editor_window.h"
-#include "export/export_temporary_storage.h"
 #include "inspector/crop_export_footer.h"
 #include "inspector/crop_section.h"
 #include "inspector/inspector_view.h"
+#include "journey/open_windows.h"
 #include "review/review_window.h"
 #include "support/temporary_folder.h"
 
 namespace vantrel::testing {
-
-template <class Widget>
-QList<Widget*> visible() {
-  QList<Widget*> found;
-  for (QWidget* widget : QApplication::allWidgets()) {
-    auto* match = qobject_cast<Widget*>(widget);
-    if (match && match->isVisible()) found << match;
-  }
-  return found;
-}
-
-/// The one visible widget of this kind, as soon as there is one.
-template <class Widget>
-Widget* waitFor() {
-  constexpr int kPatienceMilliseconds = 60'000;
-  if (!QTest::qWaitFor([] { return visible<Widget>().size() == 1; }, kPatienceMilliseconds)) {
-    return nullptr;
-  }
-  return visible<Widget>().first();
-}
-
-template <class Widget>
-bool waitUntilGone() {
-  return QTest::qWaitFor([] { return visible<Widget>().isEmpty(); });
-}
-
-/// Gives the window the keyboard, also where no window manager does.
-inline bool activate(QWidget* window) {
-  window->activateWindow();
-  return QTest::qWaitForWindowActive(window);
-}
-
-/// What lies in the session folder but its lock.
-inline std::vector<std::string> sessionFiles() {
-  std::vector<std::string> names = namesIn(ExportTemporaryStorage::shared().directory());
-  std::erase(names, "session.lock");
-  return names;
-}
 
 /// The way of a user through the windows of the program, from a file to the saved file.
 class Journey : public ::testing::Test {
