@@ -2,12 +2,27 @@
 #include <QCommandLineParser>
 #include <QFile>
 #include <QLocale>
+#include <algorithm>
 #include <csignal>
+#include <filesystem>
+#include <span>
 
 #include "editor/application_look.h"
 #include "editor/application_windows.h"
 #include "platform/desktop/formatting.h"
 #include "platform/gl/surface_format.h"
+
+namespace {
+
+/// The file that an argument names, of whatever bytes: as text it may have lost some.
+std::filesystem::path fileOf(const QString& argument, std::span<char*> arguments) {
+  const auto named = std::find_if(arguments.begin(), arguments.end(), [&](const char* bytes) {
+    return QString::fromLocal8Bit(bytes) == argument;
+  });
+  return named == arguments.end() ? QFile::encodeName(argument).constData() : *named;
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
   // Writing to a full disk or a closed pipe is an error to report, not a reason to die.
@@ -28,7 +43,7 @@ int main(int argc, char** argv) {
 
   vantrel::ApplicationWindows windows;
   for (const QString& file : arguments.positionalArguments()) {
-    windows.openFile(QFile::encodeName(file).toStdString());
+    windows.openFile(fileOf(file, {argv, static_cast<size_t>(argc)}));
   }
   if (arguments.positionalArguments().isEmpty()) windows.openEditor();
   return QApplication::exec();

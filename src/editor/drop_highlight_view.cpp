@@ -13,8 +13,9 @@ constexpr double kRadius = 10;
 
 }  // namespace
 
-DropHighlightView::DropHighlightView(QWidget* parent) : QWidget(parent) {
+DropHighlightView::DropHighlightView(QWidget* parent) : QFocusFrame(parent) {
   setAttribute(Qt::WA_TransparentForMouseEvents);
+  setAcceptDrops(false);
   setVisible(false);
   resize(parent->size());
   parent->installEventFilter(this);
@@ -22,7 +23,7 @@ DropHighlightView::DropHighlightView(QWidget* parent) : QWidget(parent) {
 
 bool DropHighlightView::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Resize) resize(parentWidget()->size());
-  return QWidget::eventFilter(watched, event);
+  return QFocusFrame::eventFilter(watched, event);
 }
 
 void DropHighlightView::paintEvent(QPaintEvent* /*event*/) {

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QWidget>
+#include <QFocusFrame>
 
 namespace vantrel {
 
-/// The frame that tells that a file may be dropped. It takes no mouse events and keeps to the size
-/// of its parent.
-class DropHighlightView final : public QWidget {
+/// The frame that tells that a file may be dropped. It takes no mouse events, keeps to the size of
+/// its parent, and assistive tools do not see it: of a frame around something they are not told.
+class DropHighlightView final : public QFocusFrame {
   Q_OBJECT
 
  public:

@@ -4,19 +4,18 @@
 #include <QDropEvent>
 #include <QEvent>
 #include <QFile>
-#include <QFileDialog>
 #include <QHBoxLayout>
-#include <QMessageBox>
-#include <QPushButton>
+#include <QShortcut>
 #include <utility>
 
 #include "canvas/canvas_scroll_view.h"
 #include "canvas/crop_appearance.h"
 #include "canvas/crop_canvas.h"
-#include "controls/message_layout.h"
+#include "controls/file_dialog.h"
 #include "editor/drop_highlight_view.h"
 #include "editor/editor_workspace.h"
 #include "editor/empty_canvas_view.h"
+#include "editor/error_alert.h"
 #include "inspector/inspector_view.h"
 
 namespace vantrel {
@@ -51,6 +50,7 @@ EditorView::EditorView(const QUuid& windowIdentity, ExportSession::Review review
   setAcceptDrops(true);
   buildLayout();
   watchState();
+  watchErrors();
   updateChildren();
 }
 
@@ -103,6 +103,8 @@ void EditorView::buildLayout() {
   m_inspector = new InspectorView(m_state.history(), m_state.exportState(),
                                   CropAppearance::exportAccent(), this);
   m_dropHighlight = new DropHighlightView(this);
+  // The canvas takes the key while it is enabled.
+  m_exitPreview = new QShortcut(Qt::Key_Escape, this, [this] { m_state.setPreviewOnly(false); });
 
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -135,8 +137,17 @@ void EditorView::watchState() {
                              &EditHistory::imageEncodingChanged, &EditHistory::revisionChanged}) {
     connect(&m_state.history(), changed, this, &EditorView::scheduleUpdate);
   }
-  connect(&m_state, &EditorState::openErrorChanged, this, &EditorView::showOpenError);
-  connect(&m_state, &EditorState::exportErrorChanged, this, &EditorView::showExportError);
+}
+
+void EditorView::watchErrors() {
+  auto* const open = new ErrorAlert(tr("Could Not Open File"), this);
+  connect(&m_state, &EditorState::openErrorChanged, open,
+          [this, open] { open->setMessage(m_state.openError()); });
+  connect(open, &ErrorAlert::dismissed, &m_state, [this] { m_state.setOpenError({}); });
+  auto* const failedExport = new ErrorAlert(tr("Could Not Export File"), this);
+  connect(&m_state, &EditorState::exportErrorChanged, failedExport,
+          [this, failedExport] { failedExport->setMessage(m_state.exportError()); });
+  connect(failedExport, &ErrorAlert::dismissed, &m_state, [this] { m_state.setExportError({}); });
 }
 
 void EditorView::scheduleUpdate() {
@@ -153,6 +164,7 @@ void EditorView::updateChildren() {
   m_inspector->setVisible(m_state.loaded() && m_state.showInspector());
   m_dropHighlight->setVisible(m_state.dropTargeted());
   m_dropHighlight->raise();
+  m_exitPreview->setEnabled(m_state.busy() && m_state.previewOnly());
   Q_EMIT updated();
 }
 
@@ -194,7 +206,7 @@ void EditorView::changeEvent(QEvent* event) {
 }
 
 void EditorView::openMedia() {
-  auto* dialog = new QFileDialog(this, tr("Open"), {}, MediaLoader::openFilter());
+  auto* dialog = new FileDialog(this, tr("Open"), {}, MediaLoader::openFilter());
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setFileMode(QFileDialog::ExistingFile);
   connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& file) {
@@ -216,27 +228,6 @@ void EditorView::dragLeaveEvent(QDragLeaveEvent* /*event*/) {
 void EditorView::dropEvent(QDropEvent* event) {
   m_state.setDropTargeted(false);
   if (m_loader.receiveMedia(*event->mimeData())) acceptCopy(*event);
-}
-
-void EditorView::showOpenError() {
-  if (!m_state.openError()) return;
-  showAlert(tr("Could Not Open File"), *m_state.openError(), [this] { m_state.setOpenError({}); });
-}
-
-void EditorView::showExportError() {
-  if (!m_state.exportError()) return;
-  showAlert(tr("Could Not Export File"), *m_state.exportError(),
-            [this] { m_state.setExportError({}); });
-}
-
-void EditorView::showAlert(const QString& title, const QString& message,
-                           const std::function<void()>& clear) {
-  auto* alert = new QMessageBox(QMessageBox::NoIcon, title, title, QMessageBox::Ok, this);
-  alert->setInformativeText(message);
-  layOutMessage(*alert);
-  alert->setAttribute(Qt::WA_DeleteOnClose);
-  connect(alert, &QDialog::finished, this, clear);
-  alert->open();
 }
 
 }  // namespace vantrel

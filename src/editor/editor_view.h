@@ -2,12 +2,13 @@
 
 #include <QUuid>
 #include <QWidget>
-#include <functional>
 
 #include "editor/crop_window_actions.h"
 #include "editor/editor_state.h"
 #include "editor/export_session.h"
 #include "editor/media_loader.h"
+
+class QShortcut;
 
 namespace vantrel {
 
@@ -56,14 +57,12 @@ class EditorView final : public QWidget {
  private:
   void buildLayout();
   void watchState();
+  void watchErrors();
   void scheduleUpdate();
   void updateChildren();
   void updateEmptyView();
   void updateCanvas();
   [[nodiscard]] QColor canvasColor() const;
-  void showOpenError();
-  void showExportError();
-  void showAlert(const QString& title, const QString& message, const std::function<void()>& clear);
 
   const QUuid m_windowIdentity;
   EditorState m_state;
@@ -72,6 +71,7 @@ class EditorView final : public QWidget {
   EditorWorkspace* m_workspace = nullptr;
   InspectorView* m_inspector = nullptr;
   DropHighlightView* m_dropHighlight = nullptr;
+  QShortcut* m_exitPreview = nullptr;
   bool m_updateScheduled = false;
 };
 

@@ -1,7 +1,9 @@
 #include "editor/empty_canvas_view.h"
 
+#include <QPainter>
 #include <QPushButton>
-#include <QSvgWidget>
+#include <QSpacerItem>
+#include <QSvgRenderer>
 #include <QVBoxLayout>
 
 #include "controls/link_button.h"
@@ -18,9 +20,12 @@ constexpr int kButtonHeight = 34;
 
 }  // namespace
 
-EmptyCanvasView::EmptyCanvasView(QWidget* parent) : QWidget(parent) {
-  auto* artwork = new QSvgWidget(QStringLiteral(":/vantrel/artwork.svg"), this);
-  artwork->setFixedSize(kArtworkSize, kArtworkSize);
+EmptyCanvasView::EmptyCanvasView(QWidget* parent)
+    : QWidget(parent),
+      m_artwork(new QSvgRenderer(QStringLiteral(":/vantrel/artwork.svg"), this)),
+      m_artworkPlace(new QSpacerItem(kArtworkSize, kArtworkSize + kSpacing, QSizePolicy::Fixed,
+                                     QSizePolicy::Fixed)) {
+  m_artwork->setAspectRatioMode(Qt::KeepAspectRatio);
   m_open = new QPushButton(tr("Drop or Open…"), this);
   m_open->setMinimumSize(kButtonWidth, kButtonHeight);
   m_sample = new LinkButton(tr("Sample Video"), this);
@@ -32,11 +37,20 @@ EmptyCanvasView::EmptyCanvasView(QWidget* parent) : QWidget(parent) {
   buttons->addWidget(m_open, 0, Qt::AlignHCenter);
   buttons->addWidget(m_sample, 0, Qt::AlignHCenter);
   auto* layout = new QVBoxLayout(this);
-  layout->setSpacing(kSpacing);
   layout->addStretch();
-  layout->addWidget(artwork, 0, Qt::AlignHCenter);
+  layout->addSpacerItem(m_artworkPlace);
   layout->addLayout(buttons);
   layout->addStretch();
+}
+
+QRect EmptyCanvasView::artworkFrame() const {
+  const QRect place = m_artworkPlace->geometry();
+  return {place.x() + (place.width() - kArtworkSize) / 2, place.y(), kArtworkSize, kArtworkSize};
+}
+
+void EmptyCanvasView::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  m_artwork->render(&painter, artworkFrame());
 }
 
 }  // namespace vantrel

@@ -18,7 +18,7 @@ ExportSession::~ExportSession() = default;
 void ExportSession::exportMedia() {
   // First, since what is committed can change whether the crop may be exported.
   endTextEditing();
-  if (!m_state.canExport()) return;
+  if (!m_state.canExport() || m_imageOperation || m_videoOperation) return;
   if (m_state.isImage()) {
     exportImage();
   } else {

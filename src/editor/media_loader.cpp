@@ -1,11 +1,10 @@
 #include "editor/media_loader.h"
 
-#include <QFile>
 #include <QMimeData>
 #include <QMimeDatabase>
+#include <QSysInfo>
 #include <QUrl>
 #include <algorithm>
-#include <functional>
 #include <system_error>
 #include <utility>
 
@@ -79,9 +78,24 @@ CropEdit initialVideoEdit(const SourceFile& file, EncodingSettings::Codec lastCo
   return edit;
 }
 
+bool isThisComputer(const QString& host) {
+  return host.isEmpty() || host == QLatin1String("localhost") ||
+         host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) == 0;
+}
+
+/// Some programs name this computer before the path of its files.
+bool isLocalFile(const QUrl& url) {
+  return url.isLocalFile() && isThisComputer(url.host());
+}
+
+/// The path of a local file, of whatever bytes.
+std::filesystem::path pathOf(const QUrl& url) {
+  return QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()).toStdString();
+}
+
 /// The first that is a file of this computer, or else the first.
 QUrl firstFile(const QList<QUrl>& urls) {
-  const auto local = std::find_if(urls.begin(), urls.end(), std::mem_fn(&QUrl::isLocalFile));
+  const auto local = std::find_if(urls.begin(), urls.end(), isLocalFile);
   if (local != urls.end()) return *local;
   return urls.value(0);
 }
@@ -168,7 +182,7 @@ void MediaLoader::receivePortalFiles(const QStringList& paths, const QUrl& other
                                      const QString& error) {
   if (!paths.isEmpty()) {
     receiveUrl(QUrl::fromLocalFile(paths.first()));
-  } else if (otherwise.isLocalFile() || error.isEmpty()) {
+  } else if (isLocalFile(otherwise) || error.isEmpty()) {
     receiveUrl(otherwise);
   } else if (!m_state.busy()) {
     m_state.setOpenError(error);
@@ -177,8 +191,8 @@ void MediaLoader::receivePortalFiles(const QStringList& paths, const QUrl& other
 
 void MediaLoader::receiveUrl(const QUrl& url) {
   if (m_state.busy()) return;
-  if (url.isLocalFile()) {
-    loadMedia(QFile::encodeName(url.toLocalFile()).toStdString());
+  if (isLocalFile(url)) {
+    loadMedia(pathOf(url));
   } else {
     m_state.setOpenError(tr("Drop a local image or video file."));
   }

@@ -7,8 +7,10 @@
 #include <QSlider>
 #include <QTest>
 #include <QToolButton>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "canvas/canvas_scroll_view.h"
 #include "canvas/crop_workspace_layout.h"
@@ -200,6 +202,78 @@ TEST_F(EditorVideoTest, GoesOnPlayingWhenAnotherFileCannotBeOpened) {
   EXPECT_TRUE(bar()->isVisible());
   EXPECT_EQ(window->windowTitle(), QStringLiteral("long.mp4"));
   alert->button(QMessageBox::Ok)->click();
+}
+
+TEST_F(EditorVideoTest, OutlivesTheFileOfAnOpenVideo) {
+  const std::filesystem::path path = *s_films / "changing.mp4";
+  const struct {
+    const char* what;
+    std::function<void()> change;
+    QString line;
+  } cases[] = {
+      {"gone", [&] { std::filesystem::remove(path); },
+       QStringLiteral("“changing.mp4” could not be")},
+      {"a folder",
+       [&] {
+         std::filesystem::remove(path);
+         std::filesystem::create_directory(path);
+       },
+       QStringLiteral("“changing.mp4” could not be opened: ")},
+      {"empty", [&] { std::filesystem::resize_file(path, 0); }, QStringLiteral("“changing.mp4” ")},
+      {"cut off", [&] { std::filesystem::resize_file(path, std::filesystem::file_size(path) / 2); },
+       QStringLiteral("“changing.mp4” ")},
+      {"words", [&] { testing::writeFile(path, std::string(500'000, 'z')); },
+       QStringLiteral("“changing.mp4” ")},
+      {"smaller",
+       [&] {
+         std::filesystem::copy_file(*s_films / "small.mp4", path,
+                                    std::filesystem::copy_options::overwrite_existing);
+       },
+       QStringLiteral("The crop must fit inside the video")},
+  };
+  s_films->make("small.mp4", {"-vf", "scale=64:48"});
+  for (const auto& one : cases) {
+    SCOPED_TRACE(one.what);
+    std::filesystem::remove(path);
+    std::filesystem::copy_file(*s_films / "long.mp4", path);
+    open("changing.mp4");
+    click(bar()->playButton());
+    ASSERT_TRUE(QTest::qWaitFor([this] { return state().player()->currentTime() > 0.1; }));
+    one.change();
+    bool isAnswered = false;
+    state().player()->seek({29, 1}, [&](bool) { isAnswered = true; });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return isAnswered; }));
+    if (state().player()->rate() == 0) click(bar()->playButton());
+
+    const size_t before = testing::waitingExports();
+    click(footer()->exportButton());
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !state().busy(); }, 30'000));
+    ASSERT_TRUE(state().exportError());
+    EXPECT_TRUE(state().exportError()->startsWith(one.line))
+        << state().exportError()->toStdString();
+    EXPECT_FALSE(state().exportError()->contains(u'\n'));
+    state().setExportError({});
+    EXPECT_FALSE(finished);
+    EXPECT_EQ(testing::waitingExports(), before);
+    EXPECT_TRUE(state().loaded());
+    EXPECT_TRUE(bar()->isVisible());
+    view()->loader().closeMedia();
+  }
+}
+
+TEST_F(EditorVideoTest, FramesAVideoClearOfTheBarHoweverHighThatIs) {
+  open("film.mp4");
+  const QWidget* const panel = workspace()->playbackPanel();
+  const auto isClear = [&] {
+    return workspace()->framingInsets() == QMarginsF(0, 0, 0, panel->height() + 40) &&
+           view()->canvas()->camera().wish().insets == workspace()->framingInsets() &&
+           panel->y() + panel->height() == workspace()->height() - 20;
+  };
+  EXPECT_TRUE(isClear());
+  const int before = panel->height();
+  bar()->setMinimumHeight(bar()->height() + 60);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return panel->height() == before + 60; }));
+  EXPECT_TRUE(QTest::qWaitFor(isClear));
 }
 
 TEST_F(EditorVideoTest, TheBarGoesWithTheVideo) {

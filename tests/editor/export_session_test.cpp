@@ -4,13 +4,18 @@
 
 #include <QSignalSpy>
 #include <QTest>
+#include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stdexcept>
+#include <vector>
 
+#include "editor/file_names.h"
 #include "editor/media_loader.h"
 #include "editor/waiting_exports.h"
 #include "export/export_temporary_storage.h"
+#include "platform/image/image_reader.h"
 #include "support/picture_files.h"
 #include "support/temporary_folder.h"
 
@@ -125,6 +130,61 @@ TEST_F(ExportSessionTest, ClearsTheLastOutcomeOnANewStart) {
   session->exportMedia();
   EXPECT_FALSE(state.exportState().message());
   ASSERT_TRUE(waitIdle());
+}
+
+TEST_F(ExportSessionTest, ExportsThePictureThatWasOpenedWhateverBecameOfItsFile) {
+  const auto path = folder / "a.png";
+  const std::vector<std::function<void()>> changes = {
+      [&] { testing::writeFile(path, ""); },
+      [&] { testing::savePng(path, 4, 4); },
+      [&] { std::filesystem::remove(path); },
+      [&] {
+        std::filesystem::remove(path);
+        std::filesystem::create_directory(path);
+      },
+  };
+  for (const auto& change : changes) {
+    std::filesystem::remove(path);
+    open("a.png");
+    state.history().setCrop({3, 5, 7, 9});
+    change();
+    session->exportMedia();
+    ASSERT_TRUE(waitIdle());
+    ASSERT_TRUE(finished) << state.exportError().value_or(QString()).toStdString();
+    const Bitmap bitmap = ImageReader::open(finished->file.path())->decode({});
+    ASSERT_EQ(bitmap.width(), 30);
+    ASSERT_EQ(bitmap.height(), 16);
+    for (int channel = 0; channel < 3; ++channel) {
+      EXPECT_EQ(std::to_integer<int>(bitmap.pixel(29, 15)[channel]),
+                testing::patternSample(32, 20, channel));
+    }
+    finished.reset();
+  }
+}
+
+TEST_F(ExportSessionTest, SuggestsTheNameOfTheFileWhateverItIs) {
+  for (const std::string& name : testing::unusualNames()) {
+    open((name + ".png").c_str());
+    session->exportMedia();
+    ASSERT_TRUE(waitIdle());
+    ASSERT_TRUE(finished) << name;
+    EXPECT_EQ(finished->title.toStdString(), name + "-framed");
+    finished.reset();
+  }
+}
+
+TEST_F(ExportSessionTest, StartsNothingWhileAnExportRuns) {
+  open("a.png");
+  int reviews = 0;
+  session = std::make_unique<ExportSession>(state, [&](const FinishedExport&) { ++reviews; });
+  session->exportMedia();
+  // So does a load that was started before, when it ends.
+  state.setBusy(false);
+  ASSERT_TRUE(state.canExport());
+  session->exportMedia();
+  EXPECT_FALSE(state.busy());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return reviews == 1; }));
+  expectIdle();
 }
 
 TEST_F(ExportSessionTest, GivesEachExportAFileOfItsOwn) {

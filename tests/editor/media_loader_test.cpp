@@ -4,10 +4,14 @@
 
 #include <QMimeData>
 #include <QSignalSpy>
+#include <QSysInfo>
 #include <QTest>
 #include <QUrl>
 #include <memory>
+#include <vector>
 
+#include "editor/file_names.h"
+#include "support/heif_maker.h"
 #include "support/picture_files.h"
 #include "support/temporary_folder.h"
 
@@ -62,6 +66,57 @@ TEST_F(MediaLoaderTest, KeepsAJpegAJpegWithTheDefaultQuality) {
   load(folder / "photo.jpg");
   EXPECT_EQ(state.history().imageEncoding().format, ImageEncodingSettings::Format::jpeg);
   EXPECT_DOUBLE_EQ(state.history().imageEncoding().quality, 0.9);
+}
+
+TEST_F(MediaLoaderTest, MakesAPngOfAnyOtherKind) {
+  const auto sample = [](int x, int y, int channel) -> uint16_t {
+    return static_cast<uint16_t>((x * 5 + y * 3 + channel * 40) % 256);
+  };
+  ASSERT_TRUE(testing::canMakeHeif());
+  testing::HeifSpec heif;
+  heif.sample = sample;
+  testing::saveHeif(folder / "photo.heic", {heif});
+  load(folder / "photo.heic");
+  ASSERT_TRUE(state.isImage()) << state.openError().value_or(QString()).toStdString();
+  EXPECT_EQ(state.file()->imageSource->type, ContentType::heic());
+  EXPECT_EQ(state.history().imageEncoding(), ImageEncodingSettings());
+}
+
+TEST_F(MediaLoaderTest, TakesAFileOfAnyName) {
+  for (const std::string& name : testing::unusualNames()) {
+    const auto path = folder / (name + ".png");
+    testing::savePng(path, 8, 6);
+    load(path);
+    EXPECT_FALSE(state.openError()) << name;
+    EXPECT_EQ(state.file()->path, path);
+    loader->closeMedia();
+    EXPECT_TRUE(drop({urlOf(path)}));
+    ASSERT_TRUE(waitIdle());
+    ASSERT_TRUE(state.loaded()) << name;
+    EXPECT_EQ(state.file()->path, path);
+    loader->closeMedia();
+  }
+}
+
+TEST_F(MediaLoaderTest, LoadsADropAsFileManagersSpellIt) {
+  // The second is no UTF-8.
+  for (const std::string name : {"a b#%ü.png", "a\xff.png"}) {
+    testing::savePng(folder / name, 8, 6);
+    const QByteArray path =
+        QByteArray::fromStdString((folder / name).string()).toPercentEncoding("/");
+    for (const QByteArray& start :
+         {QByteArray("file://"), QByteArray("file://localhost"), QByteArray("file:"),
+          "file://" + QSysInfo::machineHostName().toUtf8()}) {
+      QMimeData data;
+      data.setData(QStringLiteral("text/uri-list"), start + path + "\r\n");
+      ASSERT_TRUE(loader->receiveMedia(data)) << start.toStdString();
+      QCoreApplication::processEvents();
+      ASSERT_TRUE(waitIdle());
+      ASSERT_TRUE(state.loaded()) << (start + path).toStdString();
+      EXPECT_EQ(state.file()->path, folder / name);
+      loader->closeMedia();
+    }
+  }
 }
 
 TEST_F(MediaLoaderTest, DecidesTheFormatByTheContentNotTheName) {
@@ -144,6 +199,11 @@ TEST_F(MediaLoaderTest, AsksForALocalFileWhenADropHasNone) {
   EXPECT_FALSE(state.busy());
 }
 
+TEST_F(MediaLoaderTest, AsksForALocalFileWhenADropIsOfAnotherComputer) {
+  EXPECT_TRUE(drop({QUrl(QStringLiteral("file://elsewhere.invalid/a.png"))}));
+  EXPECT_EQ(state.openError(), QStringLiteral("Drop a local image or video file."));
+}
+
 TEST_F(MediaLoaderTest, RefusesADropWithoutFiles) {
   QMimeData data;
   data.setText(QStringLiteral("words"));
@@ -183,6 +243,44 @@ TEST_F(MediaLoaderTest, KeepsTheLaterToFinishOfTwoLoads) {
   EXPECT_FALSE(state.busy());
 }
 
+TEST_F(MediaLoaderTest, TheLaterToFinishOfTwoLoadsStays) {
+  testing::savePng(folder / "large.png", 2000, 1500);
+  testing::savePng(folder / "small.png", 40, 30);
+  std::vector<std::filesystem::path> shown;
+  QObject::connect(&state, &EditorState::fileChanged, &state,
+                   [&] { shown.push_back(state.file()->path); });
+  loader->loadMedia(folder / "large.png");
+  loader->loadMedia(folder / "small.png");
+  ASSERT_TRUE(QTest::qWaitFor([&] { return shown.size() == 2; }));
+  EXPECT_EQ(state.file()->path, shown.back());
+  EXPECT_NE(shown.front(), shown.back());
+  EXPECT_FALSE(state.busy());
+  EXPECT_FALSE(state.openError());
+  EXPECT_EQ(state.history().crop(), CropMargins());
+}
+
+TEST_F(MediaLoaderTest, LeavesTheLookOfTheWindowButAsksForTheFit) {
+  testing::savePng(folder / "a.png", 40, 30);
+  state.setCanvasColor(QColor(Qt::blue));
+  state.setZoom(3, false);
+  state.setShowInspector(false);
+  load(folder / "a.png");
+  EXPECT_EQ(state.camera(), (EditorState::Camera{3, true, 1, true}));
+  EXPECT_EQ(state.canvasColor(), QColor(Qt::blue));
+  EXPECT_TRUE(state.showInspector());
+}
+
+TEST_F(MediaLoaderTest, ClosesNothingWhileItLoads) {
+  testing::savePng(folder / "a.png", 40, 30);
+  testing::savePng(folder / "b.png", 20, 10);
+  load(folder / "a.png");
+  loader->loadMedia(folder / "b.png");
+  loader->closeMedia();
+  EXPECT_EQ(state.sourceSize(), QSizeF(40, 30));
+  ASSERT_TRUE(waitIdle());
+  EXPECT_EQ(state.sourceSize(), QSizeF(20, 10));
+}
+
 TEST_F(MediaLoaderTest, ClosesTheFileUnlessBusy) {
   testing::savePng(folder / "a.png", 40, 30);
   load(folder / "a.png");
@@ -201,6 +299,15 @@ TEST_F(MediaLoaderTest, DropsALoadWhenItGoes) {
   loader.reset();
   QCoreApplication::processEvents();
   EXPECT_FALSE(state.loaded());
+}
+
+TEST_F(MediaLoaderTest, OffersVideosBeforeImages) {
+  const QString filter = MediaLoader::openFilter();
+  const auto place = [&](const char* pattern) { return filter.indexOf(QLatin1String(pattern)); };
+  EXPECT_LT(place("*.mov"), place("*.png"));
+  EXPECT_LT(place("*.png"), place("*.jpg"));
+  EXPECT_LT(place("*.jpg"), place("*.heic"));
+  EXPECT_LT(place("*.heic"), place("*.tif"));
 }
 
 TEST_F(MediaLoaderTest, OffersEveryKindOfImage) {

@@ -4,81 +4,17 @@ its fields, reads what they tell, and changes the crop through them."""
 
 import argparse
 import os
-import struct
-import subprocess
-import sys
 import tempfile
-import time
-import zlib
 
 import pyatspi
 
-WIDTH, HEIGHT = 400, 300
-PATIENCE = 60  # seconds, for what comes in its own time
+from running_program import (
+    FIELD, GROUP, SLIDER, NotYet, RunningProgram, expect, find, wait_for, write_png)
 
-# The names of a role in older and newer releases.
-GROUP = ("panel", "grouping")
-FIELD = ("text", "entry")
-SLIDER = ("slider",)
+WIDTH, HEIGHT = 400, 300
 
 CORNERS = ["Top left", "Top right", "Bottom right", "Bottom left"]
 EDGES = ["Top", "Right", "Bottom", "Left"]
-
-
-class NotYet(Exception):
-    """What was looked at is not as it is to become."""
-
-
-def wait_for(what, look):
-    """What `look` finds. While the program is on its way there it finds nothing, or fails, also
-    because what it reads is gone already."""
-    end = time.monotonic() + PATIENCE
-    failure = ""
-    while time.monotonic() < end:
-        try:
-            found = look()
-            if found:
-                return found
-        except Exception as error:
-            failure = f": {error}"
-        time.sleep(0.05)
-    sys.exit(f"{what} never came{failure}")
-
-
-def expect(what, got, wanted):
-    if got != wanted:
-        raise NotYet(f"{what} is {got!r}, not {wanted!r}")
-
-
-def write_png(path):
-    def chunk(kind, data):
-        body = kind + data
-        return struct.pack(">I", len(data)) + body + struct.pack(">I", zlib.crc32(body))
-
-    rows = b"".join(
-        b"\0" + bytes((x * 5 + y * 3) % 256 for x in range(WIDTH)) for y in range(HEIGHT)
-    )
-    with open(path, "wb") as file:
-        file.write(
-            b"\x89PNG\r\n\x1a\n"
-            + chunk(b"IHDR", struct.pack(">IIBBBBB", WIDTH, HEIGHT, 8, 0, 0, 0, 0))
-            + chunk(b"IDAT", zlib.compress(rows))
-            + chunk(b"IEND", b"")
-        )
-
-
-def items_below(item):
-    for child in item:
-        if child is not None:
-            yield child
-            yield from items_below(child)
-
-
-def find(root, name, roles):
-    for item in items_below(root):
-        if item.name == name and item.getRoleName() in roles:
-            return item
-    return None
 
 
 def place_of(item):
@@ -151,15 +87,7 @@ def type_a_margin(crop):
     wait_for("the typed margin", lambda: is_shown(crop, WIDTH - 52, HEIGHT - 1, 12, 1))
 
 
-def meet(program):
-    def application():
-        found = [item for item in pyatspi.Registry.getDesktop(0)
-                 if item is not None and item.get_process_id() == program.pid]
-        if program.poll() is not None:
-            sys.exit("the program has ended")
-        return found[0] if found else None
-
-    root = wait_for("the program", application)
+def meet(root):
     crop = wait_for("the crop", lambda: find(root, "Crop", GROUP))
     wait_for("the whole picture", lambda: is_shown(crop, WIDTH, HEIGHT, 0, 0))
     wait_for("the handles", lambda: has_handles(crop))
@@ -176,14 +104,11 @@ def main():
     parser.add_argument("program")
     program_path = parser.parse_args().program
     with tempfile.TemporaryDirectory() as folder:
-        picture = os.path.join(folder, "picture.png")
-        write_png(picture)
-        program = subprocess.Popen([program_path, picture], env={**os.environ, "HOME": folder})
-        try:
-            meet(program)
-        finally:
-            program.terminate()
-            program.wait()
+        # A name that is no UTF-8.
+        picture = os.fsencode(folder) + b"/Bl\xfcte.png"
+        write_png(picture, WIDTH, HEIGHT)
+        with RunningProgram(program_path, folder, picture) as program:
+            meet(program.root())
 
 
 if __name__ == "__main__":

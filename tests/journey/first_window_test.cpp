@@ -1,120 +1,25 @@
-#include <gtest/gtest.h>
-
-#include <QApplication>
-#include <QDialogButtonBox>
 #include <QDragEnterEvent>
-#include <QFileDialog>
+#include <QFileOpenEvent>
 #include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
 #include <QMimeData>
-#include <QPushButton>
-#include <QTest>
 #include <QUrl>
 
-#include "canvas/canvas_scroll_view.h"
-#include "canvas/crop_overlay_view.h"
-#include "canvas/video_canvas_view.h"
-#include "controls/crop_number_field.h"
-#include "editor/application_windows.h"
-#include "editor/editor_view.h"
-#include "editor/editor_window.h"
-#include "export/export_temporary_storage.h"
-#include "inspector/crop_export_footer.h"
-#include "inspector/crop_section.h"
-#include "inspector/inspector_view.h"
-#include "platform/image/image_reader.h"
-#include "review/review_window.h"
-#include "support/picture_files.h"
-#include "support/temporary_folder.h"
+#include "editor/file_names.h"
+#include "journey/journey.h"
+#include "journey/saved_picture.h"
 
 namespace vantrel {
 namespace {
 
-using Edge = CropMargins::Edge;
+using testing::visible;
+using testing::waitFor;
+using testing::waitUntilGone;
 
-template <class Widget>
-QList<Widget*> visible() {
-  QList<Widget*> found;
-  for (QWidget* widget : QApplication::allWidgets()) {
-    auto* match = qobject_cast<Widget*>(widget);
-    if (match && match->isVisible()) found << match;
-  }
-  return found;
-}
-
-/// The one visible widget of this kind, as soon as there is one.
-template <class Widget>
-Widget* waitFor() {
-  if (!QTest::qWaitFor([] { return visible<Widget>().size() == 1; })) return nullptr;
-  return visible<Widget>().first();
-}
-
-template <class Widget>
-bool waitUntilGone() {
-  return QTest::qWaitFor([] { return visible<Widget>().isEmpty(); });
-}
-
-/// Gives the window the keyboard, also where no window manager does.
-bool activate(QWidget* window) {
-  window->activateWindow();
-  return QTest::qWaitForWindowActive(window);
-}
-
-class FirstWindowTest : public ::testing::Test {
+class FirstWindowTest : public testing::Journey {
  protected:
   void SetUp() override {
-    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    Journey::SetUp();
     testing::savePng(folder / "photo.png", 120, 90);
-  }
-  void TearDown() override {
-    qDeleteAll(visible<EditorWindow>());
-    qDeleteAll(visible<ReviewWindow>());
-  }
-
-  void open(const std::filesystem::path& path) {
-    editor = windows.openFile(path);
-    ASSERT_TRUE(activate(editor));
-    ASSERT_TRUE(QTest::qWaitFor([this] { return state().loaded() && !state().busy(); }));
-    ASSERT_TRUE(QTest::qWaitFor([this] { return editor->view()->inspector()->isVisible(); }));
-  }
-  EditorState& state() { return editor->view()->state(); }
-  CropMargins crop() { return state().history().crop(); }
-  CropNumberField* field(Edge edge) {
-    return editor->view()->inspector()->cropSection()->marginField(edge);
-  }
-  CropExportFooter* footer() { return editor->view()->inspector()->footer(); }
-
-  void type(Edge edge, const QString& text) {
-    QTest::mouseClick(field(edge), Qt::LeftButton);
-    QTest::keyClicks(field(edge), text);
-  }
-  ReviewWindow* exportCrop() {
-    QTest::mouseClick(footer()->exportButton(), Qt::LeftButton);
-    ReviewWindow* review = waitFor<ReviewWindow>();
-    if (review && !activate(review)) return nullptr;
-    return review;
-  }
-  /// Answers the file dialog that is open, as by pasting a path.
-  void answerFileDialog(const std::filesystem::path& path) {
-    auto* dialog = waitFor<QFileDialog>();
-    ASSERT_NE(dialog, nullptr);
-    ASSERT_TRUE(activate(dialog));
-    auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-    ASSERT_NE(name, nullptr);
-    name->setText(QString::fromStdString(path.string()));
-    auto* buttons = dialog->findChild<QDialogButtonBox*>();
-    const bool saves = dialog->acceptMode() == QFileDialog::AcceptSave;
-    QTest::mouseClick(buttons->button(saves ? QDialogButtonBox::Save : QDialogButtonBox::Open),
-                      Qt::LeftButton);
-    ASSERT_TRUE(waitUntilGone<QFileDialog>());
-  }
-  void answer(QMessageBox::StandardButton button) {
-    auto* box = waitFor<QMessageBox>();
-    ASSERT_NE(box, nullptr);
-    ASSERT_TRUE(activate(box));
-    QTest::mouseClick(box->button(button), Qt::LeftButton);
-    ASSERT_TRUE(waitUntilGone<QMessageBox>());
   }
   void drop(const QUrl& url) {
     QMimeData data;
@@ -134,62 +39,9 @@ class FirstWindowTest : public ::testing::Test {
     return QUrl::fromLocalFile(QString::fromStdString((folder / "photo.png").string()));
   }
 
-  /// The saved file holds the pattern from (left, top) on.
-  static void expectPattern(const std::filesystem::path& path, int64_t width, int64_t height,
-                            int64_t left, int64_t top) {
-    const auto reader = ImageReader::open(path);
-    ASSERT_NE(reader, nullptr);
-    const Bitmap bitmap = reader->decode({});
-    ASSERT_EQ(bitmap.width(), width);
-    ASSERT_EQ(bitmap.height(), height);
-    for (int64_t y = 0; y < height; ++y) {
-      for (int64_t x = 0; x < width; ++x) {
-        for (int channel = 0; channel < 3; ++channel) {
-          ASSERT_EQ(std::to_integer<int>(bitmap.pixel(x, y)[channel]),
-                    testing::patternSample(x + left, y + top, channel))
-              << x << ' ' << y << ' ' << channel;
-        }
-      }
-    }
-  }
-
-  testing::TemporaryFolder folder;
-  ApplicationWindows windows;
-  EditorWindow* editor = nullptr;
   bool dropAccepted = false;
   bool highlighted = false;
 };
-
-TEST_F(FirstWindowTest, CropsAPictureFromFileToSavedFile) {
-  open(folder / "photo.png");
-  EXPECT_EQ(editor->windowTitle(), QStringLiteral("photo.png"));
-  ASSERT_TRUE(
-      QTest::qWaitFor([this] { return editor->view()->canvas()->canvas()->isPictureShown(); }));
-  type(Edge::left, QStringLiteral("11"));
-  type(Edge::top, QStringLiteral("7"));
-  type(Edge::right, QStringLiteral("20"));
-  type(Edge::bottom, QStringLiteral("30"));
-  EXPECT_EQ(crop(), (CropMargins{11, 7, 20, 30}));
-
-  ReviewWindow* review = exportCrop();
-  ASSERT_NE(review, nullptr);
-  const std::filesystem::path temporary = review->document().temporaryExportPath();
-  EXPECT_EQ(review->document().displayName(), QStringLiteral("photo-framed"));
-  EXPECT_TRUE(
-      review->document().summary().description().startsWith(QStringLiteral("PNG · 89 × 53 px · ")));
-
-  QTest::keyClick(review, Qt::Key_S, Qt::ControlModifier);
-  answerFileDialog(folder / "saved.png");
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !review->document().isUnsaved(); }));
-  expectPattern(folder / "saved.png", 89, 53, 11, 7);
-  EXPECT_TRUE(std::filesystem::exists(temporary));
-
-  review->close();
-  ASSERT_TRUE(waitUntilGone<ReviewWindow>());
-  EXPECT_TRUE(visible<QMessageBox>().isEmpty());
-  EXPECT_FALSE(std::filesystem::exists(temporary));
-  EXPECT_TRUE(std::filesystem::exists(folder / "saved.png"));
-}
 
 TEST_F(FirstWindowTest, ProposesANameAndAddsTheExtension) {
   open(folder / "photo.png");
@@ -201,7 +53,7 @@ TEST_F(FirstWindowTest, ProposesANameAndAddsTheExtension) {
   EXPECT_TRUE(dialog->selectedFiles().first().endsWith(QStringLiteral("/photo-framed.png")));
   answerFileDialog(folder / "named");
   ASSERT_TRUE(QTest::qWaitFor([&] { return !review->document().isUnsaved(); }));
-  expectPattern(folder / "named.png", 120, 90, 0, 0);
+  testing::expectPattern(folder / "named.png", 120, 90, 0, 0);
 }
 
 TEST_F(FirstWindowTest, ExportsWhatIsBeingTyped) {
@@ -226,8 +78,19 @@ TEST_F(FirstWindowTest, CancelsAnExport) {
   EXPECT_EQ(footer()->statusLabel()->text(), QStringLiteral("Export cancelled"));
   EXPECT_TRUE(visible<ReviewWindow>().isEmpty());
   EXPECT_TRUE(visible<QMessageBox>().isEmpty());
-  EXPECT_EQ(testing::namesIn(ExportTemporaryStorage::shared().directory()),
-            std::vector<std::string>{"session.lock"});
+  EXPECT_TRUE(testing::sessionFiles().empty());
+}
+
+TEST_F(FirstWindowTest, ClosingTheWindowEndsItsExport) {
+  testing::savePng(folder / "large.png", 4000, 3000);
+  open(folder / "large.png");
+  click(footer()->exportButton());
+  ASSERT_TRUE(state().busy());
+  editor->close();
+  ASSERT_TRUE(waitUntilGone<EditorWindow>());
+  ASSERT_TRUE(QTest::qWaitFor([] { return testing::sessionFiles().empty(); }));
+  EXPECT_TRUE(visible<ReviewWindow>().isEmpty());
+  EXPECT_TRUE(visible<QMessageBox>().isEmpty());
 }
 
 TEST_F(FirstWindowTest, KeepsAReviewWhoseClosingIsCancelled) {
@@ -261,7 +124,7 @@ TEST_F(FirstWindowTest, SavesAReviewBeforeItCloses) {
   answer(QMessageBox::Save);
   answerFileDialog(folder / "closed.png");
   ASSERT_TRUE(waitUntilGone<ReviewWindow>());
-  expectPattern(folder / "closed.png", 120, 10, 0, 80);
+  testing::expectPattern(folder / "closed.png", 120, 10, 0, 80);
 }
 
 TEST_F(FirstWindowTest, KeepsAReviewWhenSavingBeforeClosingIsGivenUp) {
@@ -311,7 +174,7 @@ TEST_F(FirstWindowTest, LeavesEverythingWhenAFileCannotBeOpened) {
 
 TEST_F(FirstWindowTest, OpensAFileByItsDialogInAnEmptyWindow) {
   editor = windows.openEditor();
-  ASSERT_TRUE(activate(editor));
+  ASSERT_TRUE(testing::activate(editor));
   EXPECT_EQ(editor->windowTitle(), QCoreApplication::applicationName());
   EXPECT_FALSE(editor->view()->inspector()->isVisible());
   QTest::keyClick(editor, Qt::Key_O, Qt::ControlModifier);
@@ -325,7 +188,7 @@ TEST_F(FirstWindowTest, OpensAFileByItsDialogInAnEmptyWindow) {
 
 TEST_F(FirstWindowTest, TakesADrop) {
   editor = windows.openEditor();
-  ASSERT_TRUE(activate(editor));
+  ASSERT_TRUE(testing::activate(editor));
   drop(photo());
   EXPECT_TRUE(dropAccepted);
   EXPECT_TRUE(highlighted);
@@ -336,7 +199,7 @@ TEST_F(FirstWindowTest, TakesADrop) {
 
 TEST_F(FirstWindowTest, RefusesADropWhileBusy) {
   editor = windows.openEditor();
-  ASSERT_TRUE(activate(editor));
+  ASSERT_TRUE(testing::activate(editor));
   state().setBusy(true);
   drop(photo());
   EXPECT_FALSE(dropAccepted);
@@ -396,35 +259,6 @@ TEST_F(FirstWindowTest, LeadsTheKeyboardThroughTheFieldsToTheExport) {
   EXPECT_EQ(review->document().summary().resolution, QSizeF(50, 86));
 }
 
-TEST_F(FirstWindowTest, CropsOnTheCanvasWithTheMouse) {
-  open(folder / "photo.png");
-  CanvasScrollView& canvas = *editor->view()->canvas();
-  ASSERT_TRUE(QTest::qWaitFor([&] { return canvas.canvas()->isPictureShown(); }));
-  ASSERT_TRUE(
-      QTest::qWaitFor([&] { return state().camera().zoom == canvas.camera().shownZoom(); }));
-  EXPECT_TRUE(state().camera().fit);
-
-  CropOverlayView* const overlay = canvas.overlay();
-  const CanvasProjection& projection = overlay->overlay().projection();
-  const QPoint corner = projection.toView(QPointF(0, 0)).toPoint() - QPoint(6, 6);
-  const QPoint inner = projection.toView(QPointF(30, 20)).toPoint() - QPoint(6, 6);
-  QTest::mousePress(overlay, Qt::LeftButton, {}, corner);
-  QTest::mouseEvent(QTest::MouseMove, overlay, Qt::LeftButton, {}, (corner + inner) / 2);
-  QTest::mouseEvent(QTest::MouseMove, overlay, Qt::LeftButton, {}, inner);
-  QTest::mouseRelease(overlay, Qt::LeftButton, {}, inner);
-  EXPECT_EQ(crop(), (CropMargins{30, 20, 0, 0}));
-  QCoreApplication::processEvents();  // The panel follows.
-  EXPECT_EQ(field(Edge::left)->text(), QStringLiteral("30"));
-  QTest::keyClick(overlay, Qt::Key_Right, Qt::ShiftModifier);
-  EXPECT_EQ(crop().left, 30);  // It touches the right edge already.
-  QTest::keyClick(overlay, Qt::Key_Up);
-  EXPECT_EQ(crop(), (CropMargins{30, 19, 0, 1}));
-  QCoreApplication::processEvents();
-  QTest::keyClick(editor, Qt::Key_Z, Qt::ControlModifier);
-  QTest::keyClick(editor, Qt::Key_Z, Qt::ControlModifier);
-  EXPECT_EQ(crop(), CropMargins());
-}
-
 TEST_F(FirstWindowTest, LooksAtThePictureInOtherWays) {
   open(folder / "photo.png");
   CanvasScrollView& canvas = *editor->view()->canvas();
@@ -459,10 +293,57 @@ TEST_F(FirstWindowTest, OpensEachFurtherFileInAWindowOfItsOwn) {
   EXPECT_EQ(windows.openFile(folder / "photo.png"), empty);
 }
 
+TEST_F(FirstWindowTest, LeavesAFileOfNoPlaceOnThisComputerAlone) {
+  editor = windows.openEditor();
+  QFileOpenEvent event(QUrl(QStringLiteral("https://example.org/photo.png")));
+  QApplication::sendEvent(qApp, &event);
+  EXPECT_EQ(visible<EditorWindow>().size(), 1);
+  EXPECT_FALSE(state().busy());
+  QFileOpenEvent local(photo());
+  QApplication::sendEvent(qApp, &local);
+  EXPECT_EQ(visible<EditorWindow>().size(), 1);
+  EXPECT_TRUE(state().busy());
+}
+
+TEST_F(FirstWindowTest, GoesFromAnyNameToAnyName) {
+  for (const std::string& name : testing::unusualNames()) {
+    SCOPED_TRACE(name);
+    const std::filesystem::path path = folder / (name + ".png");
+    testing::savePng(path, 20, 10);
+    ASSERT_NO_FATAL_FAILURE(open(path));
+    EXPECT_EQ(editor->windowHandle()->title().toStdString(), name + ".png");
+    ReviewWindow* const review = exportCrop();
+    ASSERT_NE(review, nullptr);
+    EXPECT_EQ(review->document().suggestedFileName().toStdString(), name + "-framed.png");
+    // Over the source itself, since no name can be longer.
+    review->document().save(path);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !review->document().isUnsaved(); }));
+    testing::expectPattern(path, 20, 10, 0, 0);
+    review->close();
+    ASSERT_TRUE(waitUntilGone<ReviewWindow>());
+    delete editor;
+  }
+  EXPECT_EQ(testing::namesIn(folder.path()).size(), testing::unusualNames().size() + 1);
+}
+
+TEST_F(FirstWindowTest, SaysThatANameIsTooLong) {
+  open(folder / "photo.png");
+  ReviewWindow* const review = exportCrop();
+  ASSERT_NE(review, nullptr);
+  review->document().save(folder / (std::string(252, 'x') + ".png"));
+  auto* const alert = waitFor<QMessageBox>();
+  ASSERT_NE(alert, nullptr);
+  EXPECT_TRUE(
+      alert->informativeText().endsWith(QStringLiteral("could not be saved: File name too long")))
+      << alert->informativeText().toStdString();
+  answer(QMessageBox::Ok);
+  EXPECT_TRUE(review->document().isUnsaved());
+}
+
 TEST_F(FirstWindowTest, AsksForEachReviewBeforeItQuits) {
   open(folder / "photo.png");
   ASSERT_NE(exportCrop(), nullptr);
-  ASSERT_TRUE(activate(editor));
+  ASSERT_TRUE(testing::activate(editor));
   QTest::mouseClick(footer()->exportButton(), Qt::LeftButton);
   ASSERT_TRUE(QTest::qWaitFor([] { return visible<ReviewWindow>().size() == 2; }));
   QEvent quit(QEvent::Quit);

@@ -1,80 +1,131 @@
-#include <gtest/gtest.h>
-
-#include <QApplication>
-#include <QPushButton>
-#include <QTest>
+#include <QLabel>
 #include <QToolButton>
+#include <algorithm>
 #include <string>
+#include <utility>
 
-#include "controls/crop_number_field.h"
-#include "editor/application_windows.h"
-#include "editor/editor_view.h"
-#include "editor/editor_window.h"
 #include "editor/editor_workspace.h"
-#include "inspector/crop_export_footer.h"
-#include "inspector/crop_section.h"
-#include "inspector/inspector_view.h"
+#include "journey/journey.h"
+#include "journey/numbered_waves.h"
 #include "playback/playback_controls.h"
-#include "review/review_window.h"
 #include "support/film_folder.h"
 
 namespace vantrel {
 namespace {
 
-QList<ReviewWindow*> reviews() {
-  QList<ReviewWindow*> found;
-  for (QWidget* widget : QApplication::topLevelWidgets()) {
-    auto* review = qobject_cast<ReviewWindow*>(widget);
-    if (review && review->isVisible()) found << review;
-  }
-  return found;
-}
+using Codec = EncodingSettings::Codec;
+using testing::activate;
+using testing::visible;
+using testing::waitUntilGone;
 
-/// "hevc,140,120" or the like.
-std::string pictureOf(const std::filesystem::path& film) {
-  return testing::runFfprobe({"-select_streams", "v", "-show_entries",
-                              "stream=codec_name,width,height", "-of", "csv=p=0", film.string()});
-}
+class VideoJourney : public testing::Journey {
+ protected:
+  static constexpr int kExportMilliseconds = 120'000;
 
-TEST(VideoJourney, PlaysCropsAndExportsInBothCodecsToAReviewEach) {
-  const testing::FilmFolder films;
-  films.make("clip.mp4");
-  ApplicationWindows windows;
-  EditorWindow* const editor = windows.openFile(films / "clip.mp4");
-  editor->activateWindow();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(editor));
-  EditorState& state = editor->view()->state();
-  PlaybackControls* const bar = editor->view()->workspace()->playback();
-  ASSERT_TRUE(QTest::qWaitFor([&] { return bar->isVisible() && !state.busy(); }));
+  /// As the user chooses it.
+  void chooseCodec(Codec codec) { state().history().setCodec(codec); }
 
-  QTest::mouseClick(bar->playButton(), Qt::LeftButton);
-  ASSERT_TRUE(QTest::qWaitFor([&] { return state.player()->currentTime() > 0; }));
-  InspectorView* const inspector = editor->view()->inspector();
-  CropNumberField* const left = inspector->cropSection()->marginField(CropMargins::Edge::left);
-  QTest::mouseClick(left, Qt::LeftButton);
-  QTest::keyClicks(left, QStringLiteral("20"));
-  QTest::keyClick(left, Qt::Key_Return);
-
-  QPushButton* const exportButton = inspector->footer()->exportButton();
-  QTest::mouseClick(exportButton, Qt::LeftButton);
-  ASSERT_TRUE(QTest::qWaitFor([] { return reviews().size() == 1; }, 30'000));
-  ReviewWindow* const first = reviews().first();
-  EXPECT_EQ(pictureOf(first->document().temporaryExportPath()), "hevc,140,120\n");
-
-  state.history().setCodec(EncodingSettings::Codec::h264);
-  editor->activateWindow();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(editor));
-  ASSERT_TRUE(QTest::qWaitFor([&] { return exportButton->isEnabled(); }));
-  QTest::mouseClick(exportButton, Qt::LeftButton);
-  ASSERT_TRUE(QTest::qWaitFor([] { return reviews().size() == 2; }, 30'000));
-  for (ReviewWindow* review : reviews()) {
-    EXPECT_EQ(review->document().displayName(), QStringLiteral("clip-framed"));
-    if (review != first) {
-      EXPECT_EQ(pictureOf(review->document().temporaryExportPath()), "h264,140,120\n");
+  /// Exports in this codec and saves what the new review shows.
+  void exportTo(Codec codec, const std::filesystem::path& path) {
+    chooseCodec(codec);
+    ASSERT_TRUE(activate(editor));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return footer()->exportButton()->isEnabled(); }));
+    const QList<ReviewWindow*> before = visible<ReviewWindow>();
+    click(footer()->exportButton());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return visible<ReviewWindow>().size() == before.size() + 1; },
+                                kExportMilliseconds));
+    for (ReviewWindow* review : visible<ReviewWindow>()) {
+      if (before.contains(review)) continue;
+      ASSERT_NO_FATAL_FAILURE(save(review, path));
     }
   }
-  qDeleteAll(reviews());
-  delete editor;
+  /// "hevc aac" or the like.
+  static std::string codecsOf(const std::filesystem::path& film) {
+    std::string names = testing::runFfprobe(
+        {"-show_entries", "stream=codec_name", "-of", "csv=p=0", film.string()});
+    std::replace(names.begin(), names.end(), '\n', ' ');
+    return names.substr(0, names.size() - 1);
+  }
+};
+
+TEST_F(VideoJourney, CropsAtOddOffsetsAndExportsInBothCodecs) {
+  constexpr int kPictures = 30;
+  testing::NumberedWaves::make(folder / "clip.mp4", kPictures);
+  const std::string original = testing::readFile(folder / "clip.mp4");
+  ASSERT_NO_FATAL_FAILURE(openByDialog(folder / "clip.mp4"));
+  PlaybackControls* const bar = editor->view()->workspace()->playback();
+  click(bar->playButton());
+  ASSERT_TRUE(QTest::qWaitFor([this] { return state().player()->currentTime() > 0; }));
+
+  type(Edge::left, QStringLiteral("30"));
+  press(Qt::Key_Tab);
+  type(Edge::top, QStringLiteral("16"));
+  press(Qt::Key_Tab);
+  type(Edge::right, QStringLiteral("14"));
+  press(Qt::Key_Tab);
+  type(Edge::bottom, QStringLiteral("10"));
+  press(Qt::Key_Return);
+  // Its size stays even; where it lies is free.
+  const QPoint middle = overlay()->overlay().selection().center().toPoint();
+  QTest::mouseClick(editor->windowHandle(), Qt::LeftButton, {}, inWindow(overlay(), middle));
+  press(Qt::Key_Right);
+  press(Qt::Key_Down);
+  EXPECT_EQ(crop(), (CropMargins{31, 17, 13, 9}));
+
+  ASSERT_NO_FATAL_FAILURE(exportTo(Codec::h264, folder / "saved-h264.mov"));
+  ASSERT_NO_FATAL_FAILURE(exportTo(Codec::hevc, folder / "saved-hevc.mov"));
+  EXPECT_EQ(state().player()->rate(), 0);
+  EXPECT_EQ(visible<ReviewWindow>().size(), 2);
+  for (ReviewWindow* review : visible<ReviewWindow>()) {
+    EXPECT_EQ(review->document().displayName(), QStringLiteral("clip-framed"));
+    review->close();
+  }
+  ASSERT_TRUE(waitUntilGone<ReviewWindow>());
+
+  EXPECT_EQ(codecsOf(folder / "saved-h264.mov"), "h264 aac");
+  EXPECT_EQ(codecsOf(folder / "saved-hevc.mov"), "hevc aac");
+  for (const char* name : {"saved-h264.mov", "saved-hevc.mov"}) {
+    SCOPED_TRACE(name);
+    testing::NumberedWaves::expectCut(folder / name, kPictures, 31, 17, 116, 94);
+  }
+  EXPECT_EQ(testing::readFile(folder / "clip.mp4"), original);
+  EXPECT_TRUE(testing::sessionFiles().empty());
+}
+
+TEST_F(VideoJourney, CancelsHalfWayAndExportsAnew) {
+  const testing::FilmFolder films;
+  films.make("short.mp4", {"-an"});
+  films.makeRepeated("short.mp4", "long.mp4", 100);
+  ASSERT_NO_FATAL_FAILURE(open(films / "long.mp4"));
+  type(Edge::left, QStringLiteral("80"));
+  press(Qt::Key_Return);
+  const CropEdit edit = state().history().value();
+  const Player* const player = state().player();
+  const EditorState::Camera camera = state().camera();
+
+  click(footer()->exportButton());
+  const auto progress = [this] { return state().exportState().progress().value_or(0); };
+  ASSERT_TRUE(QTest::qWaitFor([&] { return progress() > 0.1; }, kExportMilliseconds));
+  ASSERT_LT(progress(), 0.9);
+  EXPECT_EQ(testing::sessionFiles().size(), 1U);
+  click(footer()->cancelButton());
+  ASSERT_TRUE(QTest::qWaitFor([this] { return !state().busy(); }, kExportMilliseconds));
+  QCoreApplication::processEvents();
+
+  EXPECT_EQ(footer()->statusLabel()->text(), QStringLiteral("Export cancelled"));
+  EXPECT_TRUE(visible<QMessageBox>().isEmpty());
+  EXPECT_TRUE(visible<ReviewWindow>().isEmpty());
+  EXPECT_TRUE(testing::sessionFiles().empty());
+  EXPECT_EQ(state().history().value(), edit);
+  EXPECT_TRUE(state().history().canUndo());
+  EXPECT_EQ(state().player(), player);
+  EXPECT_EQ(state().camera(), camera);
+  EXPECT_TRUE(editor->view()->canvas()->isEnabled());
+  EXPECT_TRUE(footer()->exportButton()->isEnabled());
+
+  ASSERT_NO_FATAL_FAILURE(exportTo(Codec::h264, films / "saved.mov"));
+  EXPECT_EQ(codecsOf(films / "saved.mov"), "h264");
+  EXPECT_EQ(Movie::open(films / "saved.mov").duration().seconds(), 100);
 }
 
 }  // namespace

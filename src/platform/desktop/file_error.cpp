@@ -29,6 +29,13 @@ const char* wordsFor(FileAction action) {
   return "failed";
 }
 
+/// Zero-width joiners and marks of direction belong to the spelling of a name; what overrides the
+/// direction of the letters does not.
+bool isPartOfSpelling(QChar character) {
+  const char16_t code = character.unicode();
+  return (code >= 0x200C && code <= 0x200F) || code == 0x061C;
+}
+
 }  // namespace
 
 std::error_code make_error_code(FileFault fault) {
@@ -40,7 +47,8 @@ QString displayName(const std::filesystem::path& path) {
   const std::string bytes = (path.has_filename() ? path.filename() : path).native();
   QString name = QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
   for (QChar& character : name) {
-    if (!character.isPrint() && !character.isSurrogate()) character = QChar::ReplacementCharacter;
+    if (character.isPrint() || character.isSurrogate() || isPartOfSpelling(character)) continue;
+    character = QChar::ReplacementCharacter;
   }
   return name;
 }

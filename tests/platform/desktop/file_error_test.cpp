@@ -40,11 +40,16 @@ TEST(DisplayName, IsTheLastPartOfThePath) {
 
 TEST(DisplayName, TakesNamesOfEveryScript) {
   EXPECT_EQ(displayName("/x/Übung 写真 🦊.png"), u"Übung 写真 🦊.png");
+  // Joined letters and pictures, and a mark of direction.
+  EXPECT_EQ(displayName("/x/👨‍👩‍👧 می‌خواهم ‏א.png"),
+            u"👨‍👩‍👧 می‌خواهم ‏א.png");
 }
 
 TEST(DisplayName, MarksWhatCannotBeRead) {
   EXPECT_EQ(displayName("a\xff\xfe.png"), u"a\uFFFD\uFFFD.png");
   EXPECT_EQ(displayName("a\nb\x1b[0m"), u"a\uFFFDb\uFFFD[0m");
+  // Turned round, the end of the name would say something else.
+  EXPECT_EQ(displayName("a\u202Egpj.exe"), u"a\uFFFDgpj.exe");
 }
 
 }  // namespace

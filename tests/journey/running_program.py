@@ -1,0 +1,118 @@
+"""The running program as assistive tools meet it, over AT-SPI: to find what it shows, and to use it."""
+
+import os
+import struct
+import subprocess
+import sys
+import time
+import zlib
+
+import pyatspi
+
+PATIENCE = 60  # seconds, for what comes in its own time
+
+# The names of a role in older and newer releases.
+GROUP = ("panel", "grouping")
+FIELD = ("text", "entry")
+SLIDER = ("slider",)
+BUTTON = ("push button", "button")
+
+
+class NotYet(Exception):
+    """What was looked at is not as it is to become."""
+
+
+def wait_for(what, look):
+    """What `look` finds. While the program is on its way there it finds nothing, or fails, also
+    because what it reads is gone already."""
+    end = time.monotonic() + PATIENCE
+    failure = ""
+    while time.monotonic() < end:
+        try:
+            found = look()
+            if found:
+                return found
+        except Exception as error:
+            failure = f": {error}"
+        time.sleep(0.05)
+    sys.exit(f"{what} never came{failure}")
+
+
+def expect(what, got, wanted):
+    if got != wanted:
+        raise NotYet(f"{what} is {got!r}, not {wanted!r}")
+
+
+def items_below(item):
+    for child in item:
+        if child is not None:
+            yield child
+            yield from items_below(child)
+
+
+def find(root, name, roles):
+    for item in items_below(root):
+        if item.name == name and item.getRoleName() in roles:
+            return item
+    return None
+
+
+def press(root, name):
+    """Presses the button of this name as soon as it can be pressed."""
+    def usable():
+        button = find(root, name, BUTTON)
+        return button if button and button.getState().contains(pyatspi.STATE_ENABLED) else None
+
+    wait_for(f"the button {name}", usable).queryAction().doAction(0)
+
+
+class RunningProgram:
+    """Within `with`, the program with these arguments; what it writes beside its files lies in
+    `folder`."""
+
+    def __init__(self, path, folder, *arguments):
+        self._command = [path, *arguments]
+        self._environment = {**os.environ, "HOME": folder, "TMPDIR": folder}
+        self.process = None
+
+    def __enter__(self):
+        self.process = subprocess.Popen(self._command, env=self._environment)
+        return self
+
+    def __exit__(self, *_):
+        self.process.terminate()
+        self.process.wait()
+
+    def root(self):
+        """Its item on the bus."""
+        def look():
+            if self.process.poll() is not None:
+                sys.exit("the program has ended")
+            for item in pyatspi.Registry.getDesktop(0):
+                if item is not None and item.get_process_id() == self.process.pid:
+                    return item
+            return None
+
+        return wait_for("the program", look)
+
+    def die(self):
+        """Ends it as a crash does: at once, and before it can clean up."""
+        self.process.kill()
+        self.process.wait()
+
+
+def write_png(path, width, height):
+    def chunk(kind, data):
+        body = kind + data
+        return struct.pack(">I", len(data)) + body + struct.pack(">I", zlib.crc32(body))
+
+    rows = b"".join(
+        b"\0" + bytes((x * 5 + y * 3) % 256 for x in range(width)) for y in range(height)
+    )
+    with open(path, "wb") as file:
+        file.write(
+            b"\x89PNG\r\n\x1a\n"
+            + chunk(b"IHDR", struct.pack(">IIBBBBB", width, height, 8, 0, 0, 0, 0))
+            + chunk(b"IDAT", zlib.compress(rows))
+            + chunk(b"IEND", b"")
+        )
