@@ -4,13 +4,18 @@
 #include <QFile>
 #include <QFileOpenEvent>
 #include <QMenu>
+#include <QScreen>
+#include <QUuid>
 #include <memory>
 #include <tuple>
 #include <utility>
 
 #include "editor/crop_menu_bar.h"
+#include "editor/crop_window_registry.h"
+#include "editor/editor_ending.h"
 #include "editor/editor_view.h"
 #include "editor/editor_window.h"
+#include "editor/window_placement.h"
 #include "export/export_temporary_storage.h"
 #include "review/review_window.h"
 
@@ -27,32 +32,102 @@ QList<Window*> openWindows() {
   return windows;
 }
 
+void bringToFront(QWidget* window) {
+  if (window->isMinimized()) window->showNormal();
+  window->raise();
+  window->activateWindow();
+}
+
 }  // namespace
 
 ApplicationWindows::ApplicationWindows(QObject* parent) : QObject(parent) {
   qApp->installEventFilter(this);
+  // Before the session folder goes, which an export that runs writes to.
+  connect(qApp, &QCoreApplication::aboutToQuit, this, &deleteAllEditors);
 }
 
 EditorWindow* ApplicationWindows::openEditor() {
+  return openEditor(QUuid::createUuid());
+}
+
+EditorWindow* ApplicationWindows::openTab(EditorWindow* window) {
+  const QUuid identity = QUuid::createUuid();
+  CropWindowRegistry::shared().requestTab(identity, window);
+  return openEditor(identity);
+}
+
+EditorWindow* ApplicationWindows::openEditor(const QUuid& identity) {
   // What a crashed process left behind goes before the first export.
   std::ignore = ExportTemporaryStorage::shared();
-  auto* window =
-      new EditorWindow([this](FinishedExport finished) { openReview(std::move(finished)); });
-  connect(window->commands(), &CropMenuBar::newWindowRequested, this,
-          &ApplicationWindows::openEditor);
+  auto* const editor = new EditorView(
+      identity, [this](FinishedExport finished) { openReview(std::move(finished)); });
+  if (CropWindowRegistry::shared().attach(editor)) {
+    return qobject_cast<EditorWindow*>(editor->window());
+  }
+  return openWindow(editor, {});
+}
+
+EditorWindow* ApplicationWindows::openWindow(EditorView* editor,
+                                             const std::optional<QPoint>& globalPosition) {
+  auto* const window = new EditorWindow(editor);
+  connect(window->commands(), &CropMenuBar::newWindowRequested, this, [this] { openEditor(); });
   connect(window->commands(), &CropMenuBar::quitRequested, this, &ApplicationWindows::quit);
+  connect(window, &EditorWindow::newTabRequested, this, [this, window] { openTab(window); });
+  connect(window, &EditorWindow::tabTornOff, this, &ApplicationWindows::moveTab);
+  if (m_front && m_front->isVisible()) {
+    if (!m_front->isMaximized() && !m_front->isFullScreen()) window->resize(m_front->size());
+    const QRect room = m_front->screen()->availableGeometry();
+    window->move(globalPosition
+                     ? WindowPlacement::under(*globalPosition, window->size(), room)
+                     : WindowPlacement::cascaded(m_front->frameGeometry(), window->size(), room));
+  }
+  m_front = window;
   window->show();
   return window;
 }
 
-EditorWindow* ApplicationWindows::openFile(const std::filesystem::path& path) {
-  EditorWindow* target = nullptr;
-  for (EditorWindow* window : openWindows<EditorWindow>()) {
-    if (window->view()->state().acceptsIncomingFiles()) target = window;
+void ApplicationWindows::moveTab(EditorView* editor, const std::optional<QPoint>& globalPosition) {
+  auto* const source = qobject_cast<EditorWindow*>(editor->window());
+  QWidget* const below = globalPosition ? QApplication::topLevelAt(*globalPosition) : nullptr;
+  auto* const target = qobject_cast<EditorWindow*>(below);
+  const auto place =
+      target && target != source ? target->tabPlaceAt(*globalPosition) : std::nullopt;
+  m_front = source;
+  if (place) {
+    target->insertEditor(*place, editor);
+    bringToFront(target);
+  } else if (source->editors().size() > 1) {
+    bringToFront(openWindow(editor, globalPosition));
   }
-  if (!target) target = openEditor();
-  target->view()->loader().loadMedia(path);
-  return target;
+}
+
+EditorView* ApplicationWindows::idleEditor() const {
+  QList<EditorWindow*> windows = openWindows<EditorWindow>();
+  const auto front = windows.indexOf(m_front);
+  if (front > 0) windows.move(front, 0);
+  for (EditorWindow* window : windows) {
+    QList<EditorView*> editors = window->editors();
+    editors.move(editors.indexOf(window->view()), 0);
+    for (EditorView* editor : editors) {
+      if (editor->state().acceptsIncomingFiles()) return editor;
+    }
+  }
+  return nullptr;
+}
+
+EditorWindow* ApplicationWindows::openFile(const std::filesystem::path& path) {
+  EditorView* editor = idleEditor();
+  EditorWindow* window = nullptr;
+  if (editor) {
+    window = qobject_cast<EditorWindow*>(editor->window());
+    window->selectEditor(editor);
+    bringToFront(window);
+  } else {
+    window = openEditor();
+    editor = window->view();
+  }
+  editor->loader().loadMedia(path);
+  return window;
 }
 
 ReviewWindow* ApplicationWindows::openReview(FinishedExport finished) {
@@ -86,6 +161,9 @@ void ApplicationWindows::continueQuitting() {
 }
 
 bool ApplicationWindows::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::WindowActivate) {
+    if (auto* const window = qobject_cast<EditorWindow*>(watched)) m_front = window;
+  }
   if (watched != qApp) return false;
   if (event->type() == QEvent::Quit && !m_quitting) {
     quit();

@@ -9,6 +9,7 @@
 
 #include "controls/device_pixels.h"
 #include "editor/quiet_slider.h"
+#include "editor/quiet_tab.h"
 
 namespace vantrel {
 namespace {
@@ -141,6 +142,9 @@ void QuietStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
     case PE_FrameFocusRect:
       if (qobject_cast<const QToolButton*>(widget)) drawFocusRing(*option, widget->rect(), painter);
       return;
+    case PE_IndicatorTabClose:
+      QuietTab::drawCloseButton(*option, *painter);
+      return;
     case PE_PanelMenuBar:
     case PE_FrameStatusBarItem:
       return;
@@ -161,6 +165,18 @@ void QuietStyle::drawControl(ControlElement element, const QStyleOption* option,
     case CE_MenuBarItem:
       if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
         drawMenuBarItem(*item, painter, *this);
+        return;
+      }
+      break;
+    case CE_TabBarTabShape:
+      if (const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option)) {
+        QuietTab::drawShape(*tab, *painter);
+        return;
+      }
+      break;
+    case CE_TabBarTabLabel:
+      if (const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option)) {
+        QuietTab::drawLabel(*tab, *this, *painter);
         return;
       }
       break;
@@ -188,6 +204,8 @@ QSize QuietStyle::sizeFromContents(ContentsType type, const QStyleOption* option
       return size.expandedTo({kToolButton, kToolButton});
     case CT_MenuBarItem:
       return {size.width(), kMenuBarItemHeight};
+    case CT_TabBarTab:
+      return {size.width(), QuietTab::kHeight};
     default:
       return size;
   }
@@ -195,8 +213,16 @@ QSize QuietStyle::sizeFromContents(ContentsType type, const QStyleOption* option
 
 QRect QuietStyle::subElementRect(SubElement element, const QStyleOption* option,
                                  const QWidget* widget) const {
-  if (element != SE_LineEditContents) return QProxyStyle::subElementRect(element, option, widget);
-  return option->rect.adjusted(kFieldPadding, 1, -kFieldPadding, -1);
+  switch (element) {
+    case SE_LineEditContents:
+      return option->rect.adjusted(kFieldPadding, 1, -kFieldPadding, -1);
+    case SE_TabBarTabText:
+      return QuietTab::textRect(option->rect);
+    case SE_TabBarTabRightButton:
+      return QuietTab::closeRect(option->rect);
+    default:
+      return QProxyStyle::subElementRect(element, option, widget);
+  }
 }
 
 int QuietStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
@@ -210,6 +236,9 @@ int QuietStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
       return kToolBarSpacing;
     case PM_MenuBarHMargin:
       return kMenuBarMargin;
+    case PM_TabCloseIndicatorWidth:
+    case PM_TabCloseIndicatorHeight:
+      return QuietTab::kCloseSide;
     case PM_SliderLength:
     case PM_SliderThickness:
     case PM_SliderControlThickness:
