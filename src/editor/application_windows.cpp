@@ -32,6 +32,17 @@ QList<Window*> openWindows() {
   return windows;
 }
 
+/// Where the window opens: at the point where a tab was let go, or a little beside `front`.
+void placeBeside(const EditorWindow& front, EditorWindow& window,
+                 const std::optional<QPoint>& globalPosition) {
+  if (!front.isMaximized() && !front.isFullScreen()) window.resize(front.size());
+  // It will have the same frame.
+  const QSize size = window.size() + front.frameGeometry().size() - front.size();
+  const QRect room = front.screen()->availableGeometry();
+  window.move(globalPosition ? WindowPlacement::under(*globalPosition, size, room)
+                             : WindowPlacement::cascaded(front.frameGeometry(), size, room));
+}
+
 void bringToFront(QWidget* window) {
   if (window->isMinimized()) window->showNormal();
   window->raise();
@@ -74,13 +85,7 @@ EditorWindow* ApplicationWindows::openWindow(EditorView* editor,
   connect(window->commands(), &CropMenuBar::quitRequested, this, &ApplicationWindows::quit);
   connect(window, &EditorWindow::newTabRequested, this, [this, window] { openTab(window); });
   connect(window, &EditorWindow::tabTornOff, this, &ApplicationWindows::moveTab);
-  if (m_front && m_front->isVisible()) {
-    if (!m_front->isMaximized() && !m_front->isFullScreen()) window->resize(m_front->size());
-    const QRect room = m_front->screen()->availableGeometry();
-    window->move(globalPosition
-                     ? WindowPlacement::under(*globalPosition, window->size(), room)
-                     : WindowPlacement::cascaded(m_front->frameGeometry(), window->size(), room));
-  }
+  if (m_front && m_front->isVisible()) placeBeside(*m_front, *window, globalPosition);
   m_front = window;
   window->show();
   return window;

@@ -43,7 +43,7 @@ EditorTabBar::EditorTabBar(QWidget* parent) : QTabBar(parent) {
   setDocumentMode(true);
   setElideMode(Qt::ElideMiddle);
   setUsesScrollButtons(true);
-  setMouseTracking(true);
+  setAttribute(Qt::WA_Hover);
   setAccessibleName(tr("Tabs"));
   connect(this, &QTabBar::tabMoved, this, &EditorTabBar::followMove);
   connect(this, &QTabBar::currentChanged, this, &EditorTabBar::updateCloseButtons);

@@ -28,6 +28,14 @@ namespace {
 constexpr QSize kMinimumSize{900, 600};
 constexpr QSize kIdealSize{1280, 800};
 
+// The key that makes Tab switch tabs; the toolkit's own keys for going back miss what many
+// keyboards send.
+#ifdef Q_OS_MACOS
+constexpr Qt::KeyboardModifier kTabModifier = Qt::MetaModifier;
+#else
+constexpr Qt::KeyboardModifier kTabModifier = Qt::ControlModifier;
+#endif
+
 QString nameOf(EditorView& editor) {
   const EditorState& state = editor.state();
   return state.loaded() ? displayName(state.file()->path) : QCoreApplication::applicationName();
@@ -101,14 +109,23 @@ void EditorWindow::watchTabs() {
 }
 
 void EditorWindow::addTabKeys() {
-  const auto add = [this](QList<QKeySequence> keys, int step) {
+  const auto add = [this](QKeySequence::StandardKey standard, const QList<QKeySequence>& more,
+                          int step) {
+    QList<QKeySequence> keys = QKeySequence::keyBindings(standard);
+    // One that is there twice would have no effect.
+    for (const QKeySequence& key : more) {
+      if (!keys.contains(key)) keys << key;
+    }
     auto* const action = new QAction(this);
-    action->setShortcuts(std::move(keys));
+    action->setShortcuts(keys);
     connect(action, &QAction::triggered, this, [this, step] { selectBeside(step); });
     addAction(action);
   };
-  add(QKeySequence::keyBindings(QKeySequence::NextChild) << (Qt::CTRL | Qt::Key_PageDown), 1);
-  add(QKeySequence::keyBindings(QKeySequence::PreviousChild) << (Qt::CTRL | Qt::Key_PageUp), -1);
+  add(QKeySequence::NextChild, {Qt::CTRL | Qt::Key_PageDown}, 1);
+  add(QKeySequence::PreviousChild,
+      {kTabModifier | Qt::ShiftModifier | Qt::Key_Tab,
+       kTabModifier | Qt::ShiftModifier | Qt::Key_Backtab, Qt::CTRL | Qt::Key_PageUp},
+      -1);
 }
 
 void EditorWindow::selectBeside(int step) {

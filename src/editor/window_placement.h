@@ -2,7 +2,8 @@
 
 #include <QRect>
 
-/// Where windows of editors open. Frames and rooms are in points of the desktop.
+/// Where windows of editors open: the upper left corner of a frame of `size` in the free part of a
+/// screen, in points.
 namespace vantrel::WindowPlacement {
 
 /// Beside a window at `front`, a little lower and to the right, or at the upper left corner of
