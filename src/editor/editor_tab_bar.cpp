@@ -2,31 +2,27 @@
 
 #include <QAbstractButton>
 #include <QContextMenuEvent>
-#include <QLabel>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QStyle>
 #include <QStyleOptionTab>
+#include <QToolButton>
 #include <algorithm>
 #include <utility>
 
 #include "canvas/crop_appearance.h"
+#include "editor/tab_drag_image.h"
 
 namespace vantrel {
 namespace {
 
 // Points.
 constexpr int kWidth = 154;
-constexpr int kNarrowest = 92;
+constexpr int kNarrowest = 100;
 /// Between the bar and a pointer that has left it.
 constexpr int kAwayDistance = 20;
 constexpr int kProgressHeight = 2;
 constexpr int kProgressInset = 12;
-/// From the pointer to the tab that follows it.
-constexpr QPoint kDragOffset{-40, 8};
-
-constexpr double kDragOpacity = 0.9;
 
 /// `text` for a tool tip, which would read markup in it.
 QString plainToolTip(const QString& text) {
@@ -45,6 +41,11 @@ EditorTabBar::EditorTabBar(QWidget* parent) : QTabBar(parent) {
   setUsesScrollButtons(true);
   setAttribute(Qt::WA_Hover);
   setAccessibleName(tr("Tabs"));
+  // Those that scroll.
+  for (auto* button : findChildren<QToolButton*>()) {
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::NoFocus);
+  }
   connect(this, &QTabBar::tabMoved, this, &EditorTabBar::followMove);
   connect(this, &QTabBar::currentChanged, this, &EditorTabBar::updateCloseButtons);
 }
@@ -156,7 +157,7 @@ void EditorTabBar::mouseMoveEvent(QMouseEvent* event) {
     if (!away && isTabOff()) putBack(*event);
   }
   if (isTabOff()) {
-    m_dragImage->move(event->globalPosition().toPoint() + kDragOffset);
+    m_dragImage->follow(event->globalPosition().toPoint());
   } else {
     QTabBar::mouseMoveEvent(event);
   }
@@ -183,29 +184,15 @@ bool EditorTabBar::isAway(const QPointF& position) const {
   return position.y() < -kAwayDistance || position.y() > height() + kAwayDistance;
 }
 
-QPixmap EditorTabBar::tabPicture(int index) {
-  QStyleOptionTab option;
-  initStyleOption(&option, index);
-  option.rect = QRect(QPoint(0, 0), tabRect(index).size());
-  option.position = QStyleOptionTab::OnlyOneTab;
-  option.state |= QStyle::State_Selected;
-  QPixmap picture(option.rect.size() * devicePixelRatioF());
-  picture.setDevicePixelRatio(devicePixelRatioF());
-  picture.fill(palette().color(QPalette::AlternateBase));
-  QPainter painter(&picture);
-  style()->drawControl(QStyle::CE_TabBarTab, &option, &painter, this);
-  return picture;
-}
-
 void EditorTabBar::takeOff(const QMouseEvent& event) {
   // Within the bar, the drag has ended.
   QMouseEvent release(QEvent::MouseButtonRelease, tabRect(m_held).center(), event.globalPosition(),
                       Qt::LeftButton, Qt::NoButton, event.modifiers());
   QTabBar::mouseReleaseEvent(&release);
-  m_dragImage = new QLabel(this, Qt::ToolTip | Qt::WindowTransparentForInput);
-  m_dragImage->setPixmap(tabPicture(m_held));
-  m_dragImage->setWindowOpacity(kDragOpacity);
-  m_dragImage->move(event.globalPosition().toPoint() + kDragOffset);
+  QStyleOptionTab tab;
+  initStyleOption(&tab, m_held);
+  m_dragImage = new TabDragImage(tab, *this);
+  m_dragImage->follow(event.globalPosition().toPoint());
   m_dragImage->show();
   grabKeyboard();
 }

@@ -4,9 +4,9 @@
 #include <QTabBar>
 #include <optional>
 
-class QLabel;
-
 namespace vantrel {
+
+class TabDragImage;
 
 /// The tabs of a window. They are moved by dragging; one that is dragged away from the bar and let
 /// go comes off. It holds no editors: its owner keeps them in the order of the tabs. Main thread.
@@ -47,7 +47,6 @@ class EditorTabBar final : public QTabBar {
   void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
-  [[nodiscard]] QPixmap tabPicture(int index);
   [[nodiscard]] bool isAway(const QPointF& position) const;
   void takeOff(const QMouseEvent& event);
   void putBack(const QMouseEvent& event);
@@ -60,7 +59,7 @@ class EditorTabBar final : public QTabBar {
   int m_middlePressed = -1;
   int m_hovered = -1;
   /// What follows the pointer.
-  QPointer<QLabel> m_dragImage;
+  QPointer<TabDragImage> m_dragImage;
 };
 
 }  // namespace vantrel

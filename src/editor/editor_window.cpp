@@ -165,9 +165,9 @@ void EditorWindow::takeEditor(EditorView* editor) {
   disconnect(editor, nullptr, this, nullptr);
   disconnect(&editor->state(), nullptr, this, nullptr);
   disconnect(&editor->state().exportState(), nullptr, this, nullptr);
-  if (editor == m_view) leaveEditor();
+  if (editor == m_view) m_focus.leave(editor);
   m_editors.removeAt(index);
-  m_focus.remove(editor);
+  m_focus.forget(editor);
   if (m_editors.isEmpty()) showEditor(nullptr);
   m_tabs->removeTab(index);
   m_stack->removeWidget(editor);
@@ -195,29 +195,16 @@ void EditorWindow::closeCurrent() {
   closeEditor(m_view);
 }
 
-bool EditorWindow::leaveEditor() {
-  QWidget* const focused = focusWidget();
-  if (!focused || focused == this) return true;
-  if (!m_view || !m_view->isAncestorOf(focused)) return false;
-  m_focus[m_view] = focused;
-  focused->clearFocus();
-  return true;
-}
-
 void EditorWindow::showEditor(EditorView* editor) {
   if (editor == m_view) return;
-  const bool movesFocus = m_view && leaveEditor();
+  const bool movesFocus = m_view && m_focus.leave(m_view);
   m_view = editor;
   m_menuBar->setEditor(editor);
   m_toolBar->setState(editor ? &editor->state() : nullptr);
   if (!editor) return;
   m_stack->setCurrentWidget(editor);
   updateEditor(editor);
-  if (!movesFocus) return;
-  QWidget* const before = m_focus.take(editor);
-  // Where it was no more, no field is to have it by itself.
-  QWidget* const target = before && before->isEnabled() && before->isVisible() ? before : this;
-  target->setFocus(Qt::OtherFocusReason);
+  if (movesFocus) m_focus.enter(editor);
 }
 
 void EditorWindow::updateEditor(EditorView* editor) {
@@ -249,17 +236,7 @@ bool EditorWindow::event(QEvent* event) {
 }
 
 bool EditorWindow::focusNextPrevChild(bool next) {
-  // From nowhere, the Tab key leads into the editor, and through it to the bars.
-  const QWidget* const focused = focusWidget();
-  if (next && m_view && (!focused || focused == this)) {
-    for (QWidget* child = m_view->nextInFocusChain(); m_view->isAncestorOf(child);
-         child = child->nextInFocusChain()) {
-      if (!(child->focusPolicy() & Qt::TabFocus) || !child->isVisible() || !child->isEnabled())
-        continue;
-      child->setFocus(Qt::TabFocusReason);
-      return true;
-    }
-  }
+  if (next && m_view && m_focus.enterByKey(m_view)) return true;
   return QMainWindow::focusNextPrevChild(next);
 }
 

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <QHash>
 #include <QList>
 #include <QMainWindow>
-#include <QPointer>
 #include <optional>
 
+#include "editor/editor_focus.h"
 #include "editor/export_session.h"
 
 class QStackedWidget;
@@ -72,17 +71,13 @@ class EditorWindow final : public QMainWindow {
   void addTabKeys();
   void selectBeside(int step);
   void showEditor(EditorView* editor);
-  /// Ends what is typed in the editor shown, and keeps where the focus was. True if it was in it,
-  /// or nowhere.
-  bool leaveEditor();
   void updateEditor(EditorView* editor);
   void updateTabRow();
   void closeCurrent();
 
   EditorView* m_view = nullptr;
   QList<EditorView*> m_editors;
-  /// Where the focus was in the editors that are not shown.
-  QHash<EditorView*, QPointer<QWidget>> m_focus;
+  EditorFocus m_focus{*this};
   CropMenuBar* m_menuBar = nullptr;
   EditorTabRow* m_tabRow = nullptr;
   EditorTabBar* m_tabs = nullptr;

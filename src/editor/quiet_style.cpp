@@ -145,6 +145,8 @@ void QuietStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
     case PE_IndicatorTabClose:
       QuietTab::drawCloseButton(*option, *painter);
       return;
+    case PE_IndicatorTabTearLeft:
+    case PE_IndicatorTabTearRight:
     case PE_PanelMenuBar:
     case PE_FrameStatusBarItem:
       return;
@@ -169,14 +171,13 @@ void QuietStyle::drawControl(ControlElement element, const QStyleOption* option,
       }
       break;
     case CE_TabBarTabShape:
-      if (const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option)) {
-        QuietTab::drawShape(*tab, *painter);
-        return;
-      }
-      break;
     case CE_TabBarTabLabel:
       if (const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option)) {
-        QuietTab::drawLabel(*tab, *this, *painter);
+        if (element == CE_TabBarTabShape) {
+          QuietTab::drawShape(*tab, *painter);
+        } else {
+          QuietTab::drawLabel(*tab, *this, *painter);
+        }
         return;
       }
       break;
@@ -217,12 +218,16 @@ QRect QuietStyle::subElementRect(SubElement element, const QStyleOption* option,
     case SE_LineEditContents:
       return option->rect.adjusted(kFieldPadding, 1, -kFieldPadding, -1);
     case SE_TabBarTabText:
-      return QuietTab::textRect(option->rect);
+      if (const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option)) {
+        return QuietTab::textRect(*tab);
+      }
+      break;
     case SE_TabBarTabRightButton:
       return QuietTab::closeRect(option->rect);
     default:
-      return QProxyStyle::subElementRect(element, option, widget);
+      break;
   }
+  return QProxyStyle::subElementRect(element, option, widget);
 }
 
 int QuietStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
@@ -239,6 +244,8 @@ int QuietStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
     case PM_TabCloseIndicatorWidth:
     case PM_TabCloseIndicatorHeight:
       return QuietTab::kCloseSide;
+    case PM_TabBarScrollButtonWidth:
+      return QuietTab::kScrollButton;
     case PM_SliderLength:
     case PM_SliderThickness:
     case PM_SliderControlThickness:

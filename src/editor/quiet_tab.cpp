@@ -13,7 +13,7 @@ constexpr double kRadius = 7;
 constexpr double kFocusWidth = 2;
 constexpr int kGap = 4;
 constexpr int kPadding = 3;
-constexpr int kTextMargin = 26;
+constexpr int kTextMargin = 10;
 constexpr int kCloseMargin = 6;
 constexpr int kCross = 12;
 constexpr double kCloseRadius = 4;
@@ -60,7 +60,7 @@ void drawShape(const QStyleOptionTab& tab, QPainter& painter) {
 
 void drawLabel(const QStyleOptionTab& tab, const QStyle& style, QPainter& painter) {
   const bool isCurrent = tab.state.testFlag(QStyle::State_Selected);
-  style.drawItemText(&painter, textRect(tab.rect),
+  style.drawItemText(&painter, textRect(tab),
                      Qt::AlignCenter | Qt::TextSingleLine | Qt::TextHideMnemonic, tab.palette, true,
                      tab.text, isCurrent ? QPalette::WindowText : QPalette::PlaceholderText);
 }
@@ -80,8 +80,14 @@ void drawCloseButton(const QStyleOption& button, QPainter& painter) {
   symbolIcon(QStringLiteral("x"), button.palette).paint(&painter, cross);
 }
 
-QRect textRect(const QRect& tab) {
-  return plateRect(tab).adjusted(kTextMargin, 0, -kTextMargin, 0);
+QRect textRect(const QStyleOptionTab& tab) {
+  const QRect plate = plateRect(tab.rect);
+  const int buttonSide = plate.right() - closeRect(tab.rect).left() + kCloseMargin;
+  const QRect middle = plate.adjusted(buttonSide, 0, -buttonSide, 0);
+  const QSize text = tab.fontMetrics.size(Qt::TextSingleLine | Qt::TextShowMnemonic, tab.text);
+  if (text.width() <= middle.width()) return middle;
+  const bool hasButton = tab.state & (QStyle::State_Selected | QStyle::State_MouseOver);
+  return plate.adjusted(kTextMargin, 0, hasButton ? -buttonSide : -kTextMargin, 0);
 }
 
 QRect closeRect(const QRect& tab) {
