@@ -58,16 +58,16 @@ ApplicationWindows::ApplicationWindows(QObject* parent) : QObject(parent) {
 }
 
 EditorWindow* ApplicationWindows::openEditor() {
-  return openEditor(QUuid::createUuid());
+  return openEditorAs(QUuid::createUuid());
 }
 
 EditorWindow* ApplicationWindows::openTab(EditorWindow* window) {
   const QUuid identity = QUuid::createUuid();
   CropWindowRegistry::shared().requestTab(identity, window);
-  return openEditor(identity);
+  return openEditorAs(identity);
 }
 
-EditorWindow* ApplicationWindows::openEditor(const QUuid& identity) {
+EditorWindow* ApplicationWindows::openEditorAs(const QUuid& identity) {
   // What a crashed process left behind goes before the first export.
   std::ignore = ExportTemporaryStorage::shared();
   auto* const editor = new EditorView(
@@ -81,7 +81,8 @@ EditorWindow* ApplicationWindows::openEditor(const QUuid& identity) {
 EditorWindow* ApplicationWindows::openWindow(EditorView* editor,
                                              const std::optional<QPoint>& globalPosition) {
   auto* const window = new EditorWindow(editor);
-  connect(window->commands(), &CropMenuBar::newWindowRequested, this, [this] { openEditor(); });
+  connect(window->commands(), &CropMenuBar::newWindowRequested, this,
+          &ApplicationWindows::openEditor);
   connect(window->commands(), &CropMenuBar::quitRequested, this, &ApplicationWindows::quit);
   connect(window, &EditorWindow::newTabRequested, this, [this, window] { openTab(window); });
   connect(window, &EditorWindow::tabTornOff, this, &ApplicationWindows::moveTab);

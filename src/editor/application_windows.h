@@ -46,7 +46,7 @@ class ApplicationWindows final : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  EditorWindow* openEditor(const QUuid& identity);
+  EditorWindow* openEditorAs(const QUuid& identity);
   /// Shows a new window with this editor.
   EditorWindow* openWindow(EditorView* editor, const std::optional<QPoint>& globalPosition);
   [[nodiscard]] EditorView* idleEditor() const;

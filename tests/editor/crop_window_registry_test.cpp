@@ -1,5 +1,6 @@
 #include "editor/crop_window_registry.h"
 
+#include <QDialog>
 #include <QSignalSpy>
 
 #include "editor/tabbed_windows.h"
@@ -92,59 +93,103 @@ TEST_F(CropWindowRegistryTest, AWindowIsNoTabOfItself) {
 }
 
 TEST_F(CropWindowRegistryTest, FollowsTheReviewInFront) {
-  QSignalSpy changed(&registry, &CropWindowRegistry::activeReviewChanged);
+  const auto becomes = [this](const ExportReviewDocument* document) {
+    return QTest::qWaitFor([this, document] { return registry.activeReview() == document; });
+  };
   EditorWindow* const editor = openTabs(1);
-  EXPECT_EQ(registry.activeReview(), nullptr);
+  EXPECT_TRUE(becomes(nullptr));
   ReviewWindow* const review = openReview();
   ASSERT_TRUE(activate(review));
-  EXPECT_EQ(registry.activeReview(), &review->document());
-  EXPECT_EQ(registry.activeReviewWindow(), review);
-  EXPECT_EQ(changed.count(), 1);
-
+  EXPECT_TRUE(becomes(&review->document()));
   ASSERT_TRUE(activate(editor));
-  EXPECT_EQ(registry.activeReview(), nullptr);
+  EXPECT_TRUE(becomes(nullptr));
   EXPECT_EQ(registry.activeReviewWindow(), nullptr);
   ASSERT_TRUE(activate(review));
-  EXPECT_EQ(registry.activeReview(), &review->document());
-  EXPECT_EQ(changed.count(), 3);
+  EXPECT_TRUE(becomes(&review->document()));
+  EXPECT_EQ(registry.activeReviewWindow(), review);
 }
 
-TEST_F(CropWindowRegistryTest, AnyOtherWindowInFrontLeavesNoActiveReview) {
-  ReviewWindow* const review = openReview();
-  ASSERT_TRUE(activate(review));
-  ASSERT_NE(registry.activeReview(), nullptr);
-  QWidget other;
-  other.show();
-  ASSERT_TRUE(activate(&other));
+/// Windows that the system does not show, and what it tells of them.
+class ActiveReviewTest : public CropWindowRegistryTest {
+ protected:
+  void TearDown() override {
+    review.reset();
+    other.reset();
+    CropWindowRegistryTest::TearDown();
+  }
+  static void bringToFront(QWidget& window) {
+    QEvent event(QEvent::WindowActivate);
+    QCoreApplication::sendEvent(&window, &event);
+  }
+
+  std::unique_ptr<ReviewWindow> review = std::make_unique<ReviewWindow>(finishedExport());
+  std::unique_ptr<ReviewWindow> other = std::make_unique<ReviewWindow>(finishedExport());
+  QSignalSpy changed{&registry, &CropWindowRegistry::activeReviewChanged};
+};
+
+TEST_F(ActiveReviewTest, IsThatOfTheLastWindowInFront) {
+  bringToFront(*review);
+  EXPECT_EQ(registry.activeReview(), &review->document());
+  bringToFront(*other);
+  EXPECT_EQ(registry.activeReview(), &other->document());
+  EXPECT_EQ(changed.count(), 2);
+  // The same again is no change.
+  bringToFront(*other);
+  EXPECT_EQ(changed.count(), 2);
+}
+
+TEST_F(ActiveReviewTest, IsAbsentWithAnyOtherWindowInFront) {
+  bringToFront(*review);
+  QDialog dialog(review.get());
+  bringToFront(dialog);
+  EXPECT_EQ(registry.activeReview(), nullptr);
+  EXPECT_EQ(registry.activeReviewWindow(), nullptr);
+  bringToFront(*review);
+  EXPECT_EQ(registry.activeReview(), &review->document());
+  // A part of a window that hears of the same is no window.
+  bringToFront(*review->centralWidget());
+  EXPECT_EQ(registry.activeReview(), &review->document());
+  EditorWindow editor([](const FinishedExport&) {});
+  bringToFront(editor);
   EXPECT_EQ(registry.activeReview(), nullptr);
 }
 
-TEST_F(CropWindowRegistryTest, ForgetsTheActiveReviewWhenItCloses) {
-  ReviewWindow* const review = openReview();
-  ASSERT_TRUE(activate(review));
-  ASSERT_EQ(registry.activeReview(), &review->document());
-  QSignalSpy changed(&registry, &CropWindowRegistry::activeReviewChanged);
+TEST_F(ActiveReviewTest, StaysWhileAnotherProgramIsInFront) {
+  bringToFront(*review);
+  QEvent event(QEvent::WindowDeactivate);
+  QCoreApplication::sendEvent(review.get(), &event);
+  EXPECT_EQ(registry.activeReview(), &review->document());
+}
+
+TEST_F(ActiveReviewTest, EndsWhenItCloses) {
+  bringToFront(*review);
   review->document().close();
   EXPECT_EQ(registry.activeReview(), nullptr);
-  EXPECT_EQ(changed.count(), 1);
-}
-
-TEST_F(CropWindowRegistryTest, ForgetsTheActiveReviewWithItsWindow) {
-  ReviewWindow* const review = openReview();
-  ASSERT_TRUE(activate(review));
-  ASSERT_NE(registry.activeReview(), nullptr);
-  delete review;
+  EXPECT_EQ(changed.count(), 2);
+  bringToFront(*review);
   EXPECT_EQ(registry.activeReview(), nullptr);
 }
 
-TEST_F(CropWindowRegistryTest, KeepsTheActiveReviewWhenAnotherCloses) {
-  ReviewWindow* const behind = openReview();
-  ASSERT_TRUE(activate(behind));
-  ReviewWindow* const front = openReview();
-  ASSERT_TRUE(activate(front));
-  QSignalSpy changed(&registry, &CropWindowRegistry::activeReviewChanged);
-  behind->document().close();
-  EXPECT_EQ(registry.activeReview(), &front->document());
+TEST_F(ActiveReviewTest, EndsWithItsWindow) {
+  bringToFront(*review);
+  review.reset();
+  EXPECT_EQ(registry.activeReview(), nullptr);
+  EXPECT_EQ(registry.activeReviewWindow(), nullptr);
+  EXPECT_EQ(changed.count(), 2);
+}
+
+TEST_F(ActiveReviewTest, StaysWhenAnotherCloses) {
+  bringToFront(*other);
+  bringToFront(*review);
+  other->document().close();
+  other.reset();
+  EXPECT_EQ(registry.activeReview(), &review->document());
+  EXPECT_EQ(changed.count(), 2);
+}
+
+TEST_F(ActiveReviewTest, IsStillAbsentWhenOneClosesThatWasNot) {
+  review->document().close();
+  EXPECT_EQ(registry.activeReview(), nullptr);
   EXPECT_EQ(changed.count(), 0);
 }
 
