@@ -3,13 +3,18 @@
 #include <QApplication>
 #include <QFile>
 #include <QFileOpenEvent>
+#include <QScreen>
+#include <QUuid>
 #include <memory>
 #include <tuple>
 #include <utility>
 
 #include "editor/crop_menu_bar.h"
+#include "editor/crop_window_registry.h"
+#include "editor/editor_ending.h"
 #include "editor/editor_view.h"
 #include "editor/editor_window.h"
+#include "editor/window_placement.h"
 #include "export/export_temporary_storage.h"
 #include "review/review_window.h"
 
@@ -26,30 +31,106 @@ QList<Window*> openWindows() {
   return windows;
 }
 
+/// Where the window opens: at the point where a tab was let go, or a little beside `front`.
+void placeBeside(const EditorWindow& front, EditorWindow& window,
+                 const std::optional<QPoint>& globalPosition) {
+  if (!front.isMaximized() && !front.isFullScreen()) window.resize(front.size());
+  // It will have the same frame.
+  const QSize size = window.size() + front.frameGeometry().size() - front.size();
+  const QRect room = front.screen()->availableGeometry();
+  window.move(globalPosition ? WindowPlacement::under(*globalPosition, size, room)
+                             : WindowPlacement::cascaded(front.frameGeometry(), size, room));
+}
+
+void bringToFront(QWidget* window) {
+  if (window->isMinimized()) window->showNormal();
+  window->raise();
+  window->activateWindow();
+}
+
 }  // namespace
 
 ApplicationWindows::ApplicationWindows(QObject* parent) : QObject(parent) {
   qApp->installEventFilter(this);
+  // Before the session folder goes, which an export that runs writes to.
+  connect(qApp, &QCoreApplication::aboutToQuit, this, &deleteAllEditors);
 }
 
 EditorWindow* ApplicationWindows::openEditor() {
+  return openEditorAs(QUuid::createUuid());
+}
+
+EditorWindow* ApplicationWindows::openTab(EditorWindow* window) {
+  const QUuid identity = QUuid::createUuid();
+  CropWindowRegistry::shared().requestTab(identity, window);
+  return openEditorAs(identity);
+}
+
+EditorWindow* ApplicationWindows::openEditorAs(const QUuid& identity) {
   // What a crashed process left behind goes before the first export.
   std::ignore = ExportTemporaryStorage::shared();
-  auto* window =
-      new EditorWindow([this](FinishedExport finished) { openReview(std::move(finished)); });
+  auto* const editor = new EditorView(
+      identity, [this](FinishedExport finished) { openReview(std::move(finished)); });
+  if (CropWindowRegistry::shared().attach(editor)) {
+    return qobject_cast<EditorWindow*>(editor->window());
+  }
+  return openWindow(editor, {});
+}
+
+EditorWindow* ApplicationWindows::openWindow(EditorView* editor,
+                                             const std::optional<QPoint>& globalPosition) {
+  auto* const window = new EditorWindow(editor);
   connectMenus(*window->commands());
+  connect(window, &EditorWindow::newTabRequested, this, [this, window] { openTab(window); });
+  connect(window, &EditorWindow::tabTornOff, this, &ApplicationWindows::moveTab);
+  if (m_front && m_front->isVisible()) placeBeside(*m_front, *window, globalPosition);
+  m_front = window;
   window->show();
   return window;
 }
 
-EditorWindow* ApplicationWindows::openFile(const std::filesystem::path& path) {
-  EditorWindow* target = nullptr;
-  for (EditorWindow* window : openWindows<EditorWindow>()) {
-    if (window->view()->state().acceptsIncomingFiles()) target = window;
+void ApplicationWindows::moveTab(EditorView* editor, const std::optional<QPoint>& globalPosition) {
+  auto* const source = qobject_cast<EditorWindow*>(editor->window());
+  QWidget* const below = globalPosition ? QApplication::topLevelAt(*globalPosition) : nullptr;
+  auto* const target = qobject_cast<EditorWindow*>(below);
+  const auto place =
+      target && target != source ? target->tabPlaceAt(*globalPosition) : std::nullopt;
+  m_front = source;
+  if (place) {
+    target->insertEditor(*place, editor);
+    bringToFront(target);
+  } else if (source->editors().size() > 1) {
+    bringToFront(openWindow(editor, globalPosition));
   }
-  if (!target) target = openEditor();
-  target->view()->loader().loadMedia(path);
-  return target;
+}
+
+EditorView* ApplicationWindows::idleEditor() const {
+  QList<EditorWindow*> windows = openWindows<EditorWindow>();
+  const auto front = windows.indexOf(m_front);
+  if (front > 0) windows.move(front, 0);
+  for (EditorWindow* window : windows) {
+    QList<EditorView*> editors = window->editors();
+    editors.move(editors.indexOf(window->view()), 0);
+    for (EditorView* editor : editors) {
+      if (editor->state().acceptsIncomingFiles()) return editor;
+    }
+  }
+  return nullptr;
+}
+
+EditorWindow* ApplicationWindows::openFile(const std::filesystem::path& path) {
+  EditorView* editor = idleEditor();
+  EditorWindow* window = nullptr;
+  if (editor) {
+    window = qobject_cast<EditorWindow*>(editor->window());
+    window->selectEditor(editor);
+    bringToFront(window);
+  } else {
+    window = openEditor();
+    editor = window->view();
+  }
+  editor->loader().loadMedia(path);
+  return window;
 }
 
 ReviewWindow* ApplicationWindows::openReview(FinishedExport finished) {
@@ -66,7 +147,10 @@ ReviewWindow* ApplicationWindows::openReview(FinishedExport finished) {
 }
 
 void ApplicationWindows::connectMenus(CropMenuBar& menus) {
-  menus.setFindReview([] { return qobject_cast<ReviewWindow*>(QApplication::activeWindow()); });
+  CropWindowRegistry& registry = CropWindowRegistry::shared();
+  menus.setFindReview([&registry] { return registry.activeReviewWindow(); });
+  connect(&registry, &CropWindowRegistry::activeReviewChanged, &menus,
+          &CropMenuBar::updateCommands);
   connect(&menus, &CropMenuBar::newWindowRequested, this, &ApplicationWindows::openEditor);
   connect(&menus, &CropMenuBar::quitRequested, this, &ApplicationWindows::quit);
 }
@@ -89,6 +173,9 @@ void ApplicationWindows::continueQuitting() {
 }
 
 bool ApplicationWindows::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::WindowActivate) {
+    if (auto* const window = qobject_cast<EditorWindow*>(watched)) m_front = window;
+  }
   if (watched != qApp) return false;
   if (event->type() == QEvent::Quit && !m_quitting) {
     quit();

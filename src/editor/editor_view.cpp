@@ -215,6 +215,14 @@ void EditorView::openMedia() {
   dialog->open();
 }
 
+void EditorView::stop() {
+  m_loader.cancel();
+  m_exports.cancel();
+  if (m_state.player()) m_state.player()->pause();
+  disconnect(&m_state, &EditorState::openErrorChanged, this, nullptr);
+  disconnect(&m_state, &EditorState::exportErrorChanged, this, nullptr);
+}
+
 void EditorView::dragEnterEvent(QDragEnterEvent* event) {
   if (!m_loader.acceptsMedia(*event->mimeData())) return;
   m_state.setDropTargeted(true);

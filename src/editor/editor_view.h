@@ -43,6 +43,9 @@ class EditorView final : public QWidget {
 
   /// Asks for a file and loads it.
   void openMedia();
+  /// Before its end: cancels what runs, and says nothing more. What runs ends later, when the state
+  /// is no longer busy.
+  void stop();
 
  Q_SIGNALS:
   /// What the view shows has changed; whoever shows the state elsewhere follows.

@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include "base/cancelled.h"
 #include "base/failure.h"
 #include "editor/portal_transfer.h"
 #include "editor/text_editing.h"
@@ -105,6 +106,10 @@ QUrl firstFile(const QList<QUrl>& urls) {
 MediaLoader::MediaLoader(EditorState& state, QObject* parent) : QObject(parent), m_state(state) {}
 
 MediaLoader::~MediaLoader() {
+  cancel();
+}
+
+void MediaLoader::cancel() {
   for (const auto& [load, task] : m_running)
     task->cancel();
 }
@@ -141,6 +146,8 @@ void MediaLoader::finish(int64_t load, BackgroundTask<SourceFile>::Outcome outco
     const CropEdit edit =
         isVideo ? initialVideoEdit(file, m_state.history().codec()) : initialImageEdit(file);
     m_state.replaceFile(std::move(file), edit, isVideo ? kVideoPixelStep : kImagePixelStep);
+  } catch (const Cancelled&) {
+    // Whoever cancels knows.
   } catch (...) {
     m_state.setOpenError(QString::fromStdString(userMessage(std::current_exception())));
   }

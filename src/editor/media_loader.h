@@ -32,6 +32,8 @@ class MediaLoader final : public QObject {
 
   /// Starts to load; the outcome comes through the state.
   void loadMedia(const std::filesystem::path& path);
+  /// Nothing when no load runs; otherwise all stays as it is, without a word.
+  void cancel();
   /// Loads the clip that comes with the program.
   void loadSample(const std::optional<std::filesystem::path>& sample = bundledSample());
   /// Whether a drop of this data would be taken.

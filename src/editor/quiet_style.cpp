@@ -10,6 +10,7 @@
 #include "controls/device_pixels.h"
 #include "editor/quiet_menu.h"
 #include "editor/quiet_slider.h"
+#include "editor/quiet_tab.h"
 
 namespace vantrel {
 namespace {
@@ -156,6 +157,11 @@ void QuietStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
     case PE_FrameMenu:
       QuietMenu::drawFrame(*option, *painter);
       return;
+    case PE_IndicatorTabClose:
+      QuietTab::drawCloseButton(*option, *painter);
+      return;
+    case PE_IndicatorTabTearLeft:
+    case PE_IndicatorTabTearRight:
     case PE_PanelMenuBar:
     case PE_FrameStatusBarItem:
       return;
@@ -185,6 +191,17 @@ void QuietStyle::drawControl(ControlElement element, const QStyleOption* option,
         return;
       }
       break;
+    case CE_TabBarTabShape:
+    case CE_TabBarTabLabel:
+      if (const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option)) {
+        if (element == CE_TabBarTabShape) {
+          QuietTab::drawShape(*tab, *painter);
+        } else {
+          QuietTab::drawLabel(*tab, *this, *painter);
+        }
+        return;
+      }
+      break;
     default:
       break;
   }
@@ -211,6 +228,8 @@ QSize QuietStyle::sizeFromContents(ContentsType type, const QStyleOption* option
       return {size.width(), kMenuBarItemHeight};
     case CT_MenuItem:
       return menuItemSize(*option, size);
+    case CT_TabBarTab:
+      return {size.width(), QuietTab::kHeight};
     default:
       return size;
   }
@@ -218,8 +237,20 @@ QSize QuietStyle::sizeFromContents(ContentsType type, const QStyleOption* option
 
 QRect QuietStyle::subElementRect(SubElement element, const QStyleOption* option,
                                  const QWidget* widget) const {
-  if (element != SE_LineEditContents) return QProxyStyle::subElementRect(element, option, widget);
-  return option->rect.adjusted(kFieldPadding, 1, -kFieldPadding, -1);
+  switch (element) {
+    case SE_LineEditContents:
+      return option->rect.adjusted(kFieldPadding, 1, -kFieldPadding, -1);
+    case SE_TabBarTabText:
+      if (const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option)) {
+        return QuietTab::textRect(*tab);
+      }
+      break;
+    case SE_TabBarTabRightButton:
+      return QuietTab::closeRect(option->rect);
+    default:
+      break;
+  }
+  return QProxyStyle::subElementRect(element, option, widget);
 }
 
 int QuietStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
@@ -241,6 +272,11 @@ int QuietStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
     case PM_SubMenuOverlap:
       // Beside the frame, not over it.
       return QuietMenu::kMargin + 1;
+    case PM_TabCloseIndicatorWidth:
+    case PM_TabCloseIndicatorHeight:
+      return QuietTab::kCloseSide;
+    case PM_TabBarScrollButtonWidth:
+      return QuietTab::kScrollButton;
     case PM_SliderLength:
     case PM_SliderThickness:
     case PM_SliderControlThickness:

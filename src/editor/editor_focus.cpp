@@ -1,0 +1,36 @@
+#include "editor/editor_focus.h"
+
+#include "editor/editor_view.h"
+
+namespace vantrel {
+
+bool EditorFocus::leave(EditorView* editor) {
+  QWidget* const focused = m_window.focusWidget();
+  if (!focused || focused == &m_window) return true;
+  if (!editor->isAncestorOf(focused)) return false;
+  m_places[editor] = focused;
+  focused->clearFocus();
+  return true;
+}
+
+void EditorFocus::enter(EditorView* editor) {
+  QWidget* const before = m_places.take(editor);
+  QWidget* const target = before && before->isEnabled() && before->isVisible() ? before : &m_window;
+  target->setFocus(Qt::OtherFocusReason);
+}
+
+bool EditorFocus::enterByKey(EditorView* editor) const {
+  const QWidget* const focused = m_window.focusWidget();
+  if (focused && focused != &m_window) return false;
+  for (QWidget* child = editor->nextInFocusChain(); editor->isAncestorOf(child);
+       child = child->nextInFocusChain()) {
+    if (!(child->focusPolicy() & Qt::TabFocus) || !child->isVisible() || !child->isEnabled()) {
+      continue;
+    }
+    child->setFocus(Qt::TabFocusReason);
+    return true;
+  }
+  return false;
+}
+
+}  // namespace vantrel
