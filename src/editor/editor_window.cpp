@@ -11,10 +11,10 @@
 #include <QScreen>
 #include <utility>
 
+#include "controls/text_editing.h"
 #include "controls/window_title.h"
 #include "editor/editor_tool_bar.h"
 #include "editor/editor_view.h"
-#include "editor/text_editing.h"
 #include "platform/desktop/file_error.h"
 
 namespace vantrel {

@@ -4,10 +4,8 @@
 #include <QStyleOption>
 #include <QToolButton>
 #include <QWidget>
-#include <algorithm>
-#include <cmath>
 
-#include "controls/device_pixels.h"
+#include "controls/plate.h"
 #include "editor/quiet_slider.h"
 
 namespace vantrel {
@@ -31,21 +29,6 @@ constexpr int kPressDarker = 112;
 constexpr int kColoredSaturation = 128;
 constexpr float kToolHover = 0.08F;
 constexpr float kToolPress = 0.14F;
-
-/// Sizes in points; it lies on whole device pixels.
-void drawPlate(QPainter* painter, const QRect& rect, double radius, const QColor& fill,
-               const QColor& border, double width) {
-  painter->save();
-  painter->setRenderHint(QPainter::Antialiasing);
-  const double scale = painter->deviceTransform().m11();
-  const double line = width > 0 ? std::max(1.0, std::round(width * scale - 0.25)) : 0;
-  const QRectF plate = toDevicePixels(*painter, rect);
-  painter->setPen(line > 0 ? QPen(border, line) : QPen(Qt::NoPen));
-  painter->setBrush(fill);
-  const double inset = line / 2, corner = radius * scale - inset;
-  painter->drawRoundedRect(plate.adjusted(inset, inset, -inset, -inset), corner, corner);
-  painter->restore();
-}
 
 void drawField(const QStyleOption* option, QPainter* painter) {
   const QPalette& palette = option->palette;

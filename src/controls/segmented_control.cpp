@@ -1,0 +1,115 @@
+#include "controls/segmented_control.h"
+
+#include <QAccessibleWidget>
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QRadioButton>
+
+#include "controls/plate.h"
+
+namespace vantrel {
+namespace {
+
+// Points.
+constexpr int kTextSize = 12;
+constexpr int kInset = 2;
+constexpr int kSegmentHeight = 20, kSegmentPadding = 11;
+constexpr double kRadius = 7, kSegmentRadius = 5, kFocusWidth = 2;
+
+constexpr double kDisabledOpacity = 0.45;
+constexpr float kHoverOpacity = 0.06F;
+constexpr int kSelectedLighter = 138;
+constexpr QColor kShadow(0, 0, 0, 38);
+
+class Segment final : public QRadioButton {
+ public:
+  using QRadioButton::QRadioButton;
+
+  [[nodiscard]] QSize sizeHint() const override {
+    return {fontMetrics().horizontalAdvance(text()) + 2 * kSegmentPadding, kSegmentHeight};
+  }
+  [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  [[nodiscard]] bool hitButton(const QPoint& point) const override {
+    return rect().contains(point);
+  }
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QPainter painter(this);
+    const auto color = [this](QPalette::ColorRole role) {
+      return palette().color(QPalette::Active, role);
+    };
+    if (!isEnabled()) painter.setOpacity(kDisabledOpacity);
+    if (isEnabled() && underMouse() && !isChecked()) {
+      QColor hover = color(QPalette::WindowText);
+      hover.setAlphaF(kHoverOpacity);
+      drawPlate(&painter, rect(), kSegmentRadius, hover, {}, 0);
+    }
+    painter.setPen(color(isChecked() ? QPalette::WindowText : QPalette::PlaceholderText));
+    painter.drawText(rect(), Qt::AlignCenter, text());
+    if (hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
+      drawPlate(&painter, rect(), kSegmentRadius, Qt::transparent, color(QPalette::Highlight),
+                kFocusWidth);
+    }
+  }
+};
+
+QAccessibleInterface* makeInterface(const QString& className, QObject* object) {
+  if (className != QLatin1String(SegmentedControl::staticMetaObject.className())) return nullptr;
+  auto* const control = qobject_cast<SegmentedControl*>(object);
+  return control ? new QAccessibleWidget(control, QAccessible::Grouping) : nullptr;
+}
+
+}  // namespace
+
+SegmentedControl::SegmentedControl(const QString& name, const QStringList& titles, QWidget* parent)
+    : QWidget(parent) {
+  [[maybe_unused]] static const bool installed = [] {
+    QAccessible::installFactory(makeInterface);
+    return true;
+  }();
+  setAccessibleName(name);
+  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+  QFont small = font();
+  small.setPixelSize(kTextSize);
+  setFont(small);
+  auto* const layout = new QHBoxLayout(this);
+  layout->setContentsMargins(kInset, kInset, kInset, kInset);
+  layout->setSpacing(0);
+  for (const QString& title : titles) {
+    auto* const segment = new Segment(title, this);
+    const int index = static_cast<int>(m_segments.size());
+    connect(segment, &QRadioButton::clicked, this, [this, index] { Q_EMIT chosen(index); });
+    connect(segment, &QRadioButton::toggled, this, qOverload<>(&QWidget::update));
+    layout->addWidget(segment);
+    m_segments << segment;
+  }
+}
+
+int SegmentedControl::selected() const {
+  for (int index = 0; index < m_segments.size(); ++index) {
+    if (m_segments[index]->isChecked()) return index;
+  }
+  return -1;
+}
+
+void SegmentedControl::setSelected(int index) {
+  m_segments.at(index)->setChecked(true);
+}
+
+void SegmentedControl::setSegmentEnabled(int index, bool enabled) {
+  m_segments.at(index)->setEnabled(enabled);
+}
+
+void SegmentedControl::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  if (!isEnabled()) painter.setOpacity(kDisabledOpacity);
+  drawPlate(&painter, rect(), kRadius, palette().color(QPalette::Active, QPalette::Dark), {}, 0);
+  if (selected() < 0) return;
+  const QRect plate = m_segments[selected()]->geometry();
+  const QColor fill = palette().color(QPalette::Active, QPalette::Button);
+  drawPlate(&painter, plate.translated(0, 1), kSegmentRadius, kShadow, {}, 0);
+  drawPlate(&painter, plate, kSegmentRadius, fill.lighter(kSelectedLighter), {}, 0);
+}
+
+}  // namespace vantrel
