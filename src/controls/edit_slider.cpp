@@ -81,8 +81,11 @@ void EditSlider::endDrag() {
 
 // The toolkit counts from the step that is shown; what counts is the number.
 void EditSlider::correctStep(int action) {
-  if (action == SliderSingleStepAdd) setSliderPosition(m_scale.next(m_number, true));
-  if (action == SliderSingleStepSub) setSliderPosition(m_scale.next(m_number, false));
+  if (action != SliderSingleStepAdd && action != SliderSingleStepSub) return;
+  const int step = m_scale.next(m_number, action == SliderSingleStepAdd);
+  setSliderPosition(step);
+  // The number was beside the step that is shown, and comes to lie on it.
+  if (step == value() && m_number != m_scale.value(step)) takeStep(step);
 }
 
 void EditSlider::takeStep(int step) {

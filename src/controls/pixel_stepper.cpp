@@ -12,7 +12,7 @@ namespace {
 
 // Points.
 constexpr double kRadius = 4;
-constexpr int kChevron = 12;
+constexpr int kChevron = 11;
 
 constexpr double kDisabledOpacity = 0.45;
 constexpr float kHoverOpacity = 0.08F, kPressOpacity = 0.16F;

@@ -80,7 +80,11 @@ SegmentedControl::SegmentedControl(const QString& name, const QStringList& title
     auto* const segment = new Segment(title, this);
     const int index = static_cast<int>(m_segments.size());
     connect(segment, &QRadioButton::clicked, this, [this, index] { Q_EMIT chosen(index); });
-    connect(segment, &QRadioButton::toggled, this, qOverload<>(&QWidget::update));
+    segment->setFocusPolicy(Qt::ClickFocus);
+    connect(segment, &QRadioButton::toggled, this, [this, segment](bool isChecked) {
+      segment->setFocusPolicy(isChecked ? Qt::StrongFocus : Qt::ClickFocus);
+      update();
+    });
     layout->addWidget(segment);
     m_segments << segment;
   }

@@ -43,10 +43,13 @@ CropExportFooter::CropExportFooter(const CropExportState& state, const QColor& a
     : QWidget(parent), m_state(state), m_accent(accent) {
   setFixedHeight(kHeight);
   auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(kHorizontalPadding, kVerticalPadding, kHorizontalPadding,
-                             kVerticalPadding);
+  layout->setContentsMargins(kHorizontalPadding, kVerticalPadding,
+                             kHorizontalPadding - kHelpOverhang, kVerticalPadding);
   layout->setSpacing(kSpacing);
-  layout->addWidget(makeActionRow());
+  auto* action = new QHBoxLayout;
+  action->setContentsMargins(0, 0, kHelpOverhang, 0);
+  action->addWidget(makeActionRow());
+  layout->addLayout(action);
   layout->addLayout(makeStatusRow());
   connect(&state, &CropExportState::changed, this, &CropExportFooter::showState);
   showState();
@@ -162,7 +165,7 @@ void CropExportFooter::showState() {
   m_cancel->setVisible(running);
   m_help->setVisible(!running);
   // The frame of the help's icon reaches beyond the edge of the rest.
-  m_statusRow->setContentsMargins(0, 0, running ? 0 : -kHelpOverhang, 0);
+  m_statusRow->setContentsMargins(0, 0, running ? kHelpOverhang : 0, 0);
   m_status->setText(ExportFooterText::status(m_state.message(), m_output.loaded, m_output.width,
                                              m_output.height, m_output.encodingName));
   if (running) showProgress(*m_state.progress());

@@ -9,7 +9,8 @@
 namespace vantrel {
 namespace {
 
-/// Between the controls of a row, in points.
+// Points; the spacing is between the controls of a row.
+constexpr int kTitleHeight = 18;
 constexpr int kControlSpacing = 6;
 
 }  // namespace
@@ -19,18 +20,21 @@ CropInspectorSection::CropInspectorSection(const QString& title, QWidget* parent
   m_rows->setContentsMargins({});
   m_rows->setSpacing(kSpacing);
   m_header->setSpacing(kControlSpacing);
-  m_header->addWidget(PanelText::title(title, this), 1);
+  QLabel* const text = PanelText::title(title, this);
+  text->setMinimumHeight(kTitleHeight);
+  m_header->addWidget(text, 1);
   m_rows->addLayout(m_header);
 }
 
 QWidget* CropInspectorSection::addRow(const QString& title,
                                       std::initializer_list<QWidget*> controls) {
   auto* const row = new QWidget(this);
-  row->setMinimumHeight(kRowHeight);
   auto* const layout = new QHBoxLayout(row);
   layout->setContentsMargins({});
   layout->setSpacing(kControlSpacing);
-  layout->addWidget(PanelText::body(title, row), 1);
+  QLabel* const text = PanelText::body(title, row);
+  text->setMinimumHeight(kRowHeight);
+  layout->addWidget(text, 1);
   for (QWidget* const control : controls)
     layout->addWidget(control);
   endRow(layout, *(controls.end() - 1));

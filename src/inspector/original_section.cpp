@@ -19,10 +19,10 @@ OriginalSection::OriginalSection(QWidget* parent) : CropInspectorSection(tr("Ori
 
 OriginalSection::Row OriginalSection::makeRow() {
   auto* const row = new QWidget(this);
-  row->setMinimumHeight(kRowHeight);
   const Row made{row, PanelText::body({}, row), PanelText::value(row)};
   auto* const layout = new QHBoxLayout(row);
   layout->setSpacing(kTitleSpacing);
+  made.title->setMinimumHeight(kRowHeight);
   layout->addWidget(made.title);
   layout->addWidget(made.value, 1);
   endRow(layout, made.value);

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QDragEnterEvent>
@@ -15,13 +16,18 @@
 #include "canvas/canvas_scroll_view.h"
 #include "canvas/crop_overlay_view.h"
 #include "canvas/video_canvas_view.h"
+#include "controls/color_well.h"
 #include "controls/crop_number_field.h"
+#include "controls/crop_reset_button.h"
+#include "controls/segmented_control.h"
 #include "editor/application_windows.h"
 #include "editor/editor_view.h"
 #include "editor/editor_window.h"
 #include "export/export_temporary_storage.h"
+#include "inspector/crop_canvas_section.h"
 #include "inspector/crop_export_footer.h"
 #include "inspector/crop_section.h"
+#include "inspector/image_encoding_section.h"
 #include "inspector/inspector_view.h"
 #include "platform/image/image_reader.h"
 #include "review/review_window.h"
@@ -374,6 +380,9 @@ TEST_F(FirstWindowTest, LeadsTheKeyboardThroughTheFieldsToTheExport) {
   for (size_t step = 0; step < kCropHandles.size() + CropMargins::kEdges.size(); ++step) {
     QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
   }
+  InspectorView* const inspector = editor->view()->inspector();
+  QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
+  EXPECT_TRUE(inspector->cropSection()->resetButton()->hasFocus());
   QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
   EXPECT_TRUE(field(Edge::top)->hasFocus());
   QTest::keyClicks(editor->focusWidget(), QStringLiteral("4"));
@@ -388,6 +397,12 @@ TEST_F(FirstWindowTest, LeadsTheKeyboardThroughTheFieldsToTheExport) {
   EXPECT_TRUE(field(Edge::right)->hasFocus());
   QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
   EXPECT_TRUE(field(Edge::bottom)->hasFocus());
+  QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
+  EXPECT_TRUE(inspector->imageEncodingSection()->formatPicker()->segment(0)->hasFocus());
+  QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
+  EXPECT_TRUE(inspector->canvasSection()->colorWell()->hasFocus());
+  QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
+  EXPECT_TRUE(inspector->canvasSection()->resetButton()->hasFocus());
   QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
   EXPECT_TRUE(footer()->exportButton()->hasFocus());
   QTest::keyClick(editor->focusWidget(), Qt::Key_Return);
