@@ -3,8 +3,11 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QVBoxLayout>
 #include <algorithm>
+
+#include "controls/plate.h"
 
 namespace vantrel {
 namespace {
@@ -12,6 +15,8 @@ namespace {
 // Points: from the anchor, and from the edges of the window.
 constexpr int kGap = 6;
 constexpr int kMargin = 8;
+
+constexpr float kOpacity = 0.9F;
 
 bool isIn(const QWidget& widget, const QPoint& global) {
   return widget.rect().contains(widget.mapFromGlobal(global));
@@ -34,6 +39,13 @@ void Popover::dismiss() {
   qApp->removeEventFilter(this);
   hide();
   deleteLater();
+}
+
+void Popover::paintEvent(QPaintEvent* /*event*/) {
+  QColor fill = palette().color(QPalette::Window);
+  fill.setAlphaF(kOpacity);
+  QPainter painter(this);
+  drawPlate(&painter, rect().adjusted(1, 1, -1, -1), PanelBackdrop::kCornerRadius - 1, fill, {}, 0);
 }
 
 bool Popover::eventFilter(QObject* watched, QEvent* event) {

@@ -8,7 +8,8 @@ namespace vantrel {
 
 /// A floating panel that belongs to a button, its anchor, and stands above it in the same window.
 /// It is open as long as it exists: it goes with a click beside it, with Escape, and with its
-/// anchor. While the anchor is not seen, neither is it. Main thread.
+/// anchor. While the anchor is not seen, neither is it. What lies beneath, unlike a picture, would
+/// be in the way of reading, so that hardly anything of it shines through. Main thread.
 class Popover final : public CropPanel {
   Q_OBJECT
 
@@ -22,6 +23,7 @@ class Popover final : public CropPanel {
   void dismiss();
 
  protected:
+  void paintEvent(QPaintEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:

@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QRadioButton>
+#include <QSignalBlocker>
 
 #include "controls/plate.h"
 
@@ -19,7 +20,7 @@ constexpr double kRadius = 7, kSegmentRadius = 5, kFocusWidth = 2;
 constexpr double kDisabledOpacity = 0.45;
 constexpr float kHoverOpacity = 0.06F;
 constexpr int kSelectedLighter = 138;
-constexpr QColor kShadow(0, 0, 0, 38);
+constexpr int kShadowDarker = 115;
 
 class Segment final : public QRadioButton {
  public:
@@ -39,7 +40,9 @@ class Segment final : public QRadioButton {
     const auto color = [this](QPalette::ColorRole role) {
       return palette().color(QPalette::Active, role);
     };
-    if (!isEnabled()) painter.setOpacity(kDisabledOpacity);
+    if (!parentWidget()->isEnabled()) painter.setOpacity(kDisabledOpacity);
+    if (testAttribute(Qt::WA_ForceDisabled))
+      painter.setOpacity(painter.opacity() * kDisabledOpacity);
     if (isEnabled() && underMouse() && !isChecked()) {
       QColor hover = color(QPalette::WindowText);
       hover.setAlphaF(kHoverOpacity);
@@ -79,11 +82,11 @@ SegmentedControl::SegmentedControl(const QString& name, const QStringList& title
   for (const QString& title : titles) {
     auto* const segment = new Segment(title, this);
     const int index = static_cast<int>(m_segments.size());
-    connect(segment, &QRadioButton::clicked, this, [this, index] { Q_EMIT chosen(index); });
     segment->setFocusPolicy(Qt::ClickFocus);
-    connect(segment, &QRadioButton::toggled, this, [this, segment](bool isChecked) {
+    connect(segment, &QRadioButton::toggled, this, [this, segment, index](bool isChecked) {
       segment->setFocusPolicy(isChecked ? Qt::StrongFocus : Qt::ClickFocus);
       update();
+      if (isChecked) Q_EMIT chosen(index);
     });
     layout->addWidget(segment);
     m_segments << segment;
@@ -98,6 +101,7 @@ int SegmentedControl::selected() const {
 }
 
 void SegmentedControl::setSelected(int index) {
+  const QSignalBlocker quiet(this);
   m_segments.at(index)->setChecked(true);
 }
 
@@ -105,15 +109,26 @@ void SegmentedControl::setSegmentEnabled(int index, bool enabled) {
   m_segments.at(index)->setEnabled(enabled);
 }
 
+// Disabled, it fades as a whole into what it lies on.
+QColor SegmentedControl::faded(const QColor& color) const {
+  if (isEnabled()) return color;
+  const QColor ground = palette().color(QPalette::Window);
+  const auto mixed = [](int top, int bottom) {
+    return qRound(top * kDisabledOpacity + bottom * (1 - kDisabledOpacity));
+  };
+  return {mixed(color.red(), ground.red()), mixed(color.green(), ground.green()),
+          mixed(color.blue(), ground.blue())};
+}
+
 void SegmentedControl::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  if (!isEnabled()) painter.setOpacity(kDisabledOpacity);
-  drawPlate(&painter, rect(), kRadius, palette().color(QPalette::Active, QPalette::Dark), {}, 0);
+  const QColor track = faded(palette().color(QPalette::Active, QPalette::Dark));
+  drawPlate(&painter, rect(), kRadius, track, {}, 0);
   if (selected() < 0) return;
   const QRect plate = m_segments[selected()]->geometry();
-  const QColor fill = palette().color(QPalette::Active, QPalette::Button);
-  drawPlate(&painter, plate.translated(0, 1), kSegmentRadius, kShadow, {}, 0);
-  drawPlate(&painter, plate, kSegmentRadius, fill.lighter(kSelectedLighter), {}, 0);
+  const QColor fill = palette().color(QPalette::Active, QPalette::Button).lighter(kSelectedLighter);
+  drawPlate(&painter, plate.translated(0, 1), kSegmentRadius, track.darker(kShadowDarker), {}, 0);
+  drawPlate(&painter, plate, kSegmentRadius, faded(fill), {}, 0);
 }
 
 }  // namespace vantrel

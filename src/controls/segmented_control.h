@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QStringList>
 #include <QVector>
 #include <QWidget>
@@ -25,13 +26,15 @@ class SegmentedControl final : public QWidget {
   void setSegmentEnabled(int index, bool enabled);
 
  Q_SIGNALS:
-  /// The user wants this one, which may be the one that holds already.
+  /// The user wants another one than the one that held.
   void chosen(int index);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  [[nodiscard]] QColor faded(const QColor& color) const;
+
   QVector<QAbstractButton*> m_segments;
 };
 

@@ -30,6 +30,8 @@ constexpr int kActionHeight = 34;
 constexpr int kStatusHeight = 24;
 constexpr int kProgressSpacing = 3;
 constexpr int kLeastTextSpacing = 4;
+constexpr int kCancelPadding = 12;
+constexpr int kHelpLineSpacing = 5;
 constexpr int kHelpIcon = 16, kHelpOverhang = 4;
 
 const QString kHelpSymbol = QStringLiteral("circle-help");
@@ -117,6 +119,8 @@ void CropExportFooter::makeCancel() {
   QFont font = m_cancel->font();
   font.setPixelSize(PanelText::kCaptionSize);
   m_cancel->setFont(font);
+  m_cancel->setFixedWidth(m_cancel->fontMetrics().horizontalAdvance(m_cancel->text()) +
+                          2 * kCancelPadding);
   connect(m_cancel, &QPushButton::clicked, this, &CropExportFooter::cancelRequested);
 }
 
@@ -141,7 +145,13 @@ void CropExportFooter::toggleHelp() {
     m_helpPopover->dismiss();
     return;
   }
-  m_helpPopover = new Popover(*m_help, PanelText::callout(ExportFooterText::help(), nullptr));
+  auto* lines = new QWidget;
+  auto* layout = new QVBoxLayout(lines);
+  layout->setContentsMargins({});
+  layout->setSpacing(kHelpLineSpacing);
+  for (const QString& line : ExportFooterText::help().split(u'\n'))
+    layout->addWidget(PanelText::callout(line, lines));
+  m_helpPopover = new Popover(*m_help, lines);
   m_helpPopover->setAccessibleName(m_help->accessibleName());
 }
 

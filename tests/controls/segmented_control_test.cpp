@@ -105,6 +105,14 @@ TEST_F(SegmentedControlTest, IsAGroupOfRadioButtonsToAssistiveTools) {
   }
 }
 
+TEST_F(SegmentedControlTest, IsChosenFromByAssistiveTools) {
+  spy = std::make_unique<QSignalSpy>(control, &SegmentedControl::chosen);
+  QAccessibleInterface* const item = QAccessible::queryAccessibleInterface(control->segment(1));
+  item->actionInterface()->doAction(item->actionInterface()->actionNames().first());
+  EXPECT_EQ(control->selected(), 1);
+  EXPECT_EQ(chosen(), QList<int>{1});
+}
+
 TEST_F(SegmentedControlTest, ShowsItsToolTipOnEachSegment) {
   control->setToolTip(QStringLiteral("How large"));
   control->setSegmentEnabled(0, false);

@@ -129,7 +129,7 @@ TEST_F(CropExportFooterTest, OpensAndClosesHelp) {
   QTest::mouseClick(help, Qt::LeftButton);
   ASSERT_NE(footer()->helpPopover(), nullptr);
   EXPECT_TRUE(footer()->helpPopover()->isVisible());
-  EXPECT_EQ(textsIn(footer()->helpPopover()), QStringList{ExportFooterText::help()});
+  EXPECT_EQ(textsIn(footer()->helpPopover()).join(u'\n'), ExportFooterText::help());
   QTest::mouseClick(help, Qt::LeftButton);
   EXPECT_TRUE(QTest::qWaitFor([this] { return !footer()->helpPopover(); }));
   QTest::keyClick(help, Qt::Key_Space);
