@@ -1,5 +1,6 @@
 #include "editor/quiet_style.h"
 
+#include <QAbstractSpinBox>
 #include <QPainter>
 #include <QStyleOption>
 #include <QToolButton>
@@ -29,6 +30,11 @@ constexpr int kPressDarker = 112;
 constexpr int kColoredSaturation = 128;
 constexpr float kToolHover = 0.08F;
 constexpr float kToolPress = 0.14F;
+
+/// The field of a spin box has the frame and the room of the box.
+bool isInSpinBox(const QWidget* widget) {
+  return widget && qobject_cast<const QAbstractSpinBox*>(widget->parentWidget());
+}
 
 void drawField(const QStyleOption* option, QPainter* painter) {
   const QPalette& palette = option->palette;
@@ -107,6 +113,7 @@ void QuietStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
   switch (element) {
     case PE_PanelLineEdit:
     case PE_FrameLineEdit:
+      if (isInSpinBox(widget)) return;
       if (widget && !widget->isEnabled()) painter->setOpacity(kDisabledOpacity);
       if (element == PE_PanelLineEdit) drawField(option, painter);
       painter->setOpacity(1);
@@ -178,7 +185,9 @@ QSize QuietStyle::sizeFromContents(ContentsType type, const QStyleOption* option
 
 QRect QuietStyle::subElementRect(SubElement element, const QStyleOption* option,
                                  const QWidget* widget) const {
-  if (element != SE_LineEditContents) return QProxyStyle::subElementRect(element, option, widget);
+  if (element != SE_LineEditContents || isInSpinBox(widget)) {
+    return QProxyStyle::subElementRect(element, option, widget);
+  }
   return option->rect.adjusted(kFieldPadding, 1, -kFieldPadding, -1);
 }
 
