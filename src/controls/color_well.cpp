@@ -33,7 +33,8 @@ QSize ColorWell::sizeHint() const {
 }
 
 void ColorWell::setColor(const QColor& color) {
-  m_color = color.rgb();
+  m_color = color;
+  m_color.setAlpha(255);
   setAccessibleDescription(m_color.name().toUpper());
   update();
 }

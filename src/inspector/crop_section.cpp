@@ -129,12 +129,19 @@ void CropSection::setMargin(CropMargins::Edge edge, int64_t margin) {
   CropMargins crop = m_history.crop();
   crop.set(edge, margin, m_sourceSize, m_history.pixelStep());
   m_history.setCrop(crop);
-  marginField(edge)->setValue(crop[edge]);
+  showCrop();
 }
 
 void CropSection::setDimension(bool horizontal, int64_t length) {
   m_history.resizeCrop(horizontal ? length : outputWidth(), horizontal ? outputHeight() : length,
                        m_sourceSize);
+  showCrop();
+}
+
+// At once after an edit from here: the next key may lead into a field, which then keeps its text.
+void CropSection::showCrop() {
+  for (const CropMargins::Edge edge : CropMargins::kEdges)
+    marginField(edge)->setValue(m_history.crop()[edge]);
   m_width->setValue(outputWidth());
   m_height->setValue(outputHeight());
 }
@@ -161,12 +168,9 @@ void CropSection::setSource(const InspectorSource& source) {
                                       : PanelNumbers::kNoSize);
   for (SelectingNumberField* field : findChildren<SelectingNumberField*>())
     field->setShowsPlaceholder(!source.loaded);
-  for (const CropMargins::Edge edge : CropMargins::kEdges)
-    marginField(edge)->setValue(m_history.crop()[edge]);
   m_width->setMaximum(static_cast<int64_t>(m_sourceSize.width()));
-  m_width->setValue(outputWidth());
   m_height->setMaximum(static_cast<int64_t>(m_sourceSize.height()));
-  m_height->setValue(outputHeight());
+  showCrop();
 }
 
 }  // namespace vantrel

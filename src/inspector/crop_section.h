@@ -48,6 +48,7 @@ class CropSection final : public CropInspectorSection {
   void setMargin(CropMargins::Edge edge, int64_t margin);
   void setDimension(bool horizontal, int64_t length);
   void resetCrop();
+  void showCrop();
   [[nodiscard]] int64_t outputWidth() const;
   [[nodiscard]] int64_t outputHeight() const;
 

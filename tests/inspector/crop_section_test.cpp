@@ -181,5 +181,22 @@ TEST_F(CropSectionTest, NamesItsControls) {
     EXPECT_NE(stepperOf(QString::fromLatin1(title)), nullptr) << title;
 }
 
+// The window shows an edit a little later, and keys can be faster.
+TEST_F(CropSectionTest, ShowsItsOwnEditsAtOnce) {
+  openImage();
+  show();
+  history.disconnect(&view);
+  QTest::mouseClick(field(Edge::left), Qt::LeftButton);
+  QTest::keyClicks(field(Edge::left), QStringLiteral("123"));
+  QTest::keyClick(field(Edge::left), Qt::Key_Tab);
+  ASSERT_TRUE(section()->widthField()->isEditing());
+  EXPECT_EQ(section()->widthField()->text(), QStringLiteral("517"));
+  QTest::keyClicks(section()->widthField(), QStringLiteral("417"));
+  QTest::keyClick(section()->widthField(), Qt::Key_Tab);
+  QTest::keyClick(section()->heightField(), Qt::Key_Tab);
+  ASSERT_TRUE(field(Edge::right)->isEditing());
+  EXPECT_EQ(field(Edge::right)->text(), QStringLiteral("50"));
+}
+
 }  // namespace
 }  // namespace vantrel
