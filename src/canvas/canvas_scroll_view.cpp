@@ -7,10 +7,10 @@
 #include <algorithm>
 
 #include "canvas/canvas_input.h"
-#include "canvas/canvas_scroll_bar.h"
 #include "canvas/crop_canvas_fields.h"
 #include "canvas/crop_overlay_view.h"
 #include "canvas/video_canvas_view.h"
+#include "controls/floating_scroll_bar.h"
 #include "controls/motion.h"
 #include "model/edit_history.h"
 
@@ -54,8 +54,8 @@ CanvasScrollView::CanvasScrollView(EditHistory& history, QWidget* parent)
   viewport()->setMouseTracking(true);
   m_overlay = new CropOverlayView(history, *this);
   m_overlay->setVisible(viewport() == m_canvas);
-  m_horizontalBar = new CanvasScrollBar(Qt::Horizontal, viewport());
-  m_verticalBar = new CanvasScrollBar(Qt::Vertical, viewport());
+  m_horizontalBar = new FloatingScrollBar(Qt::Horizontal, viewport());
+  m_verticalBar = new FloatingScrollBar(Qt::Vertical, viewport());
   m_clock.start();
   m_moveTimer.setTimerType(Qt::PreciseTimer);
   m_moveTimer.setInterval(kMoveTickMilliseconds);
@@ -275,7 +275,7 @@ void CanvasScrollView::resizeEvent(QResizeEvent* /*event*/) {
 }
 
 void CanvasScrollView::placeBars() {
-  const int thickness = CanvasScrollBar::kThickness;
+  const int thickness = FloatingScrollBar::kThickness;
   const int right = std::max(0, viewport()->width() - thickness);
   const int bottom = std::max(0, viewport()->height() - thickness);
   m_horizontalBar->setGeometry(0, bottom, right, thickness);

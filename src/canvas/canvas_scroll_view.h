@@ -11,7 +11,7 @@
 
 namespace vantrel {
 
-class CanvasScrollBar;
+class FloatingScrollBar;
 class CropOverlayView;
 class EditHistory;
 class VideoCanvasView;
@@ -29,7 +29,7 @@ class CanvasScrollView final : public QAbstractScrollArea {
 
   [[nodiscard]] VideoCanvasView* canvas() const { return m_canvas; }
   [[nodiscard]] CropOverlayView* overlay() const { return m_overlay; }
-  [[nodiscard]] CanvasScrollBar* floatingBar(Qt::Orientation orientation) const {
+  [[nodiscard]] FloatingScrollBar* floatingBar(Qt::Orientation orientation) const {
     return orientation == Qt::Horizontal ? m_horizontalBar : m_verticalBar;
   }
   [[nodiscard]] const CanvasCamera& camera() const { return m_camera; }
@@ -86,8 +86,8 @@ class CanvasScrollView final : public QAbstractScrollArea {
   /// In no window, and drawing nothing, where it is not supported: the toolkit fails there.
   VideoCanvasView* m_canvas;
   CropOverlayView* m_overlay;
-  CanvasScrollBar* m_horizontalBar;
-  CanvasScrollBar* m_verticalBar;
+  FloatingScrollBar* m_horizontalBar;
+  FloatingScrollBar* m_verticalBar;
   QElapsedTimer m_clock;
   QTimer m_moveTimer;
   QTimer m_scrollRestTimer;

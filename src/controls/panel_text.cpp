@@ -4,6 +4,8 @@
 #include <QPainter>
 #include <QStyle>
 
+#include "controls/tabular_digits.h"
+
 namespace vantrel::PanelText {
 namespace {
 
@@ -25,8 +27,13 @@ QLabel* styled(QLabel* label, int size, QFont::Weight weight) {
   QFont font = label->font();
   font.setPixelSize(size);
   font.setWeight(weight);
-  label->setFont(font);
+  label->setFont(withTabularDigits(font));
   label->setTextFormat(Qt::PlainText);
+  return label;
+}
+
+QLabel* secondary(QLabel* label) {
+  label->setForegroundRole(QPalette::PlaceholderText);
   return label;
 }
 
@@ -41,14 +48,25 @@ QLabel* body(const QString& text, QWidget* parent) {
 }
 
 QLabel* caption(const QString& text, QWidget* parent) {
-  QLabel* caption = styled(new QLabel(text, parent), kCaptionSize, QFont::Normal);
-  caption->setForegroundRole(QPalette::PlaceholderText);
+  return secondary(styled(new QLabel(text, parent), kCaptionSize, QFont::Normal));
+}
+
+QLabel* shortCaption(QWidget* parent) {
+  QLabel* caption = secondary(styled(new ElidedLabel(parent), kCaptionSize, QFont::Normal));
+  caption->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
   return caption;
 }
 
+QLabel* callout(const QString& text, QWidget* parent) {
+  return styled(new QLabel(text, parent), kCalloutSize, QFont::Normal);
+}
+
+QLabel* figure(QWidget* parent) {
+  return styled(new QLabel(parent), kTextSize, QFont::Normal);
+}
+
 QLabel* value(QWidget* parent) {
-  QLabel* value = styled(new ElidedLabel(parent), kTextSize, QFont::Normal);
-  value->setForegroundRole(QPalette::PlaceholderText);
+  QLabel* value = secondary(styled(new ElidedLabel(parent), kTextSize, QFont::Normal));
   value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   value->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
   return value;

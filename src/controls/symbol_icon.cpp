@@ -39,14 +39,21 @@ class SvgIconEngine final : public QIconEngine {
   QColor m_color, m_disabled;
 };
 
+QIcon icon(const QString& name, const QPalette& palette, QPalette::ColorRole role) {
+  QFile file(QStringLiteral(":/vantrel/icons/") + name + QStringLiteral(".svg"));
+  if (!file.open(QIODevice::ReadOnly)) return {};
+  return QIcon(new SvgIconEngine(file.readAll(), palette.color(QPalette::Active, role),
+                                 palette.color(QPalette::Disabled, role)));
+}
+
 }  // namespace
 
 QIcon symbolIcon(const QString& name, const QPalette& palette) {
-  QFile file(QStringLiteral(":/vantrel/icons/") + name + QStringLiteral(".svg"));
-  if (!file.open(QIODevice::ReadOnly)) return {};
-  return QIcon(new SvgIconEngine(file.readAll(),
-                                 palette.color(QPalette::Active, QPalette::WindowText),
-                                 palette.color(QPalette::Disabled, QPalette::WindowText)));
+  return icon(name, palette, QPalette::WindowText);
+}
+
+QIcon secondaryIcon(const QString& name, const QPalette& palette) {
+  return icon(name, palette, QPalette::PlaceholderText);
 }
 
 }  // namespace vantrel

@@ -25,7 +25,11 @@ InspectorSource inspectorSource(const EditorState& state) {
   InspectorSource source;
   if (state.loaded()) {
     source.imageSource = state.file()->imageSource;
+    source.sourceMbps = state.file()->sourceMbps;
+    source.sourceFPS = state.file()->sourceFPS;
     source.sourceBytes = state.file()->sourceBytes;
+    source.sourceIsHDR = state.file()->sourceIsHDR;
+    source.duration = state.file()->duration;
   }
   source.sourceSize = state.sourceSize();
   source.loaded = state.loaded();
@@ -124,6 +128,7 @@ void EditorView::buildLayout() {
   connect(emptyView(), &EmptyCanvasView::openRequested, this, &EditorView::openMedia);
   connect(emptyView(), &EmptyCanvasView::sampleRequested, &m_loader,
           [this] { m_loader.loadSample(); });
+  connect(m_inspector, &InspectorView::canvasColorChanged, &m_state, &EditorState::setCanvasColor);
   connect(m_inspector, &InspectorView::exportRequested, &m_exports, &ExportSession::exportMedia);
   connect(m_inspector, &InspectorView::cancelRequested, &m_exports, &ExportSession::cancel);
 }
@@ -160,7 +165,9 @@ void EditorView::updateChildren() {
   m_workspace->setPlayer(m_state.player(), m_state.loaded() ? m_state.file()->duration : 0);
   updateCanvas();
   updateEmptyView();
-  m_inspector->setSource(inspectorSource(m_state));
+  InspectorSource source = inspectorSource(m_state);
+  source.canvasColor = canvasColor();
+  m_inspector->setSource(source);
   m_inspector->setVisible(m_state.loaded() && m_state.showInspector());
   m_dropHighlight->setVisible(m_state.dropTargeted());
   m_dropHighlight->raise();

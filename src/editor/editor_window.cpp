@@ -12,6 +12,7 @@
 #include <functional>
 #include <utility>
 
+#include "controls/text_editing.h"
 #include "controls/window_title.h"
 #include "editor/crop_menu_bar.h"
 #include "editor/editor_ending.h"

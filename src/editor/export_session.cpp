@@ -5,7 +5,7 @@
 
 #include "base/cancelled.h"
 #include "base/failure.h"
-#include "editor/text_editing.h"
+#include "controls/text_editing.h"
 #include "export/export_temporary_storage.h"
 
 namespace vantrel {

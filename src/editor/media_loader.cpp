@@ -10,8 +10,8 @@
 
 #include "base/cancelled.h"
 #include "base/failure.h"
+#include "controls/text_editing.h"
 #include "editor/portal_transfer.h"
-#include "editor/text_editing.h"
 #include "export/video_geometry.h"
 #include "platform/desktop/bundled_file.h"
 #include "platform/desktop/file_error.h"

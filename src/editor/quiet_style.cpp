@@ -1,13 +1,12 @@
 #include "editor/quiet_style.h"
 
+#include <QAbstractSpinBox>
 #include <QPainter>
 #include <QStyleOption>
 #include <QToolButton>
 #include <QWidget>
-#include <algorithm>
-#include <cmath>
 
-#include "controls/device_pixels.h"
+#include "controls/plate.h"
 #include "editor/quiet_menu.h"
 #include "editor/quiet_slider.h"
 #include "editor/quiet_tab.h"
@@ -34,19 +33,9 @@ constexpr int kColoredSaturation = 128;
 constexpr float kToolHover = 0.08F;
 constexpr float kToolPress = 0.14F;
 
-/// Sizes in points; it lies on whole device pixels.
-void drawPlate(QPainter* painter, const QRect& rect, double radius, const QColor& fill,
-               const QColor& border, double width) {
-  painter->save();
-  painter->setRenderHint(QPainter::Antialiasing);
-  const double scale = painter->deviceTransform().m11();
-  const double line = width > 0 ? std::max(1.0, std::round(width * scale - 0.25)) : 0;
-  const QRectF plate = toDevicePixels(*painter, rect);
-  painter->setPen(line > 0 ? QPen(border, line) : QPen(Qt::NoPen));
-  painter->setBrush(fill);
-  const double inset = line / 2, corner = radius * scale - inset;
-  painter->drawRoundedRect(plate.adjusted(inset, inset, -inset, -inset), corner, corner);
-  painter->restore();
+/// The field of a spin box has the frame and the room of the box.
+bool isInSpinBox(const QWidget* widget) {
+  return widget && qobject_cast<const QAbstractSpinBox*>(widget->parentWidget());
 }
 
 void drawField(const QStyleOption* option, QPainter* painter) {
@@ -134,6 +123,7 @@ void QuietStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
   switch (element) {
     case PE_PanelLineEdit:
     case PE_FrameLineEdit:
+      if (isInSpinBox(widget)) return;
       if (widget && !widget->isEnabled()) painter->setOpacity(kDisabledOpacity);
       if (element == PE_PanelLineEdit) drawField(option, painter);
       painter->setOpacity(1);
@@ -239,6 +229,7 @@ QRect QuietStyle::subElementRect(SubElement element, const QStyleOption* option,
                                  const QWidget* widget) const {
   switch (element) {
     case SE_LineEditContents:
+      if (isInSpinBox(widget)) break;
       return option->rect.adjusted(kFieldPadding, 1, -kFieldPadding, -1);
     case SE_TabBarTabText:
       if (const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option)) {

@@ -1,13 +1,17 @@
 #include "inspector/crop_export_footer.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QStackedLayout>
+#include <QToolButton>
 #include <algorithm>
 #include <cmath>
 
 #include "controls/panel_text.h"
+#include "controls/popover.h"
+#include "controls/symbol_icon.h"
 #include "export/crop_export_state.h"
 #include "inspector/export_footer_text.h"
 #include "inspector/export_progress_bar.h"
@@ -25,6 +29,12 @@ constexpr int kSpacing = 8;
 constexpr int kActionHeight = 34;
 constexpr int kStatusHeight = 24;
 constexpr int kProgressSpacing = 3;
+constexpr int kLeastTextSpacing = 4;
+constexpr int kCancelPadding = 12;
+constexpr int kHelpLineSpacing = 5;
+constexpr int kHelpIcon = 16, kHelpOverhang = 4;
+
+const QString kHelpSymbol = QStringLiteral("circle-help");
 
 constexpr int kBarSteps = 1000;
 
@@ -35,11 +45,14 @@ CropExportFooter::CropExportFooter(const CropExportState& state, const QColor& a
     : QWidget(parent), m_state(state), m_accent(accent) {
   setFixedHeight(kHeight);
   auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(kHorizontalPadding, kVerticalPadding, kHorizontalPadding,
-                             kVerticalPadding);
+  layout->setContentsMargins(kHorizontalPadding, kVerticalPadding,
+                             kHorizontalPadding - kHelpOverhang, kVerticalPadding);
   layout->setSpacing(kSpacing);
-  layout->addWidget(makeActionRow());
-  layout->addWidget(makeStatusRow());
+  auto* action = new QHBoxLayout;
+  action->setContentsMargins(0, 0, kHelpOverhang, 0);
+  action->addWidget(makeActionRow());
+  layout->addLayout(action);
+  layout->addLayout(makeStatusRow());
   connect(&state, &CropExportState::changed, this, &CropExportFooter::showState);
   showState();
 }
@@ -67,11 +80,13 @@ QWidget* CropExportFooter::makeActionRow() {
 QWidget* CropExportFooter::makeProgress() {
   auto* progress = new QWidget(this);
   m_phase = PanelText::caption({}, progress);
+  m_phase->setForegroundRole(QPalette::WindowText);
   m_bytes = PanelText::caption({}, progress);
   m_bar = new ExportProgressBar(m_accent, progress);
   m_bar->setAccessibleName(tr("Export progress"));
 
   auto* text = new QHBoxLayout;
+  text->setSpacing(kLeastTextSpacing);
   text->addWidget(m_phase, 1);
   text->addWidget(m_bytes);
   auto* layout = new QVBoxLayout(progress);
@@ -84,26 +99,67 @@ QWidget* CropExportFooter::makeProgress() {
   return progress;
 }
 
-QWidget* CropExportFooter::makeStatusRow() {
-  auto* row = new QWidget(this);
-  row->setFixedHeight(kStatusHeight);
-  m_status = PanelText::caption({}, row);
-  m_status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  m_cancel = new QPushButton(tr("Cancel"), row);
+QHBoxLayout* CropExportFooter::makeStatusRow() {
+  m_status = PanelText::shortCaption(this);
+  makeCancel();
+  makeHelp();
+  m_statusRow = new QHBoxLayout;
+  m_statusRow->setSpacing(kSpacing);
+  m_statusRow->addWidget(m_status, 1);
+  m_statusRow->addWidget(m_cancel);
+  m_statusRow->addWidget(m_help);
+  return m_statusRow;
+}
+
+void CropExportFooter::makeCancel() {
+  m_cancel = new QPushButton(tr("Cancel"), this);
   m_cancel->setToolTip(tr("Cancel export"));
   m_cancel->setFixedHeight(kStatusHeight);
   m_cancel->setAutoDefault(false);
   QFont font = m_cancel->font();
   font.setPixelSize(PanelText::kCaptionSize);
   m_cancel->setFont(font);
+  m_cancel->setFixedWidth(m_cancel->fontMetrics().horizontalAdvance(m_cancel->text()) +
+                          2 * kCancelPadding);
   connect(m_cancel, &QPushButton::clicked, this, &CropExportFooter::cancelRequested);
+}
 
-  auto* layout = new QHBoxLayout(row);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(kSpacing);
-  layout->addWidget(m_status, 1);
-  layout->addWidget(m_cancel);
-  return row;
+void CropExportFooter::makeHelp() {
+  m_help = new QToolButton(this);
+  m_help->setAccessibleName(tr("Canvas Help"));
+  m_help->setAccessibleDescription(ExportFooterText::help());
+  m_help->setToolTip(tr("Canvas shortcuts"));
+  m_help->setAutoRaise(true);
+  m_help->setFixedSize(kStatusHeight, kStatusHeight);
+  m_help->setIconSize({kHelpIcon, kHelpIcon});
+  m_help->setIcon(secondaryIcon(kHelpSymbol, palette()));
+  connect(m_help, &QToolButton::clicked, this, &CropExportFooter::toggleHelp);
+}
+
+Popover* CropExportFooter::helpPopover() const {
+  return m_helpPopover;
+}
+
+void CropExportFooter::toggleHelp() {
+  if (m_helpPopover) {
+    m_helpPopover->dismiss();
+    return;
+  }
+  auto* lines = new QWidget;
+  auto* layout = new QVBoxLayout(lines);
+  layout->setContentsMargins({});
+  layout->setSpacing(kHelpLineSpacing);
+  for (const QString& line : ExportFooterText::help().split(u'\n'))
+    layout->addWidget(PanelText::callout(line, lines));
+  m_helpPopover = new Popover(*m_help, lines);
+  m_helpPopover->setAccessibleName(m_help->accessibleName());
+}
+
+void CropExportFooter::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() != QEvent::PaletteChange) return;
+  m_help->setIcon(secondaryIcon(kHelpSymbol, palette()));
+  showButton();
 }
 
 void CropExportFooter::setOutput(const Output& output) {
@@ -117,11 +173,15 @@ void CropExportFooter::showState() {
   static_cast<QStackedLayout*>(m_export->parentWidget()->layout())
       ->setCurrentWidget(running ? m_progress : m_export);
   m_cancel->setVisible(running);
+  m_help->setVisible(!running);
+  // The frame of the help's icon reaches beyond the edge of the rest.
+  m_statusRow->setContentsMargins(0, 0, running ? kHelpOverhang : 0, 0);
   m_status->setText(ExportFooterText::status(m_state.message(), m_output.loaded, m_output.width,
                                              m_output.height, m_output.encodingName));
-  if (!running) return;
+  if (running) showProgress(*m_state.progress());
+}
 
-  const double progress = *m_state.progress();
+void CropExportFooter::showProgress(double progress) {
   m_phase->setText(ExportFooterText::phase(progress, m_state.indeterminate()));
   m_bytes->setText(CropFormatting::byteCount(m_state.bytes()));
   m_bar->setRange(0, m_state.indeterminate() ? 0 : kBarSteps);

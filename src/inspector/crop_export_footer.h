@@ -1,18 +1,23 @@
 #pragma once
 
 #include <QColor>
+#include <QPointer>
 #include <QWidget>
 
+class QHBoxLayout;
 class QLabel;
 class QPushButton;
+class QToolButton;
 
 namespace vantrel {
 
 class CropExportState;
 class ExportProgressBar;
+class Popover;
 
 /// The strip at the bottom of the inspector: one big button that starts the export and makes room
-/// for its progress, and a line below that says what comes out, or what came of it.
+/// for its progress, and a line below that says what comes out, or what came of it, with a button
+/// for help.
 class CropExportFooter final : public QWidget {
   Q_OBJECT
 
@@ -32,7 +37,13 @@ class CropExportFooter final : public QWidget {
 
   [[nodiscard]] QPushButton* exportButton() const { return m_export; }
   [[nodiscard]] QPushButton* cancelButton() const { return m_cancel; }
+  [[nodiscard]] QToolButton* helpButton() const { return m_help; }
+  /// While the help is open; null otherwise.
+  [[nodiscard]] Popover* helpPopover() const;
   [[nodiscard]] QLabel* statusLabel() const { return m_status; }
+  [[nodiscard]] QLabel* phaseLabel() const { return m_phase; }
+  [[nodiscard]] QLabel* bytesLabel() const { return m_bytes; }
+  [[nodiscard]] ExportProgressBar* progressBar() const { return m_bar; }
 
   void setOutput(const Output& output);
 
@@ -40,11 +51,18 @@ class CropExportFooter final : public QWidget {
   void exportRequested();
   void cancelRequested();
 
+ protected:
+  void changeEvent(QEvent* event) override;
+
  private:
   [[nodiscard]] QWidget* makeActionRow();
   [[nodiscard]] QWidget* makeProgress();
-  [[nodiscard]] QWidget* makeStatusRow();
+  [[nodiscard]] QHBoxLayout* makeStatusRow();
+  void makeCancel();
+  void makeHelp();
+  void toggleHelp();
   void showState();
+  void showProgress(double progress);
   void showButton();
 
   const CropExportState& m_state;
@@ -55,8 +73,11 @@ class CropExportFooter final : public QWidget {
   QLabel* m_phase = nullptr;
   QLabel* m_bytes = nullptr;
   ExportProgressBar* m_bar = nullptr;
+  QHBoxLayout* m_statusRow = nullptr;
   QLabel* m_status = nullptr;
   QPushButton* m_cancel = nullptr;
+  QToolButton* m_help = nullptr;
+  QPointer<Popover> m_helpPopover;
 };
 
 }  // namespace vantrel

@@ -3,23 +3,29 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QPainter>
-#include <algorithm>
 
 #include "controls/crop_dimension_field.h"
 #include "controls/crop_number_field.h"
+#include "controls/crop_reset_button.h"
 #include "controls/panel_text.h"
+#include "controls/pixel_stepper.h"
+#include "controls/plate.h"
+#include "inspector/panel_numbers.h"
 #include "model/edit_history.h"
 
 namespace vantrel {
 namespace {
 
 // Points.
-constexpr int kSpacing = 8;
 constexpr int kTitleSpacing = 4;
 constexpr int kGroupSpacing = 3;
+constexpr int kStepperSpacing = 4;
 constexpr int kFieldHeight = 22;
 constexpr int kCenterWidth = 132;
 constexpr double kBoxRadius = 8;
+
+constexpr float kBoxFill = 0.035F;
+constexpr double kDisabledOpacity = 0.45;
 
 /// The frame around the output's dimensions.
 class DimensionBox final : public QWidget {
@@ -29,41 +35,30 @@ class DimensionBox final : public QWidget {
  protected:
   void paintEvent(QPaintEvent* /*event*/) override {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QColor fill = palette().color(QPalette::WindowText);
-    fill.setAlphaF(0.035F);
-    painter.setBrush(fill);
-    painter.setPen(palette().color(QPalette::Mid));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kBoxRadius, kBoxRadius);
+    if (!isEnabled()) painter.setOpacity(kDisabledOpacity);
+    QColor fill = palette().color(QPalette::Active, QPalette::WindowText);
+    fill.setAlphaF(kBoxFill);
+    drawPlate(&painter, rect(), kBoxRadius, fill, palette().color(QPalette::Active, QPalette::Mid),
+              1);
   }
 };
-
-/// A caption over a field.
-QWidget* titled(const QString& title, QWidget* field, int spacing, QWidget* parent) {
-  auto* group = new QWidget(parent);
-  auto* layout = new QVBoxLayout(group);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(spacing);
-  layout->addWidget(PanelText::caption(title, group));
-  layout->addWidget(field);
-  return group;
-}
 
 }  // namespace
 
 CropSection::CropSection(EditHistory& history, QWidget* parent)
-    : QWidget(parent), m_history(history) {
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(kSpacing);
+    : CropInspectorSection(tr("Crop"), parent),
+      m_history(history),
+      m_outputSize(PanelText::caption({}, this)),
+      m_reset(new CropResetButton(tr("Reset Crop"), this)) {
+  header()->addWidget(m_outputSize);
+  header()->addWidget(m_reset);
+  rows()->addLayout(makeCross());
+  connect(m_reset, &QToolButton::clicked, this, &CropSection::resetCrop);
+}
 
-  auto* header = new QHBoxLayout;
-  m_outputSize = PanelText::caption({}, this);
-  header->addWidget(PanelText::title(tr("Crop"), this), 1);
-  header->addWidget(m_outputSize);
-  layout->addLayout(header);
-
+QLayout* CropSection::makeCross() {
   auto* cross = new QGridLayout;
+  cross->setContentsMargins(0, 0, CropResetButton::kOverhang, 0);
   cross->setSpacing(kSpacing);
   cross->setColumnStretch(0, 1);
   cross->setColumnStretch(2, 1);
@@ -72,7 +67,7 @@ CropSection::CropSection(EditHistory& history, QWidget* parent)
   cross->addWidget(makeDimensions(), 1, 1);
   cross->addWidget(makeMargin(CropMargins::Edge::right, tr("Right")), 1, 2, Qt::AlignVCenter);
   cross->addWidget(makeMargin(CropMargins::Edge::bottom, tr("Bottom")), 2, 1);
-  layout->addLayout(cross);
+  return cross;
 }
 
 CropNumberField* CropSection::marginField(CropMargins::Edge edge) const {
@@ -81,14 +76,10 @@ CropNumberField* CropSection::marginField(CropMargins::Edge edge) const {
 
 QWidget* CropSection::makeMargin(CropMargins::Edge edge, const QString& title) {
   auto* field = new CropNumberField(m_history, title, this);
-  field->setFixedHeight(kFieldHeight);
-  field->setAcceptDrops(false);  // A file dropped here is for the window.
-  field->setMinimumWidth(0);
-  field->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-  connect(field, &SelectingNumberField::valueEdited, this,
-          [this, edge](int64_t margin) { setMargin(edge, margin); });
   m_margins.at(static_cast<size_t>(edge)) = field;
-  return titled(title, field, kTitleSpacing, this);
+  return titled(
+      title, kTitleSpacing, field, [this, edge] { return m_history.crop()[edge]; },
+      [this, edge](int64_t margin) { setMargin(edge, margin); });
 }
 
 QWidget* CropSection::makeDimensions() {
@@ -97,34 +88,66 @@ QWidget* CropSection::makeDimensions() {
   auto* layout = new QVBoxLayout(box);
   layout->setContentsMargins(kSpacing, kSpacing, kSpacing, kSpacing);
   layout->setSpacing(kSpacing);
-  m_width = makeDimension(true, tr("Width"));
-  m_height = makeDimension(false, tr("Height"));
-  layout->addWidget(titled(tr("Width"), m_width, kGroupSpacing, box));
-  layout->addWidget(titled(tr("Height"), m_height, kGroupSpacing, box));
+  layout->addWidget(makeDimension(true, tr("Width")));
+  layout->addWidget(makeDimension(false, tr("Height")));
   return box;
 }
 
-CropDimensionField* CropSection::makeDimension(bool horizontal, const QString& title) {
+QWidget* CropSection::makeDimension(bool horizontal, const QString& title) {
   auto* field = new CropDimensionField(m_history, title, this);
+  (horizontal ? m_width : m_height) = field;
+  return titled(
+      title, kGroupSpacing, field,
+      [this, horizontal] { return horizontal ? outputWidth() : outputHeight(); },
+      [this, horizontal](int64_t length) { setDimension(horizontal, length); });
+}
+
+QWidget* CropSection::titled(const QString& title, int spacing, SelectingNumberField* field,
+                             const Reader& read, const Writer& write) {
+  auto* group = new QWidget(this);
+  auto* layout = new QGridLayout(group);
+  layout->setContentsMargins({});
+  layout->setHorizontalSpacing(kStepperSpacing);
+  layout->setVerticalSpacing(spacing);
+  auto* stepper = new PixelStepper(title, group);
+  layout->addWidget(PanelText::caption(title, group), 0, 0, 1, 2);
+  layout->addWidget(field, 1, 0);
+  layout->addWidget(stepper, 1, 1);
+
   field->setFixedHeight(kFieldHeight);
   field->setAcceptDrops(false);  // A file dropped here is for the window.
-  connect(field, &SelectingNumberField::valueEdited, this,
-          [this, horizontal](int64_t length) { setDimension(horizontal, length); });
-  return field;
+  field->setMinimumWidth(0);
+  field->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  connect(field, &SelectingNumberField::valueEdited, this, write);
+  connect(stepper, &PixelStepper::stepped, this, [this, read, write](int direction) {
+    write(read() + direction * m_history.pixelStep());
+  });
+  return group;
 }
 
 void CropSection::setMargin(CropMargins::Edge edge, int64_t margin) {
   CropMargins crop = m_history.crop();
   crop.set(edge, margin, m_sourceSize, m_history.pixelStep());
   m_history.setCrop(crop);
-  marginField(edge)->setValue(crop[edge]);
+  showCrop();
 }
 
 void CropSection::setDimension(bool horizontal, int64_t length) {
   m_history.resizeCrop(horizontal ? length : outputWidth(), horizontal ? outputHeight() : length,
                        m_sourceSize);
+  showCrop();
+}
+
+// At once after an edit from here: the next key may lead into a field, which then keeps its text.
+void CropSection::showCrop() {
+  for (const CropMargins::Edge edge : CropMargins::kEdges)
+    marginField(edge)->setValue(m_history.crop()[edge]);
   m_width->setValue(outputWidth());
   m_height->setValue(outputHeight());
+}
+
+void CropSection::resetCrop() {
+  m_history.setCrop(CropMargins::fullImage(m_sourceSize, m_history.pixelStep()));
 }
 
 int64_t CropSection::outputWidth() const {
@@ -142,18 +165,12 @@ void CropSection::setSource(const InspectorSource& source) {
   setEnabled(source.loaded && !source.busy);
   m_outputSize->setText(source.loaded ? PanelText::pixelSize(outputWidth(), outputHeight()) +
                                             QStringLiteral(" px")
-                                      : QStringLiteral("— × —"));
-  for (const CropMargins::Edge edge : CropMargins::kEdges) {
-    marginField(edge)->setShowsPlaceholder(!source.loaded);
-    marginField(edge)->setValue(m_history.crop()[edge]);
-  }
-  for (CropDimensionField* field : {m_width, m_height}) {
-    const bool horizontal = field == m_width;
+                                      : PanelNumbers::kNoSize);
+  for (SelectingNumberField* field : findChildren<SelectingNumberField*>())
     field->setShowsPlaceholder(!source.loaded);
-    field->setMaximum(
-        static_cast<int64_t>(horizontal ? m_sourceSize.width() : m_sourceSize.height()));
-    field->setValue(horizontal ? outputWidth() : outputHeight());
-  }
+  m_width->setMaximum(static_cast<int64_t>(m_sourceSize.width()));
+  m_height->setMaximum(static_cast<int64_t>(m_sourceSize.height()));
+  showCrop();
 }
 
 }  // namespace vantrel

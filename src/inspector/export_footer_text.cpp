@@ -1,9 +1,11 @@
 #include "inspector/export_footer_text.h"
 
 #include <QCoreApplication>
+#include <QStringList>
 #include <cmath>
 
 #include "controls/panel_text.h"
+#include "platform/desktop/key_names.h"
 
 namespace vantrel::ExportFooterText {
 namespace {
@@ -28,6 +30,14 @@ QString status(std::optional<CropExportState::Message> message, bool loaded, int
   if (message) return CropExportState::text(*message);
   if (!loaded) return tr("Ready");
   return PanelText::pixelSize(outputWidth, outputHeight) + QStringLiteral(" px · ") + encodingName;
+}
+
+QString help() {
+  QString zoom = tr("Zoom: CMD-Scroll.");
+  zoom.replace(QLatin1String("CMD"), commandKeyName());
+  return QStringList{tr("Pan: middle or right mouse buttons."), zoom, tr("Fit: double-click."),
+                     tr("Keep crop ratio: Shift-drag a corner.")}
+      .join(u'\n');
 }
 
 }  // namespace vantrel::ExportFooterText

@@ -17,4 +17,7 @@ namespace vantrel::ExportFooterText {
                              int64_t outputWidth, int64_t outputHeight,
                              const QString& encodingName);
 
+/// How the canvas is used, in four lines.
+[[nodiscard]] QString help();
+
 }  // namespace vantrel::ExportFooterText

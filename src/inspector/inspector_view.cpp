@@ -1,12 +1,15 @@
 #include "inspector/inspector_view.h"
 
-#include <QFrame>
 #include <QPainter>
-#include <QScrollArea>
 #include <QVBoxLayout>
 
+#include "controls/crop_reset_button.h"
+#include "inspector/crop_canvas_section.h"
+#include "inspector/crop_encoding_section.h"
 #include "inspector/crop_export_footer.h"
 #include "inspector/crop_section.h"
+#include "inspector/image_encoding_section.h"
+#include "inspector/inspector_scroll_area.h"
 #include "inspector/original_section.h"
 #include "model/edit_history.h"
 
@@ -44,13 +47,8 @@ InspectorView::InspectorView(EditHistory& history, const CropExportState& export
     : QWidget(parent), m_history(history) {
   setFixedWidth(kWidth);
   setAttribute(Qt::WA_OpaquePaintEvent);
-  auto* scroll = new QScrollArea(this);
-  scroll->setFrameShape(QFrame::NoFrame);
-  scroll->setFocusPolicy(Qt::NoFocus);
-  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  scroll->setWidgetResizable(true);
+  auto* scroll = new InspectorScrollArea(this);
   scroll->setWidget(makeSections());
-  scroll->viewport()->setAutoFillBackground(false);
   scroll->widget()->setAutoFillBackground(false);
 
   // After the sections, for the keyboard comes to it after their fields.
@@ -68,20 +66,27 @@ InspectorView::InspectorView(EditHistory& history, const CropExportState& export
 
 QWidget* InspectorView::makeSections() {
   auto* sections = new QWidget(this);
-  m_original = new OriginalSection(sections);
-  m_crop = new CropSection(m_history, sections);
   auto* layout = new QVBoxLayout(sections);
-  layout->setContentsMargins(kPadding, kPadding, kPadding, kPadding);
+  layout->setContentsMargins(kPadding, kPadding, kPadding - CropResetButton::kOverhang, kPadding);
   layout->setSpacing(kSectionSpacing);
-  layout->addWidget(m_original);
-  layout->addWidget(m_crop);
+  layout->addWidget(m_original = new OriginalSection(sections));
+  layout->addWidget(m_crop = new CropSection(m_history, sections));
+  layout->addWidget(m_videoEncoding = new CropEncodingSection(m_history, sections));
+  layout->addWidget(m_imageEncoding = new ImageEncodingSection(m_history, sections));
+  layout->addWidget(m_canvas = new CropCanvasSection(sections));
   layout->addStretch();
+  connect(m_canvas, &CropCanvasSection::colorChanged, this, &InspectorView::canvasColorChanged);
   return sections;
 }
 
 void InspectorView::setSource(const InspectorSource& source) {
   m_original->setSource(source);
   m_crop->setSource(source);
+  m_videoEncoding->setSource(source);
+  m_imageEncoding->setSource(source);
+  m_videoEncoding->setVisible(!source.imageSource);
+  m_imageEncoding->setVisible(source.imageSource.has_value());
+  m_canvas->setColor(source.canvasColor);
   m_footer->setOutput(outputOf(m_history, source));
 }
 

@@ -3,61 +3,45 @@
 #include <QHBoxLayout>
 #include <QLabel>
 
+#include "controls/crop_reset_button.h"
 #include "controls/panel_text.h"
-#include "platform/desktop/formatting.h"
+#include "inspector/source_facts.h"
 
 namespace vantrel {
 namespace {
 
-// Points.
-constexpr int kRowSpacing = 8;
+/// Points.
 constexpr int kTitleSpacing = 16;
-constexpr int kRowHeight = 20;
 
 }  // namespace
 
-OriginalSection::OriginalSection(QWidget* parent) : QWidget(parent) {
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(kRowSpacing);
-  layout->addWidget(PanelText::title(tr("Original"), this));
-  m_format = addRow(tr("Format"));
-  m_resolution = addRow(tr("Resolution"));
-  m_resolution.row->setToolTip(tr("Pixels"));
-  m_size = addRow(tr("Size"));
-  m_colorProfile = addRow(tr("Color profile"));
-}
+OriginalSection::OriginalSection(QWidget* parent) : CropInspectorSection(tr("Original"), parent) {}
 
-OriginalSection::Row OriginalSection::addRow(const QString& title) {
-  auto* row = new QWidget(this);
-  row->setMinimumHeight(kRowHeight);
-  auto* layout = new QHBoxLayout(row);
-  layout->setContentsMargins(0, 0, 0, 0);
+OriginalSection::Row OriginalSection::makeRow() {
+  auto* const row = new QWidget(this);
+  const Row made{row, PanelText::body({}, row), PanelText::value(row)};
+  auto* const layout = new QHBoxLayout(row);
   layout->setSpacing(kTitleSpacing);
-  QLabel* value = PanelText::value(row);
-  layout->addWidget(PanelText::body(title, row));
-  layout->addWidget(value, 1);
-  this->layout()->addWidget(row);
-  return {row, value};
+  made.title->setMinimumHeight(kRowHeight);
+  layout->addWidget(made.title);
+  layout->addWidget(made.value, 1);
+  endRow(layout, made.value);
+  rows()->addWidget(row);
+  return made;
 }
 
 void OriginalSection::setSource(const InspectorSource& source) {
-  if (!source.loaded) return;
-  m_format.row->setVisible(source.imageSource.has_value());
-  m_colorProfile.row->setVisible(source.imageSource && source.imageSource->colorProfileName);
-  if (source.imageSource) setImage(*source.imageSource);
-  m_resolution.value->setText(
-      PanelText::pixelSize(static_cast<int64_t>(source.sourceSize.width()),
-                           static_cast<int64_t>(source.sourceSize.height())));
-  m_size.value->setText(CropFormatting::byteCount(source.sourceBytes));
-}
-
-void OriginalSection::setImage(const ImageSource& image) {
-  m_format.value->setText(image.formatName());
-  m_colorProfile.value->setText(image.colorProfileName.value_or(QString()));
-  // Marked up, so that the name itself, which comes out of the file, is not taken for markup.
-  m_colorProfile.value->setToolTip(
-      QStringLiteral("<p>%1</p>").arg(m_colorProfile.value->text().toHtmlEscaped()));
+  const std::vector<SourceFact> facts = sourceFacts(source);
+  while (m_factRows.size() < facts.size())
+    m_factRows.push_back(makeRow());
+  for (size_t index = 0; index < m_factRows.size(); ++index) {
+    const Row& row = m_factRows[index];
+    const SourceFact fact = index < facts.size() ? facts[index] : SourceFact();
+    row.title->setText(fact.title);
+    row.value->setText(fact.value);
+    row.widget->setToolTip(fact.help);
+    row.widget->setVisible(index < facts.size());
+  }
 }
 
 }  // namespace vantrel

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QWidget>
+#include <vector>
 
+#include "inspector/crop_inspector_section.h"
 #include "inspector/inspector_source.h"
 
 class QLabel;
@@ -9,7 +10,7 @@ class QLabel;
 namespace vantrel {
 
 /// The facts of the open file, one to a row.
-class OriginalSection final : public QWidget {
+class OriginalSection final : public CropInspectorSection {
   Q_OBJECT
 
  public:
@@ -19,13 +20,13 @@ class OriginalSection final : public QWidget {
 
  private:
   struct Row {
-    QWidget* row;
+    QWidget* widget;
+    QLabel* title;
     QLabel* value;
   };
-  Row addRow(const QString& title);
-  void setImage(const ImageSource& image);
+  [[nodiscard]] Row makeRow();
 
-  Row m_format, m_resolution, m_size, m_colorProfile;
+  std::vector<Row> m_factRows;
 };
 
 }  // namespace vantrel

@@ -13,6 +13,10 @@ bool EncodingSettings::isValid() const {
   return megabitsPerSecond >= kLowestMbps && megabitsPerSecond <= kHighestMbps;
 }
 
+double EncodingSettings::originalBitrate(double measured) {
+  return std::isfinite(measured) && measured > 0 ? measured : EncodingSettings().megabitsPerSecond;
+}
+
 BitrateRange EncodingSettings::bitrateRange(double rate) {
   constexpr double kUsualLower = 0.5, kUsualUpper = 40;
   // The constants come first, so that they stand where the rate is not a number.

@@ -27,6 +27,9 @@ struct EncodingSettings {
   /// Whether the bitrate is finite and from 0.01 to 10,000.
   [[nodiscard]] bool isValid() const;
 
+  /// The bitrate that matches a source of this measured one: the default where it is none.
+  [[nodiscard]] static double originalBitrate(double measured);
+
   /// The range of the bitrate slider, widened so that it contains `rate`.
   [[nodiscard]] static BitrateRange bitrateRange(double rate);
 

@@ -7,8 +7,8 @@
 #include <functional>
 #include <random>
 
-#include "canvas/canvas_scroll_bar.h"
 #include "canvas/canvas_window.h"
+#include "controls/floating_scroll_bar.h"
 
 namespace vantrel {
 namespace {
@@ -185,7 +185,7 @@ TEST_F(CanvasInterruptionTest, APanWhoseReleaseIsLostEndsWithTheNextMovement) {
 }
 
 TEST_F(CanvasInterruptionTest, DisablingLetsGoOfAScrollBar) {
-  CanvasScrollBar* const bar = canvas.canvas.floatingBar(Qt::Vertical);
+  FloatingScrollBar* const bar = canvas.canvas.floatingBar(Qt::Vertical);
   bar->wake();
   const QPoint grip = bar->mapTo(canvas.canvas.canvas(), bar->handle().center().toPoint());
   canvas.press(grip);

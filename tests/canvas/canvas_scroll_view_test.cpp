@@ -8,8 +8,8 @@
 #include <cmath>
 #include <memory>
 
-#include "canvas/canvas_scroll_bar.h"
 #include "canvas/canvas_window.h"
+#include "controls/floating_scroll_bar.h"
 
 namespace vantrel {
 namespace {
@@ -338,7 +338,7 @@ TEST_F(CanvasScrollViewTest, MovesToARequestedZoomAndLandsOnIt) {
 
 TEST_F(CanvasScrollViewTest, ChangesAtOnceWhereTheDesktopAsksForLessMotion) {
   StillStyle still;
-  CanvasScrollBar* const bar = canvas.canvas.floatingBar(Qt::Horizontal);
+  FloatingScrollBar* const bar = canvas.canvas.floatingBar(Qt::Horizontal);
   canvas.canvas.setStyle(&still);
   canvas.canvas.canvas()->setStyle(&still);
   bar->setStyle(&still);
@@ -366,7 +366,7 @@ TEST_F(CanvasScrollViewTest, AMoveEndsWhenTheCanvasHides) {
 }
 
 TEST_F(CanvasScrollViewTest, ScrollBarsMirrorTheDocumentAndScrollIt) {
-  CanvasScrollBar* const bar = canvas.canvas.floatingBar(Qt::Vertical);
+  FloatingScrollBar* const bar = canvas.canvas.floatingBar(Qt::Vertical);
   EXPECT_FALSE(bar->isVisible());
   canvas.turnWheel(canvas.middle(), {0, -120});
   EXPECT_TRUE(bar->isVisible());
@@ -383,14 +383,14 @@ TEST_F(CanvasScrollViewTest, ScrollBarsMirrorTheDocumentAndScrollIt) {
 }
 
 TEST_F(CanvasScrollViewTest, ScrollBarsFadeWhenIdle) {
-  CanvasScrollBar* const bar = canvas.canvas.floatingBar(Qt::Horizontal);
+  FloatingScrollBar* const bar = canvas.canvas.floatingBar(Qt::Horizontal);
   bar->wake();
   EXPECT_EQ(bar->opacity(), 1);
   bar->rest();
-  bar->fade().setCurrentTime(CanvasScrollBar::kFadeMilliseconds / 2);
+  bar->fade().setCurrentTime(FloatingScrollBar::kFadeMilliseconds / 2);
   EXPECT_GT(bar->opacity(), 0);
   EXPECT_LT(bar->opacity(), 1);
-  bar->fade().setCurrentTime(CanvasScrollBar::kFadeMilliseconds);
+  bar->fade().setCurrentTime(FloatingScrollBar::kFadeMilliseconds);
   EXPECT_FALSE(bar->isVisible());
 }
 

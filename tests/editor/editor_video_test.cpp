@@ -27,6 +27,7 @@
 #include "inspector/crop_export_footer.h"
 #include "inspector/crop_section.h"
 #include "inspector/inspector_view.h"
+#include "platform/desktop/formatting.h"
 #include "playback/playback_controls.h"
 #include "playback/playback_state.h"
 #include "playback/zoom_controls.h"
@@ -116,6 +117,23 @@ TEST_F(EditorVideoTest, ShowsAVideoWithItsBar) {
   const QPointF middle =
       surface()->projection().imageFrame().center() * surface()->devicePixelRatioF();
   EXPECT_NE(shown.pixelColor(middle.toPoint()), corner);
+}
+
+TEST_F(EditorVideoTest, ShowsTheFactsOfAVideo) {
+  open("film.mp4");
+  const SourceFile& file = *view()->state().file();
+  QStringList texts;
+  for (const QLabel* const label : view()->inspector()->findChildren<QLabel*>())
+    texts << label->text();
+  for (const QString& fact :
+       {QStringLiteral("SDR"), CropFormatting::fixed(file.sourceMbps, 2) + QStringLiteral(" Mbps"),
+        CropFormatting::fixed(file.sourceFPS, 0) + QStringLiteral(" fps"),
+        CropFormatting::fixed(file.duration, 2) + QStringLiteral(" s"),
+        CropFormatting::byteCount(file.sourceBytes)}) {
+    EXPECT_TRUE(texts.contains(fact)) << fact.toStdString();
+  }
+  EXPECT_GT(file.sourceMbps, 0);
+  EXPECT_GT(file.duration, 0);
 }
 
 TEST_F(EditorVideoTest, KeepsTheBarInItsPlaceWhenTheWindowGrows) {

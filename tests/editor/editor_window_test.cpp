@@ -11,11 +11,15 @@
 #include <QTest>
 
 #include "canvas/canvas_scroll_view.h"
+#include "canvas/crop_appearance.h"
 #include "canvas/crop_overlay_view.h"
+#include "controls/color_well.h"
 #include "controls/crop_number_field.h"
+#include "controls/crop_reset_button.h"
 #include "editor/application_look.h"
 #include "editor/editor_view.h"
 #include "export/export_temporary_storage.h"
+#include "inspector/crop_canvas_section.h"
 #include "inspector/crop_export_footer.h"
 #include "inspector/crop_section.h"
 #include "inspector/inspector_view.h"
@@ -68,6 +72,20 @@ TEST_F(EditorWindowTest, ShowsTheWholeNameOfTheFile) {
   review.setAttribute(Qt::WA_DeleteOnClose, false);
   review.show();
   EXPECT_EQ(shownTitle(review), QStringLiteral("a[*]*"));
+}
+
+TEST_F(EditorWindowTest, TakesTheColorOfTheCanvasFromThePanel) {
+  show();
+  load(folder / "photo.png");
+  CropCanvasSection* const section = window.view()->inspector()->canvasSection();
+  EXPECT_EQ(section->colorWell()->color(), CropAppearance::canvas(window.palette()));
+  Q_EMIT section->colorWell()->colorChosen(QColor(1, 2, 3));
+  EXPECT_EQ(state().canvasColor(), QColor(1, 2, 3));
+  QCoreApplication::processEvents();
+  EXPECT_EQ(section->colorWell()->color(), QColor(1, 2, 3));
+  QTest::mouseClick(section->resetButton(), Qt::LeftButton);
+  EXPECT_FALSE(state().canvasColor());
+  EXPECT_FALSE(state().history().canUndo());
 }
 
 TEST_F(EditorWindowTest, ClosingTheFileInMidDragLeavesNoEdit) {

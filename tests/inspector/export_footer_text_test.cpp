@@ -30,5 +30,17 @@ TEST(ExportFooterText, SaysTheOutcomeBeforeTheOutputBeforeReady) {
             QStringLiteral("Export failed"));
 }
 
+TEST(ExportFooterText, HelpsInFourLines) {
+#ifdef Q_OS_MACOS
+  const QString zoom = QStringLiteral("Zoom: CMD-Scroll.");
+#else
+  const QString zoom = QStringLiteral("Zoom: Ctrl-Scroll.");
+#endif
+  EXPECT_EQ(ExportFooterText::help(), QStringLiteral("Pan: middle or right mouse buttons.\n") +
+                                          zoom +
+                                          QStringLiteral("\nFit: double-click.\n"
+                                                         "Keep crop ratio: Shift-drag a corner."));
+}
+
 }  // namespace
 }  // namespace vantrel

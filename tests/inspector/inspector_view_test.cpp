@@ -2,42 +2,31 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRegularExpression>
+#include <QScrollBar>
 #include <QSignalSpy>
-#include <QTest>
 
+#include "controls/crop_dimension_field.h"
 #include "controls/crop_number_field.h"
-#include "export/crop_export_state.h"
+#include "controls/crop_reset_button.h"
+#include "controls/floating_scroll_bar.h"
+#include "inspector/crop_canvas_section.h"
 #include "inspector/crop_export_footer.h"
 #include "inspector/crop_section.h"
-#include "model/edit_history.h"
+#include "inspector/inspector_scroll_area.h"
+#include "inspector/inspector_window.h"
 
 namespace vantrel {
 namespace {
 
-class InspectorViewTest : public ::testing::Test {
+class InspectorViewTest : public testing::InspectorWindow {
  protected:
-  InspectorViewTest() {
-    source.imageSource.emplace();
-    source.sourceSize = {640, 480};
-    source.loaded = true;
-    source.canExport = true;
-    history.setPixelStep(1);
-  }
-  void show() {
-    view.setSource(source);
-    view.resize(InspectorView::kWidth, 700);
-    view.show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&view));
-  }
+  InspectorViewTest() { openImage(); }
   CropNumberField* field(CropMargins::Edge edge) { return view.cropSection()->marginField(edge); }
-
-  EditHistory history;
-  CropExportState exportState;
-  InspectorSource source;
-  InspectorView view{history, exportState, QColor(225, 0, 0)};
 };
 
 TEST_F(InspectorViewTest, ShowsTheMargins) {
@@ -50,21 +39,67 @@ TEST_F(InspectorViewTest, ShowsTheMargins) {
   EXPECT_EQ(view.footer()->statusLabel()->text(), QStringLiteral("636 × 474 px · PNG"));
 }
 
-TEST_F(InspectorViewTest, ShowsWhatAVideoHasOfTheFacts) {
+TEST_F(InspectorViewTest, ShowsTheFactsAndSectionsOfEachKindOfFile) {
+  const auto titles = [this] {
+    return textsIn(&view).filter(
+        QRegularExpression(QStringLiteral("^(Original|Format|Frame rate|Color profile|Crop|Codec|"
+                                          "Encoding|Canvas)$")));
+  };
+  const auto text = [](const char* one) { return QString::fromLatin1(one); };
   source.imageSource->colorProfileName = QStringLiteral("Wide");
   show();
-  source.imageSource.reset();
-  source.sourceBytes = 34'000;
+  EXPECT_EQ(titles(),
+            (QStringList{text("Original"), text("Format"), text("Color profile"), text("Crop"),
+                         text("Encoding"), text("Format"), text("Canvas")}));
+  source.imageSource->colorProfileName.reset();
   view.setSource(source);
-  QStringList shown;
-  for (const QLabel* label : view.findChildren<QLabel*>()) {
-    if (label->isVisible()) shown << label->text();
-  }
-  EXPECT_TRUE(shown.contains(QStringLiteral("640 × 480")));
-  EXPECT_TRUE(shown.contains(QStringLiteral("34 kB")));
-  EXPECT_FALSE(shown.contains(QStringLiteral("Format")));
-  EXPECT_FALSE(shown.contains(QStringLiteral("Wide")));
+  EXPECT_FALSE(titles().contains(text("Color profile")));
+  source.imageSource.reset();
+  openVideo();
+  view.setSource(source);
+  EXPECT_EQ(titles(), (QStringList{text("Original"), text("Frame rate"), text("Crop"),
+                                   text("Encoding"), text("Codec"), text("Canvas")}));
   EXPECT_EQ(view.footer()->statusLabel()->text(), QStringLiteral("640 × 480 px · HEVC"));
+}
+
+TEST_F(InspectorViewTest, NamesEachControl) {
+  history.setImageEncoding({ImageEncodingSettings::Format::jpeg, 0.9, {}});
+  openImage(true);
+  show();
+  for (const QWidget* const control : view.findChildren<QWidget*>()) {
+    if (!control->isVisible() || control->focusPolicy() == Qt::NoFocus) continue;
+    QAccessibleInterface* const item =
+        QAccessible::queryAccessibleInterface(const_cast<QWidget*>(control));
+    EXPECT_FALSE(item->text(QAccessible::Name).isEmpty()) << control->metaObject()->className();
+  }
+}
+
+TEST_F(InspectorViewTest, ScrollsWhatDoesNotFitUnderAFloatingBar) {
+  openVideo();
+  source.imageSource.reset();
+  show();
+  const int width = view.canvasSection()->width();
+  view.resize(InspectorView::kWidth, 500);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(view.canvasSection()->width(), width);
+  auto* const area = view.findChild<InspectorScrollArea*>();
+  EXPECT_FALSE(area->floatingBar()->isVisible());
+  area->verticalScrollBar()->setValue(area->verticalScrollBar()->maximum());
+  EXPECT_TRUE(area->floatingBar()->isVisible());
+  EXPECT_EQ(area->floatingBar()->value(), area->verticalScrollBar()->maximum());
+  EXPECT_EQ(placeOf(view.canvasSection()).bottom() + 16 + 1 + 90, view.height() - 1);
+  area->floatingBar()->setValue(0);
+  EXPECT_EQ(area->verticalScrollBar()->value(), 0);
+}
+
+TEST_F(InspectorViewTest, BringsTheFocusedControlIntoView) {
+  show();
+  view.resize(InspectorView::kWidth, 400);
+  view.cropSection()->heightField()->setFocus();
+  for (int step = 0; step < 5; ++step)
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+  ASSERT_TRUE(view.canvasSection()->resetButton()->hasFocus());
+  EXPECT_LT(placeOf(view.canvasSection()->resetButton()).bottom(), view.height() - 90);
 }
 
 TEST_F(InspectorViewTest, SetsALegalMargin) {
@@ -86,7 +121,7 @@ TEST_F(InspectorViewTest, CutsALongProfileShortAndTellsAllOfIt) {
     if (label->text() == name) value = label;
   }
   ASSERT_NE(value, nullptr);
-  EXPECT_TRUE(value->toolTip().contains(name.toHtmlEscaped()));
+  EXPECT_TRUE(value->parentWidget()->toolTip().contains(name.toHtmlEscaped()));
   const QImage shown = value->grab().toImage();
   const QString cut = value->fontMetrics().elidedText(name, Qt::ElideRight, value->width());
   ASSERT_TRUE(cut.endsWith(QStringLiteral("…")));
@@ -103,6 +138,8 @@ TEST_F(InspectorViewTest, LeavesDropsToTheWindow) {
 TEST_F(InspectorViewTest, ShowsDashesWithoutAFile) {
   source = {};
   show();
+  EXPECT_EQ(textsIn(&view).count(QStringLiteral("—")), 6);  // Five facts and the bitrate.
+  EXPECT_EQ(textsIn(&view).count(QStringLiteral("— × —")), 2);
   EXPECT_FALSE(view.cropSection()->isEnabled());
   EXPECT_TRUE(field(CropMargins::Edge::left)->text().isEmpty());
   EXPECT_EQ(view.footer()->statusLabel()->text(), QStringLiteral("Ready"));

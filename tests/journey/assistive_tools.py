@@ -1,6 +1,7 @@
 #!/usr/bin/python3
 """Meets the running program as an assistive tool does, over AT-SPI: finds the crop, its handles and
-its fields, reads what they tell, and changes the crop through them."""
+its fields and the controls of the panel, reads what they tell, and changes the crop and the
+encoding through them."""
 
 import argparse
 import os
@@ -9,9 +10,11 @@ import tempfile
 import pyatspi
 
 from running_program import (
-    FIELD, GROUP, SLIDER, NotYet, RunningProgram, expect, find, wait_for, write_png)
+    BUTTON, FIELD, GROUP, SLIDER, NotYet, RunningProgram, expect, find, wait_for, write_png)
 
 WIDTH, HEIGHT = 400, 300
+
+CHOICE = ("radio button",)
 
 CORNERS = ["Top left", "Top right", "Bottom right", "Bottom left"]
 EDGES = ["Top", "Right", "Bottom", "Left"]
@@ -87,6 +90,36 @@ def type_a_margin(crop):
     wait_for("the typed margin", lambda: is_shown(crop, WIDTH - 52, HEIGHT - 1, 12, 1))
 
 
+def is_chosen(item):
+    return item.getState().contains(pyatspi.STATE_CHECKED)
+
+
+def press(item):
+    item.queryAction().doAction(0)
+
+
+def change_the_encoding(root):
+    formats = wait_for("the formats", lambda: find(root, "Format", GROUP))
+    choice = {name: find(formats, name, CHOICE) for name in ("PNG", "JPEG")}
+    wait_for("the chosen format", lambda: is_chosen(choice["PNG"]) and not is_chosen(choice["JPEG"]))
+    press(choice["JPEG"])
+    quality = wait_for("the quality", lambda: find(root, "JPEG quality", SLIDER))
+    wait_for("the seen quality", lambda: is_seen(quality) and is_chosen(choice["JPEG"]))
+    value = quality.queryValue()
+    expect("the quality", (value.currentValue, value.minimumValue, value.maximumValue), (0.9, 0, 1))
+    value.currentValue = 0.4
+    wait_for("the lower quality", lambda: quality.queryValue().currentValue == 0.4)
+    press(find(root, "Reset Quality", BUTTON))
+    wait_for("the quality as it was", lambda: quality.queryValue().currentValue == 0.9)
+
+
+def step_and_reset(root, crop):
+    press(find(root, "Increase Top", BUTTON))
+    wait_for("the stepped margin", lambda: is_shown(crop, WIDTH - 52, HEIGHT - 2, 12, 2))
+    press(find(root, "Reset Crop", BUTTON))
+    wait_for("the whole picture again", lambda: is_shown(crop, WIDTH, HEIGHT, 0, 0))
+
+
 def meet(root):
     crop = wait_for("the crop", lambda: find(root, "Crop", GROUP))
     wait_for("the whole picture", lambda: is_shown(crop, WIDTH, HEIGHT, 0, 0))
@@ -97,6 +130,8 @@ def meet(root):
     type_a_margin(crop)
     wait_for("the new margins", lambda: has_fields(
         crop, {"Left": "12", "Top": "1", "Right": "40", "Bottom": "0"}))
+    step_and_reset(root, crop)
+    change_the_encoding(root)
 
 
 def main():

@@ -4,7 +4,12 @@
 #include <QMimeData>
 #include <QUrl>
 
+#include "controls/color_well.h"
+#include "controls/crop_reset_button.h"
+#include "controls/segmented_control.h"
 #include "editor/file_names.h"
+#include "inspector/crop_canvas_section.h"
+#include "inspector/image_encoding_section.h"
 #include "journey/journey.h"
 #include "journey/saved_picture.h"
 
@@ -238,6 +243,8 @@ TEST_F(FirstWindowTest, LeadsTheKeyboardThroughTheFieldsToTheExport) {
     QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
   }
   QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
+  EXPECT_TRUE(inspector()->cropSection()->resetButton()->hasFocus());
+  QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
   EXPECT_TRUE(field(Edge::top)->hasFocus());
   QTest::keyClicks(editor->focusWidget(), QStringLiteral("4"));
   QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
@@ -251,6 +258,12 @@ TEST_F(FirstWindowTest, LeadsTheKeyboardThroughTheFieldsToTheExport) {
   EXPECT_TRUE(field(Edge::right)->hasFocus());
   QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
   EXPECT_TRUE(field(Edge::bottom)->hasFocus());
+  QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
+  EXPECT_TRUE(inspector()->imageEncodingSection()->formatPicker()->segment(0)->hasFocus());
+  QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
+  EXPECT_TRUE(inspector()->canvasSection()->colorWell()->hasFocus());
+  QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
+  EXPECT_TRUE(inspector()->canvasSection()->resetButton()->hasFocus());
   QTest::keyClick(editor->focusWidget(), Qt::Key_Tab);
   EXPECT_TRUE(footer()->exportButton()->hasFocus());
   QTest::keyClick(editor->focusWidget(), Qt::Key_Return);

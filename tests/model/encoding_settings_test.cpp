@@ -58,5 +58,11 @@ TEST(BitrateRange, StaysForARateThatIsNotANumber) {
   EXPECT_EQ(EncodingSettings::bitrateRange(kNaN), (BitrateRange{0.01, 40}));
 }
 
+TEST(EncodingSettings, MatchASourceByItsRateOrTheDefault) {
+  EXPECT_EQ(EncodingSettings::originalBitrate(60), 60);
+  for (const double none : {0.0, -1.0, kInfinity, kNaN})
+    EXPECT_EQ(EncodingSettings::originalBitrate(none), 2.5);
+}
+
 }  // namespace
 }  // namespace vantrel

@@ -31,4 +31,12 @@ QList<QKeySequence> redoKeys() {
   return keys;
 }
 
+QString commandKeyName() {
+#ifdef Q_OS_MACOS
+  return QStringLiteral("CMD");
+#else
+  return QStringLiteral("Ctrl");
+#endif
+}
+
 }  // namespace vantrel

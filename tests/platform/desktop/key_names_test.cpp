@@ -17,5 +17,13 @@ TEST(KeyText, OfNoKeysIsEmpty) {
   EXPECT_TRUE(keyText(QKeySequence()).isEmpty());
 }
 
+TEST(CommandKeyName, IsThatOfTheSystem) {
+#ifdef Q_OS_MACOS
+  EXPECT_EQ(commandKeyName(), u"CMD");
+#else
+  EXPECT_EQ(commandKeyName(), u"Ctrl");
+#endif
+}
+
 }  // namespace
 }  // namespace vantrel

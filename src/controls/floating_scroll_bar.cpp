@@ -1,4 +1,4 @@
-#include "canvas/canvas_scroll_bar.h"
+#include "controls/floating_scroll_bar.h"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -33,20 +33,20 @@ QColor translucent(QColor color, double alpha) {
 
 }  // namespace
 
-CanvasScrollBar::CanvasScrollBar(Qt::Orientation orientation, QWidget* parent)
+FloatingScrollBar::FloatingScrollBar(Qt::Orientation orientation, QWidget* parent)
     : QScrollBar(orientation, parent) {
   setAttribute(Qt::WA_OpaquePaintEvent, false);
   setCursor(Qt::ArrowCursor);
   setVisible(false);
   m_idle.setSingleShot(true);
   m_idle.setInterval(kIdleMilliseconds);
-  connect(&m_idle, &QTimer::timeout, this, &CanvasScrollBar::rest);
+  connect(&m_idle, &QTimer::timeout, this, &FloatingScrollBar::rest);
   m_fade.setEasingCurve(QEasingCurve::OutCubic);
   connect(&m_fade, &QVariantAnimation::valueChanged, this,
           [this](const QVariant& opacity) { setOpacity(opacity.toDouble()); });
 }
 
-void CanvasScrollBar::mirror(double extent, double page, double offset) {
+void FloatingScrollBar::mirror(double extent, double page, double offset) {
   const QSignalBlocker blocker(this);
   setRange(0, wholePoints(extent - page));
   setPageStep(std::max(1, wholePoints(page)));
@@ -54,14 +54,14 @@ void CanvasScrollBar::mirror(double extent, double page, double offset) {
   if (maximum() == 0) setOpacity(0);
 }
 
-void CanvasScrollBar::wake() {
+void FloatingScrollBar::wake() {
   if (maximum() == 0) return;
   m_fade.stop();
   setOpacity(1);
   m_idle.start();
 }
 
-void CanvasScrollBar::rest() {
+void FloatingScrollBar::rest() {
   if (m_grip || underMouse()) return;
   m_fade.stop();
   m_fade.setDuration(showsMotion(*this) ? kFadeMilliseconds : 0);
@@ -70,44 +70,44 @@ void CanvasScrollBar::rest() {
   m_fade.start();
 }
 
-void CanvasScrollBar::letGo() {
+void FloatingScrollBar::letGo() {
   if (!m_grip) return;
   m_grip.reset();
   m_idle.start();
 }
 
-void CanvasScrollBar::setOpacity(double opacity) {
+void FloatingScrollBar::setOpacity(double opacity) {
   m_opacity = opacity;
   // What is not seen takes no click.
   setVisible(opacity > 0);
   update();
 }
 
-double CanvasScrollBar::track() const {
+double FloatingScrollBar::track() const {
   return std::max(1.0, (isVertical() ? height() : width()) - 2 * kEndGap);
 }
 
-double CanvasScrollBar::handleLength() const {
+double FloatingScrollBar::handleLength() const {
   const double extent = double{1} * maximum() + pageStep();
   return std::min(track(), std::max(kShortestHandle, track() * pageStep() / extent));
 }
 
-double CanvasScrollBar::handleStart() const {
+double FloatingScrollBar::handleStart() const {
   const double free = track() - handleLength();
   return kEndGap + free * value() / std::max(1, maximum());
 }
 
-QRectF CanvasScrollBar::handle() const {
+QRectF FloatingScrollBar::handle() const {
   const double thickness = kThickness - 2 * kSideGap;
   return isVertical() ? QRectF(kSideGap, handleStart(), thickness, handleLength())
                       : QRectF(handleStart(), kSideGap, handleLength(), thickness);
 }
 
-double CanvasScrollBar::along(const QPointF& point) const {
+double FloatingScrollBar::along(const QPointF& point) const {
   return isVertical() ? point.y() : point.x();
 }
 
-void CanvasScrollBar::paintEvent(QPaintEvent* /*event*/) {
+void FloatingScrollBar::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setOpacity(m_opacity);
@@ -120,7 +120,7 @@ void CanvasScrollBar::paintEvent(QPaintEvent* /*event*/) {
   painter.drawRoundedRect(rect, radius, radius);
 }
 
-void CanvasScrollBar::mousePressEvent(QMouseEvent* event) {
+void FloatingScrollBar::mousePressEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton) {
     event->ignore();
     return;
@@ -136,7 +136,7 @@ void CanvasScrollBar::mousePressEvent(QMouseEvent* event) {
   setValue(value() + (position < start ? -page : page));
 }
 
-void CanvasScrollBar::mouseMoveEvent(QMouseEvent* event) {
+void FloatingScrollBar::mouseMoveEvent(QMouseEvent* event) {
   if (!m_grip) {
     event->ignore();
     return;
@@ -147,7 +147,7 @@ void CanvasScrollBar::mouseMoveEvent(QMouseEvent* event) {
   setValue(wholePoints(start / free * maximum()));
 }
 
-void CanvasScrollBar::mouseReleaseEvent(QMouseEvent* event) {
+void FloatingScrollBar::mouseReleaseEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton) {
     event->ignore();
     return;
@@ -156,20 +156,20 @@ void CanvasScrollBar::mouseReleaseEvent(QMouseEvent* event) {
   wake();
 }
 
-void CanvasScrollBar::wheelEvent(QWheelEvent* event) {
+void FloatingScrollBar::wheelEvent(QWheelEvent* event) {
   event->ignore();
 }
 
-void CanvasScrollBar::contextMenuEvent(QContextMenuEvent* event) {
+void FloatingScrollBar::contextMenuEvent(QContextMenuEvent* event) {
   event->ignore();
 }
 
-void CanvasScrollBar::enterEvent(QEnterEvent* event) {
+void FloatingScrollBar::enterEvent(QEnterEvent* event) {
   QScrollBar::enterEvent(event);
   wake();
 }
 
-void CanvasScrollBar::leaveEvent(QEvent* event) {
+void FloatingScrollBar::leaveEvent(QEvent* event) {
   QScrollBar::leaveEvent(event);
   wake();
 }

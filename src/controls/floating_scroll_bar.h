@@ -7,10 +7,10 @@
 
 namespace vantrel {
 
-/// A thin scroll bar that floats over an edge of the canvas: it appears when the canvas is
-/// scrolled, can be dragged as long as it is seen, and fades when idle. Its values are points of
-/// the document; `valueChanged` comes for the user's changes alone. Main thread.
-class CanvasScrollBar final : public QScrollBar {
+/// A thin scroll bar that floats over an edge of what it scrolls: it appears when that is scrolled,
+/// can be dragged as long as it is seen, and fades when idle. Its values are points of the
+/// document; `valueChanged` comes for the user's changes alone. Main thread.
+class FloatingScrollBar final : public QScrollBar {
   Q_OBJECT
 
  public:
@@ -18,7 +18,7 @@ class CanvasScrollBar final : public QScrollBar {
   /// fades.
   static constexpr int kThickness = 14, kIdleMilliseconds = 900, kFadeMilliseconds = 200;
 
-  CanvasScrollBar(Qt::Orientation orientation, QWidget* parent);
+  FloatingScrollBar(Qt::Orientation orientation, QWidget* parent);
 
   /// Where the handle is drawn, in points of the bar.
   [[nodiscard]] QRectF handle() const;

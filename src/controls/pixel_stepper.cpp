@@ -1,0 +1,80 @@
+#include "controls/pixel_stepper.h"
+
+#include <QAbstractButton>
+#include <QPainter>
+
+#include "controls/plate.h"
+#include "controls/symbol_icon.h"
+#include "controls/text_editing.h"
+
+namespace vantrel {
+namespace {
+
+// Points.
+constexpr double kRadius = 4;
+constexpr int kChevron = 11;
+
+constexpr double kDisabledOpacity = 0.45;
+constexpr float kHoverOpacity = 0.08F, kPressOpacity = 0.16F;
+
+/// Lights up its half of the stepper's plate.
+class Half final : public QAbstractButton {
+ public:
+  Half(const QRect& place, int direction, QWidget* parent)
+      : QAbstractButton(parent), m_direction(direction) {
+    setGeometry(place);
+    setFocusPolicy(Qt::NoFocus);
+    setAttribute(Qt::WA_Hover);
+    setAutoRepeat(true);
+  }
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QPainter painter(this);
+    if (isEnabled() && (isDown() || underMouse())) {
+      QColor light = palette().color(QPalette::WindowText);
+      light.setAlphaF(isDown() ? kPressOpacity : kHoverOpacity);
+      drawPlate(&painter, parentWidget()->rect().translated(-pos()), kRadius, light, {}, 0);
+    }
+    if (!isEnabled()) painter.setOpacity(kDisabledOpacity);
+    const QString name =
+        m_direction > 0 ? QStringLiteral("chevron-up") : QStringLiteral("chevron-down");
+    QRect chevron(0, 0, kChevron, kChevron);
+    chevron.moveCenter(rect().center());
+    secondaryIcon(name, palette()).paint(&painter, chevron);
+  }
+
+ private:
+  int m_direction;
+};
+
+}  // namespace
+
+PixelStepper::PixelStepper(const QString& title, QWidget* parent)
+    : QWidget(parent),
+      m_up(makeHalf(tr("Increase %1").arg(title), 1)),
+      m_down(makeHalf(tr("Decrease %1").arg(title), -1)) {
+  setFixedSize(kWidth, kHeight);
+  setToolTip(tr("Pixels"));
+}
+
+QAbstractButton* PixelStepper::makeHalf(const QString& name, int direction) {
+  const int half = kHeight / 2;
+  auto* const button = new Half(QRect(0, direction > 0 ? 0 : half, kWidth, half), direction, this);
+  button->setAccessibleName(name);
+  // As it goes down, not when it is let go.
+  connect(button, &QAbstractButton::pressed, this, [this, direction] {
+    endTextEditing(*window());
+    Q_EMIT stepped(direction);
+  });
+  return button;
+}
+
+void PixelStepper::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  if (!isEnabled()) painter.setOpacity(kDisabledOpacity);
+  drawPlate(&painter, rect(), kRadius, palette().color(QPalette::Active, QPalette::Button),
+            palette().color(QPalette::Active, QPalette::Mid), 1);
+}
+
+}  // namespace vantrel

@@ -1,0 +1,152 @@
+#include "inspector/crop_export_footer.h"
+
+#include <QAccessible>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QToolButton>
+
+#include "controls/popover.h"
+#include "inspector/export_footer_text.h"
+#include "inspector/export_progress_bar.h"
+#include "inspector/inspector_window.h"
+
+namespace vantrel {
+namespace {
+
+class CropExportFooterTest : public testing::InspectorWindow {
+ protected:
+  CropExportFooterTest() { openImage(); }
+  CropExportFooter* footer() { return view.footer(); }
+  void run(double progress, bool indeterminate = false) {
+    exportState.setIndeterminate(indeterminate);
+    exportState.setProgress(progress);
+  }
+  QString phase() { return footer()->phaseLabel()->text(); }
+  double fullness() {
+    const ExportProgressBar& bar = *footer()->progressBar();
+    return static_cast<double>(bar.value()) / bar.maximum();
+  }
+};
+
+TEST_F(CropExportFooterTest, IsAStripOfOneHeight) {
+  show();
+  const auto check = [this] {
+    EXPECT_EQ(footer()->height(), 90);
+    EXPECT_EQ(placeOf(footer()).bottom(), view.height() - 1);
+  };
+  check();
+  EXPECT_EQ(footer()->exportButton()->height(), 34);
+  EXPECT_EQ(placeOf(footer()->exportButton()).x(), 17);
+  EXPECT_EQ(placeOf(footer()->exportButton()).right(), InspectorView::kWidth - 17);
+  run(0.5);
+  QCoreApplication::processEvents();
+  check();
+  EXPECT_EQ(placeOf(footer()->cancelButton()).right(), InspectorView::kWidth - 17);
+  EXPECT_EQ(footer()->cancelButton()->height(), 24);
+}
+
+TEST_F(CropExportFooterTest, IsRedOnlyWhileItMayExport) {
+  show();
+  const auto color = [this](QPalette::ColorRole role) {
+    return footer()->exportButton()->palette().color(role);
+  };
+  EXPECT_EQ(color(QPalette::Button), QColor(225, 0, 0));
+  EXPECT_EQ(color(QPalette::ButtonText), QColor(Qt::white));
+  EXPECT_EQ(footer()->exportButton()->toolTip(),
+            QStringLiteral("Encode and review the crop (Ctrl+Shift+E)"));
+  source.canExport = false;
+  view.setSource(source);
+  EXPECT_EQ(color(QPalette::Button), view.palette().color(QPalette::Button));
+  EXPECT_EQ(color(QPalette::ButtonText), view.palette().color(QPalette::PlaceholderText));
+  QSignalSpy started(&view, &InspectorView::exportRequested);
+  QTest::mouseClick(footer()->exportButton(), Qt::LeftButton);
+  EXPECT_EQ(started.count(), 0);
+}
+
+TEST_F(CropExportFooterTest, ShowsHowFarItIs) {
+  show();
+  run(0);
+  EXPECT_EQ(phase(), QStringLiteral("Exporting 0%"));
+  EXPECT_EQ(footer()->bytesLabel()->text(), QStringLiteral("Zero kB"));
+  EXPECT_EQ(fullness(), 0);
+  run(0.985);
+  exportState.setBytes(49'600'000);
+  EXPECT_EQ(phase(), QStringLiteral("Exporting 98%"));
+  EXPECT_EQ(footer()->bytesLabel()->text(), QStringLiteral("49.6 MB"));
+  EXPECT_EQ(fullness(), 0.985);
+  run(0.99);
+  EXPECT_EQ(phase(), QStringLiteral("Finalizing…"));
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(footer()->progressBar())->text(QAccessible::Name),
+            QStringLiteral("Export progress"));
+}
+
+TEST_F(CropExportFooterTest, KeepsTheBarWithinItsEnds) {
+  show();
+  run(-0.2);
+  EXPECT_EQ(fullness(), 0);
+  run(1.7);
+  EXPECT_EQ(fullness(), 1);
+}
+
+TEST_F(CropExportFooterTest, HasNoPercentageWithoutOne) {
+  show();
+  run(0.995, true);
+  EXPECT_EQ(phase(), QStringLiteral("Exporting…"));
+  EXPECT_EQ(footer()->progressBar()->maximum(), 0);
+  exportState.setIndeterminate(false);
+  EXPECT_EQ(fullness(), 0.995);
+}
+
+TEST_F(CropExportFooterTest, OffersToCancelInThePlaceOfHelp) {
+  show();
+  EXPECT_TRUE(footer()->helpButton()->isVisible());
+  EXPECT_FALSE(footer()->cancelButton()->isVisible());
+  run(0.5);
+  EXPECT_FALSE(footer()->helpButton()->isVisible());
+  EXPECT_TRUE(footer()->cancelButton()->isVisible());
+  EXPECT_FALSE(footer()->exportButton()->isVisible());
+  EXPECT_EQ(footer()->cancelButton()->toolTip(), QStringLiteral("Cancel export"));
+  exportState.setProgress({});
+  EXPECT_TRUE(footer()->helpButton()->isVisible());
+  EXPECT_TRUE(footer()->exportButton()->isVisible());
+}
+
+TEST_F(CropExportFooterTest, TellsTheOutcomeBeforeTheOutput) {
+  show();
+  EXPECT_EQ(footer()->statusLabel()->text(), QStringLiteral("640 × 480 px · PNG"));
+  exportState.setMessage(CropExportState::Message::failed);
+  EXPECT_EQ(footer()->statusLabel()->text(), QStringLiteral("Export failed"));
+  exportState.setMessage({});
+  view.setSource({});
+  EXPECT_EQ(footer()->statusLabel()->text(), QStringLiteral("Ready"));
+}
+
+TEST_F(CropExportFooterTest, OpensAndClosesHelp) {
+  show();
+  QToolButton* const help = footer()->helpButton();
+  EXPECT_EQ(help->accessibleName(), QStringLiteral("Canvas Help"));
+  EXPECT_EQ(help->toolTip(), QStringLiteral("Canvas shortcuts"));
+  QTest::mouseClick(help, Qt::LeftButton);
+  ASSERT_NE(footer()->helpPopover(), nullptr);
+  EXPECT_TRUE(footer()->helpPopover()->isVisible());
+  EXPECT_EQ(textsIn(footer()->helpPopover()).join(u'\n'), ExportFooterText::help());
+  QTest::mouseClick(help, Qt::LeftButton);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return !footer()->helpPopover(); }));
+  QTest::keyClick(help, Qt::Key_Space);
+  ASSERT_NE(footer()->helpPopover(), nullptr);
+  QTest::keyClick(help, Qt::Key_Escape);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return !footer()->helpPopover(); }));
+}
+
+TEST_F(CropExportFooterTest, KeepsHelpOpenThroughAnExport) {
+  show();
+  QTest::mouseClick(footer()->helpButton(), Qt::LeftButton);
+  ASSERT_NE(footer()->helpPopover(), nullptr);
+  run(0.5);
+  EXPECT_FALSE(footer()->helpPopover()->isVisible());
+  exportState.setProgress({});
+  EXPECT_TRUE(footer()->helpPopover()->isVisible());
+}
+
+}  // namespace
+}  // namespace vantrel
