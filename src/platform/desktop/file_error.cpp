@@ -29,6 +29,13 @@ const char* wordsFor(FileAction action) {
   return "failed";
 }
 
+bool isReadable(QChar character) {
+  // Joiners and marks of direction are seen in what they do to their neighbours.
+  constexpr QChar kFirstJoiner(0x200c), kLastMark(0x200f);
+  return character.isPrint() || character.isSurrogate() ||
+         (character >= kFirstJoiner && character <= kLastMark);
+}
+
 }  // namespace
 
 std::error_code make_error_code(FileFault fault) {
@@ -40,7 +47,7 @@ QString displayName(const std::filesystem::path& path) {
   const std::string bytes = (path.has_filename() ? path.filename() : path).native();
   QString name = QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
   for (QChar& character : name) {
-    if (!character.isPrint() && !character.isSurrogate()) character = QChar::ReplacementCharacter;
+    if (!isReadable(character)) character = QChar::ReplacementCharacter;
   }
   return name;
 }

@@ -42,9 +42,15 @@ TEST(DisplayName, TakesNamesOfEveryScript) {
   EXPECT_EQ(displayName("/x/Übung 写真 🦊.png"), u"Übung 写真 🦊.png");
 }
 
+TEST(DisplayName, KeepsWhatJoinsCharacters) {
+  EXPECT_EQ(displayName("👨‍👩‍👧 می‌خواهم.png"),
+            u"👨‍👩‍👧 می‌خواهم.png");
+}
+
 TEST(DisplayName, MarksWhatCannotBeRead) {
   EXPECT_EQ(displayName("a\xff\xfe.png"), u"a\uFFFD\uFFFD.png");
   EXPECT_EQ(displayName("a\nb\x1b[0m"), u"a\uFFFDb\uFFFD[0m");
+  EXPECT_EQ(displayName("a\u202Egnp.exe"), u"a\uFFFDgnp.exe") << "it would turn the rest around";
 }
 
 }  // namespace
