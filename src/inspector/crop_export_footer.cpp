@@ -8,9 +8,9 @@
 #include <cmath>
 
 #include "controls/panel_text.h"
+#include "controls/slim_progress_bar.h"
 #include "export/crop_export_state.h"
 #include "inspector/export_footer_text.h"
-#include "inspector/export_progress_bar.h"
 #include "platform/desktop/formatting.h"
 #include "platform/desktop/key_names.h"
 
@@ -68,7 +68,7 @@ QWidget* CropExportFooter::makeProgress() {
   auto* progress = new QWidget(this);
   m_phase = PanelText::caption({}, progress);
   m_bytes = PanelText::caption({}, progress);
-  m_bar = new ExportProgressBar(m_accent, progress);
+  m_bar = new SlimProgressBar(m_accent, progress);
   m_bar->setAccessibleName(tr("Export progress"));
 
   auto* text = new QHBoxLayout;

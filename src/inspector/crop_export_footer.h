@@ -9,7 +9,7 @@ class QPushButton;
 namespace vantrel {
 
 class CropExportState;
-class ExportProgressBar;
+class SlimProgressBar;
 
 /// The strip at the bottom of the inspector: one big button that starts the export and makes room
 /// for its progress, and a line below that says what comes out, or what came of it.
@@ -54,7 +54,7 @@ class CropExportFooter final : public QWidget {
   QWidget* m_progress = nullptr;
   QLabel* m_phase = nullptr;
   QLabel* m_bytes = nullptr;
-  ExportProgressBar* m_bar = nullptr;
+  SlimProgressBar* m_bar = nullptr;
   QLabel* m_status = nullptr;
   QPushButton* m_cancel = nullptr;
 };
