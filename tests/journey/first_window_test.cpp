@@ -25,6 +25,7 @@
 #include "inspector/inspector_view.h"
 #include "platform/image/image_reader.h"
 #include "review/review_window.h"
+#include "review/save_dialog.h"
 #include "support/picture_files.h"
 #include "support/temporary_folder.h"
 
@@ -58,7 +59,9 @@ bool waitUntilGone() {
 /// Gives the window the keyboard, also where no window manager does.
 bool activate(QWidget* window) {
   window->activateWindow();
-  return QTest::qWaitForWindowActive(window);
+  // A window system counts a dialog as active together with what it stands over.
+  return QTest::qWaitForWindowActive(window) &&
+         QTest::qWaitFor([window] { return window->isActiveWindow(); });
 }
 
 class FirstWindowTest : public ::testing::Test {
@@ -102,6 +105,8 @@ class FirstWindowTest : public ::testing::Test {
     ASSERT_TRUE(activate(dialog));
     auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     ASSERT_NE(name, nullptr);
+    // Without the focus the dialog would write into it whatever it finds selected.
+    name->setFocus();
     name->setText(QString::fromStdString(path.string()));
     auto* buttons = dialog->findChild<QDialogButtonBox*>();
     const bool saves = dialog->acceptMode() == QFileDialog::AcceptSave;
@@ -189,6 +194,72 @@ TEST_F(FirstWindowTest, CropsAPictureFromFileToSavedFile) {
   EXPECT_TRUE(visible<QMessageBox>().isEmpty());
   EXPECT_FALSE(std::filesystem::exists(temporary));
   EXPECT_TRUE(std::filesystem::exists(folder / "saved.png"));
+}
+
+TEST_F(FirstWindowTest, SavesFilesOfAllNamesUnderWhatItProposes) {
+  for (const std::string& stem :
+       {std::string("two  words"), std::string("He said \"hi\""), std::string("🦊"),
+        std::string("שלום עולם"), std::string(".hidden"), std::string("caf\xe9"),
+        std::string(251, 'n')}) {
+    std::filesystem::copy_file(folder / "photo.png", folder / (stem + ".png"));
+    open(folder / (stem + ".png"));
+    ReviewWindow* review = exportCrop();
+    ASSERT_NE(review, nullptr) << stem;
+    EXPECT_EQ(review->document().displayName(), exportTitle(stem + ".png"));
+    review->save();
+    auto* dialog = waitFor<SaveDialog>();
+    ASSERT_NE(dialog, nullptr);
+    dialog->setDirectory(QString::fromStdString(folder.path().string()));
+    QTest::mouseClick(dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save),
+                      Qt::LeftButton);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !review->document().isUnsaved(); })) << stem;
+    expectPattern(folder / review->document().suggestedFileName().toStdString(), 120, 90, 0, 0);
+    review->close();
+    ASSERT_TRUE(waitUntilGone<ReviewWindow>());
+    editor->close();
+    ASSERT_TRUE(waitUntilGone<EditorWindow>());
+  }
+}
+
+TEST_F(FirstWindowTest, SavesOntoTheSource) {
+  open(folder / "photo.png");
+  type(Edge::top, QStringLiteral("80"));
+  ReviewWindow* review = exportCrop();
+  ASSERT_NE(review, nullptr);
+  review->save();
+  auto* dialog = waitFor<SaveDialog>();
+  ASSERT_NE(dialog, nullptr);
+  ASSERT_TRUE(activate(dialog));
+  auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+  name->setFocus();
+  name->setText(QString::fromStdString((folder / "photo.png").string()));
+  QTest::mouseClick(dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save),
+                    Qt::LeftButton);
+  auto* question = waitFor<QMessageBox>();
+  ASSERT_NE(question, nullptr);
+  for (QAbstractButton* button : question->buttons())
+    if (button->text() == u"Replace") QTest::mouseClick(button, Qt::LeftButton);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !review->document().isUnsaved(); }));
+  expectPattern(folder / "photo.png", 120, 10, 0, 80);
+  EXPECT_EQ(testing::namesIn(folder.path()), std::vector<std::string>{"photo.png"});
+}
+
+TEST_F(FirstWindowTest, ReportsAnExportThatWasDeletedAndClosesItsReview) {
+  open(folder / "photo.png");
+  ReviewWindow* review = exportCrop();
+  ASSERT_NE(review, nullptr);
+  std::filesystem::remove_all(ExportTemporaryStorage::shared().directory());
+  review->document().save(folder / "saved.png");
+  auto* alert = waitFor<QMessageBox>();
+  ASSERT_NE(alert, nullptr);
+  EXPECT_EQ(alert->informativeText(),
+            QStringLiteral("“saved.png” could not be saved: The finished export was deleted from "
+                           "the temporary folder"));
+  answer(QMessageBox::Ok);
+  review->close();
+  answer(QMessageBox::Discard);
+  ASSERT_TRUE(waitUntilGone<ReviewWindow>());
+  EXPECT_EQ(testing::namesIn(folder.path()), std::vector<std::string>{"photo.png"});
 }
 
 TEST_F(FirstWindowTest, ProposesANameAndAddsTheExtension) {
