@@ -50,7 +50,7 @@ CanvasScrollView::CanvasScrollView(EditHistory& history, QWidget* parent)
   setFocusPolicy(Qt::ClickFocus);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setViewport(VideoCanvasView::isSupported() ? m_canvas : makeNotice());
+  setViewport(PictureSurface::isSupported() ? m_canvas : makeNotice());
   viewport()->setMouseTracking(true);
   m_overlay = new CropOverlayView(history, *this);
   m_overlay->setVisible(viewport() == m_canvas);

@@ -1,15 +1,11 @@
 #include "canvas/video_canvas_view.h"
 
 #include <QEasingCurve>
-#include <QOffscreenSurface>
-#include <QOpenGLContext>
-#include <QOpenGLFunctions>
 #include <cmath>
 #include <utility>
 
 #include "canvas/crop_overlay_geometry.h"
 #include "controls/motion.h"
-#include "platform/gl/surface_format.h"
 
 namespace vantrel {
 namespace {
@@ -21,60 +17,31 @@ QEasingCurve easeInEaseOut() {
   return curve;
 }
 
-bool canDraw() {
-  QOpenGLContext context;
-  context.setFormat(pictureSurfaceFormat());
-  if (!context.create() || context.isOpenGLES()) return false;
-  QOffscreenSurface surface;
-  surface.setFormat(context.format());
-  surface.create();
-  return context.format().version() >= pictureSurfaceFormat().version() &&
-         context.makeCurrent(&surface);
-}
-
 }  // namespace
 
-VideoCanvasView::VideoCanvasView(QWidget* parent) : QOpenGLWidget(parent) {
-  // No framebuffer can be empty.
-  setMinimumSize(1, 1);
+VideoCanvasView::VideoCanvasView(QWidget* parent) : PictureSurface(parent) {
   m_fade.setEasingCurve(easeInEaseOut());
   connect(&m_fade, &QVariantAnimation::valueChanged, this, [this](const QVariant& opacity) {
     m_editingOpacity = opacity.toDouble();
     redraw();
     Q_EMIT editingOpacityChanged(m_editingOpacity);
   });
-  connect(&m_pictures, &PictureRenderer::pictureImproved, this, [this] { update(); });
 }
 
 VideoCanvasView::~VideoCanvasView() {
-  // The context goes after this part of the view.
-  if (context()) disconnect(context(), nullptr, this, nullptr);
-  releaseContext();
+  leaveContext();
 }
 
-bool VideoCanvasView::isSupported() {
-  static const bool supported = canDraw();
-  return supported;
+void VideoCanvasView::setMedia(const Bitmap& image, VideoPictureSource* source) {
+  setPictureSource(source);
+  if (source) return;
+  m_hasPicture = !image.isEmpty();
+  pictures().setImage(image);
+  redraw();
 }
 
-void VideoCanvasView::setMedia(const Bitmap& image, VideoPictureSource* pictures) {
-  if (m_source) disconnect(m_source, nullptr, this, nullptr);
-  m_source = pictures;
-  if (pictures) {
-    connect(pictures, &VideoPictureSource::pictureChanged, this,
-            &VideoCanvasView::takeVideoPicture);
-    takeVideoPicture();
-  } else {
-    m_hasPicture = !image.isEmpty();
-    m_pictures.setImage(image);
-    redraw();
-  }
-}
-
-void VideoCanvasView::takeVideoPicture() {
-  auto picture = m_source->picture();
+void VideoCanvasView::pictureTaken(const VideoPicture* picture) {
   m_hasPicture = picture != nullptr;
-  m_pictures.setVideoPicture(std::move(picture));
   redraw();
 }
 
@@ -115,22 +82,9 @@ void VideoCanvasView::redraw() {
   update();
 }
 
-void VideoCanvasView::initializeGL() {
-  // The context goes when the view moves to another window, and comes anew there.
-  connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &VideoCanvasView::releaseContext,
-          Qt::UniqueConnection);
-}
-
-void VideoCanvasView::releaseContext() {
-  if (!isValid()) return;
-  makeCurrent();
-  m_pictures.release();
+void VideoCanvasView::releaseResources() {
+  PictureSurface::releaseResources();
   m_rectangles.release();
-  doneCurrent();
-}
-
-QSize VideoCanvasView::deviceSize() const {
-  return size() * devicePixelRatioF();
 }
 
 PictureView VideoCanvasView::pictureView() const {
@@ -145,16 +99,14 @@ PictureView VideoCanvasView::pictureView() const {
 }
 
 void VideoCanvasView::paintGL() {
-  QOpenGLFunctions* const gl = context()->functions();
-  gl->glClearColor(m_color.redF(), m_color.greenF(), m_color.blueF(), 1);
-  gl->glClear(GL_COLOR_BUFFER_BIT);
+  clear(m_color);
   if (m_projection.isEmpty() || deviceSize().isEmpty()) return;
 
-  m_pictures.draw(pictureView());
+  pictures().draw(pictureView());
   auto rectangles = CropOverlayGeometry::rectangles(m_projection, m_crop, devicePixelRatioF());
   rectangles.insert(rectangles.end(), m_focusRing.begin(), m_focusRing.end());
   m_rectangles.draw(deviceSize(), rectangles, m_editingOpacity);
-  if (m_isPictureShown || !m_hasPicture || !m_pictures.isComplete()) return;
+  if (m_isPictureShown || !m_hasPicture || !pictures().isComplete()) return;
   m_isPictureShown = true;
   QMetaObject::invokeMethod(
       this,

@@ -1,23 +1,20 @@
 #pragma once
 
 #include <QColor>
-#include <QOpenGLWidget>
-#include <QPointer>
 #include <QVariantAnimation>
 #include <vector>
 
 #include "canvas/canvas_projection.h"
 #include "model/crop_margins.h"
-#include "platform/gl/picture_renderer.h"
+#include "platform/gl/picture_surface.h"
 #include "platform/gl/rectangle_painter.h"
 #include "platform/image/bitmap.h"
-#include "platform/movie/video_picture_source.h"
 
 namespace vantrel {
 
 /// The surface that draws the canvas: the picture at the camera's rectangle, what surrounds the
 /// crop, and the fade between the whole picture and its kept part. Main thread.
-class VideoCanvasView final : public QOpenGLWidget {
+class VideoCanvasView final : public PictureSurface {
   Q_OBJECT
 
  public:
@@ -25,9 +22,6 @@ class VideoCanvasView final : public QOpenGLWidget {
 
   explicit VideoCanvasView(QWidget* parent = nullptr);
   ~VideoCanvasView() override;
-
-  /// Whether this computer can draw the surface at all; found out once.
-  [[nodiscard]] static bool isSupported();
 
   [[nodiscard]] const CanvasProjection& projection() const { return m_projection; }
   [[nodiscard]] const CropMargins& crop() const { return m_crop; }
@@ -40,7 +34,7 @@ class VideoCanvasView final : public QOpenGLWidget {
   [[nodiscard]] bool isPictureShown() const { return m_isPictureShown; }
 
   /// An empty bitmap and no source for nothing.
-  void setMedia(const Bitmap& image, VideoPictureSource* pictures);
+  void setMedia(const Bitmap& image, VideoPictureSource* source);
   void setCanvasColor(const QColor& color);
   /// Places picture and crop; starts the fade when the preview has changed.
   void position(const CanvasProjection& projection, const CropMargins& crop, bool previewOnly);
@@ -53,20 +47,16 @@ class VideoCanvasView final : public QOpenGLWidget {
   void pictureShown();
 
  protected:
-  void initializeGL() override;
+  void pictureTaken(const VideoPicture* picture) override;
+  void releaseResources() override;
   void paintGL() override;
 
  private:
   void redraw();
-  void takeVideoPicture();
-  void releaseContext();
   void fadeTo(double opacity);
-  [[nodiscard]] QSize deviceSize() const;
   [[nodiscard]] PictureView pictureView() const;
 
-  PictureRenderer m_pictures;
   RectanglePainter m_rectangles;
-  QPointer<VideoPictureSource> m_source;
   bool m_hasPicture = false;
   bool m_isPictureShown = false;
   CanvasProjection m_projection;

@@ -11,7 +11,7 @@
 #include "canvas/canvas_scroll_view.h"
 #include "canvas/crop_appearance.h"
 #include "canvas/crop_canvas.h"
-#include "controls/file_dialog.h"
+#include "controls/open_dialog.h"
 #include "editor/drop_highlight_view.h"
 #include "editor/editor_workspace.h"
 #include "editor/empty_canvas_view.h"
@@ -213,7 +213,7 @@ void EditorView::changeEvent(QEvent* event) {
 }
 
 void EditorView::openMedia() {
-  auto* dialog = new FileDialog(this, tr("Open"), {}, MediaLoader::openFilter());
+  auto* dialog = new OpenDialog(this, tr("Open"), {}, MediaLoader::openFilter());
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setFileMode(QFileDialog::ExistingFile);
   connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& file) {

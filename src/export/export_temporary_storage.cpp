@@ -55,6 +55,17 @@ void removeDeadSessions(const fs::path& root) {
   }
 }
 
+/// Waits for the lock that is held from before a session folder exists until it is locked. Without
+/// it another process that starts could see the folder in between, and take it for a dead one.
+FileLock lockForRecovery(const fs::path& root) {
+  const fs::path path = root / kRecoveryLockName;
+  for (;;) {
+    FileLock lock(path, FileLock::IfMissing::Create);
+    // Deleted while this process waited for it, it would keep nobody out.
+    if (!lock.lock() || lock.isAt(path)) return lock;
+  }
+}
+
 }  // namespace
 
 ExportTemporaryStorage& ExportTemporaryStorage::shared() {
@@ -75,16 +86,10 @@ std::filesystem::path ExportTemporaryStorage::userTemporaryDirectory() {
 ExportTemporaryStorage::ExportTemporaryStorage(const fs::path& temporaryDirectory) {
   const fs::path root = temporaryDirectory / kRootName;
   createPrivateFolder(root);
-  // Held to the end of this function: another process that starts now could see the new session
-  // between its making and its locking, and take it for a dead one.
-  FileLock recoveryLock(root / kRecoveryLockName, FileLock::IfMissing::Create);
-  recoveryLock.lock();
+  const FileLock recoveryLock = lockForRecovery(root);
   removeDeadSessions(root);
-
   m_directory = root / uniqueId();
-  createPrivateFolder(m_directory);
-  m_sessionLock = FileLock(m_directory / kSessionLockName, FileLock::IfMissing::Create);
-  m_sessionLock.tryLock();
+  makeSession();
 
   if (const auto* application = QCoreApplication::instance()) {
     connect(application, &QCoreApplication::aboutToQuit, this, [folder = m_directory] {
@@ -94,7 +99,23 @@ ExportTemporaryStorage::ExportTemporaryStorage(const fs::path& temporaryDirector
   }
 }
 
-std::filesystem::path ExportTemporaryStorage::newExportPath(const QString& extension) const {
+void ExportTemporaryStorage::makeSession() {
+  createPrivateFolder(m_directory);
+  m_sessionLock = FileLock(m_directory / kSessionLockName, FileLock::IfMissing::Create);
+  m_sessionLock.tryLock();
+}
+
+void ExportTemporaryStorage::restoreSession() {
+  const fs::path root = m_directory.parent_path();
+  createPrivateFolder(root);
+  // Once it was deleted, anybody could put theirs in its place.
+  if (!isOwn(root)) return;
+  const FileLock recoveryLock = lockForRecovery(root);
+  makeSession();
+}
+
+std::filesystem::path ExportTemporaryStorage::newExportPath(const QString& extension) {
+  if (!m_sessionLock.isAt(m_directory / kSessionLockName)) restoreSession();
   return m_directory / (uniqueName() + "." + extension.toStdString());
 }
 

@@ -12,7 +12,7 @@ namespace vantrel {
 /// "Vantrel-Exports" in the temporary folder of the user. Liveness is an exclusive lock on
 /// "session.lock" in it, which the system releases with the process; what a dead process left is
 /// removed by the next one. When the application quits, the session folder goes with all it holds.
-/// Main thread, but `directory` and `newExportPath` may be called from any.
+/// Main thread, but `directory` may be called from any.
 class ExportTemporaryStorage final : public QObject {
  public:
   /// The instance of the process, made on first use; a QCoreApplication must exist.
@@ -28,10 +28,15 @@ class ExportTemporaryStorage final : public QObject {
   /// The session folder. It may be missing if it could not be made.
   [[nodiscard]] const std::filesystem::path& directory() const { return m_directory; }
 
-  /// A new name in the session folder: "Vantrel-", a UUID, a point and the extension.
-  [[nodiscard]] std::filesystem::path newExportPath(const QString& extension) const;
+  /// A new name in the session folder: "Vantrel-", a UUID, a point and the extension. Something
+  /// else may have deleted folder or lock, as cleaners of temporary files do; they are made anew.
+  [[nodiscard]] std::filesystem::path newExportPath(const QString& extension);
 
  private:
+  /// Makes the folder and takes its lock; only while the recovery lock is held.
+  void makeSession();
+  void restoreSession();
+
   std::filesystem::path m_directory;
   /// Held as long as this object lives.
   FileLock m_sessionLock;

@@ -22,6 +22,10 @@ struct FinishedExport {
 /// The title of an export: the source's file name without its last extension, and "-framed".
 [[nodiscard]] QString exportTitle(const std::filesystem::path& sourcePath);
 
+/// A file name for an export: its title with the extension, unless it ends in that already. What
+/// no file system would take for its length loses the end of what stands before "-framed".
+[[nodiscard]] QString proposedFileName(const QString& title, const QString& extension);
+
 /// The size of a file in bytes; 0 if it is not known.
 [[nodiscard]] int64_t fileSizeOf(const std::filesystem::path& file);
 

@@ -20,14 +20,19 @@ FinishedExport VideoExportOperation::run(const VideoExportRequest& request, cons
                                          const std::stop_token& stop) {
   const auto start = std::chrono::steady_clock::now();
   TemporaryExport file(request.destination);
+  const ContentType type = ContentType::quickTimeMovie();
+  const QString title = exportTitle(request.source);
+  // Names in the session folder mean nothing to the user.
+  const std::filesystem::path name =
+      proposedFileName(title, type.preferredFilenameExtension()).toStdString();
   VideoExporter::write(request.source, file.path(), request.crop, request.settings,
-                       reports.fileSize, reports.progress, stop);
+                       reports.fileSize, reports.progress, stop, name);
   throwIfCancelled(stop);
 
   ExportSummary summary;
   std::error_code error;
   const std::uintmax_t bytes = std::filesystem::file_size(file.path(), error);
-  if (error) throw fileError(file.path(), FileAction::Read, error);
+  if (error) throw fileError(name, FileAction::Read, error);
   summary.bytes = static_cast<int64_t>(bytes);
   summary.codec = EncodingSettings::rawValue(request.settings.codec);
   summary.bitrate = request.settings.megabitsPerSecond;
@@ -35,8 +40,7 @@ FinishedExport VideoExportOperation::run(const VideoExportRequest& request, cons
   summary.elapsed = elapsed.count();
   summary.isHDR = request.isHDR;
   summary.resolution = request.crop.size();
-  return {std::move(file), std::move(summary), ContentType::quickTimeMovie(),
-          exportTitle(request.source)};
+  return {std::move(file), std::move(summary), type, title};
 }
 
 template <class Value>

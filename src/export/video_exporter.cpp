@@ -74,9 +74,8 @@ int64_t encode(const Movie& movie, const Plan& plan, MovieWriter& writer, const 
 }
 
 VideoExportReport writePlanned(const Movie& movie, const Plan& plan,
-                               const std::filesystem::path& name, const FileSize& fileSize,
+                               const FileDestination& destination, const FileSize& fileSize,
                                const Progress& progress, const std::stop_token& stop) {
-  const FileDestination destination(name);
   const WorkingFolder folder(destination);
   const std::filesystem::path file = folder.path() / kWorkingName;
   VideoExportReport report;
@@ -97,11 +96,11 @@ VideoExportReport writePlanned(const Movie& movie, const Plan& plan,
 VideoExportReport write(const Movie& source, const std::filesystem::path& destination,
                         const QRectF& crop, const EncodingSettings& settings,
                         const FileSize& fileSize, const Progress& progress,
-                        const std::stop_token& stop) {
+                        const std::stop_token& stop, const std::filesystem::path& name) {
   throwIfCancelled(stop);
   try {
-    return writePlanned(source, planOf(source, crop, settings), destination, fileSize, progress,
-                        stop);
+    const Plan plan = planOf(source, crop, settings);
+    return writePlanned(source, plan, FileDestination(destination, name), fileSize, progress, stop);
   } catch (...) {
     throwIfCancelled(stop);
     throw;
@@ -111,8 +110,10 @@ VideoExportReport write(const Movie& source, const std::filesystem::path& destin
 VideoExportReport write(const std::filesystem::path& source,
                         const std::filesystem::path& destination, const QRectF& crop,
                         const EncodingSettings& settings, const FileSize& fileSize,
-                        const Progress& progress, const std::stop_token& stop) {
-  return write(Movie::open(source, stop), destination, crop, settings, fileSize, progress, stop);
+                        const Progress& progress, const std::stop_token& stop,
+                        const std::filesystem::path& name) {
+  return write(Movie::open(source, stop), destination, crop, settings, fileSize, progress, stop,
+               name);
 }
 
 }  // namespace vantrel::VideoExporter

@@ -29,7 +29,8 @@ using FileSize = std::function<void(int64_t)>;
 /// It may be the source itself.
 ///
 /// `fileSize` is told about five times a second and at the end, `progress` at every percent at
-/// most; both from several threads, and neither may throw. Either may ask `stop` to stop.
+/// most; both from several threads, and neither may throw. Either may ask `stop` to stop. `name`
+/// stands for the destination in errors, if it is to be known by another name.
 ///
 /// Blocking, any thread. Throws Failure, MovieError, std::system_error or Cancelled; a request to
 /// stop that comes before the destination is replaced always ends in Cancelled. Nothing is left
@@ -37,13 +38,14 @@ using FileSize = std::function<void(int64_t)>;
 VideoExportReport write(const Movie& source, const std::filesystem::path& destination,
                         const QRectF& crop, const EncodingSettings& settings,
                         const FileSize& fileSize = {}, const Progress& progress = {},
-                        const std::stop_token& stop = {});
+                        const std::stop_token& stop = {}, const std::filesystem::path& name = {});
 
 /// The same for a file that is not yet open.
 VideoExportReport write(const std::filesystem::path& source,
                         const std::filesystem::path& destination, const QRectF& crop,
                         const EncodingSettings& settings, const FileSize& fileSize = {},
-                        const Progress& progress = {}, const std::stop_token& stop = {});
+                        const Progress& progress = {}, const std::stop_token& stop = {},
+                        const std::filesystem::path& name = {});
 
 }  // namespace VideoExporter
 }  // namespace vantrel

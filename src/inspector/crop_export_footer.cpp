@@ -11,10 +11,10 @@
 
 #include "controls/panel_text.h"
 #include "controls/popover.h"
+#include "controls/slim_progress_bar.h"
 #include "controls/symbol_icon.h"
 #include "export/crop_export_state.h"
 #include "inspector/export_footer_text.h"
-#include "inspector/export_progress_bar.h"
 #include "platform/desktop/formatting.h"
 #include "platform/desktop/key_names.h"
 
@@ -82,7 +82,7 @@ QWidget* CropExportFooter::makeProgress() {
   m_phase = PanelText::caption({}, progress);
   m_phase->setForegroundRole(QPalette::WindowText);
   m_bytes = PanelText::caption({}, progress);
-  m_bar = new ExportProgressBar(m_accent, progress);
+  m_bar = new SlimProgressBar(m_accent, progress);
   m_bar->setAccessibleName(tr("Export progress"));
 
   auto* text = new QHBoxLayout;

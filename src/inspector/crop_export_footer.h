@@ -12,8 +12,8 @@ class QToolButton;
 namespace vantrel {
 
 class CropExportState;
-class ExportProgressBar;
 class Popover;
+class SlimProgressBar;
 
 /// The strip at the bottom of the inspector: one big button that starts the export and makes room
 /// for its progress, and a line below that says what comes out, or what came of it, with a button
@@ -72,7 +72,7 @@ class CropExportFooter final : public QWidget {
   QWidget* m_progress = nullptr;
   QLabel* m_phase = nullptr;
   QLabel* m_bytes = nullptr;
-  ExportProgressBar* m_bar = nullptr;
+  SlimProgressBar* m_bar = nullptr;
   QHBoxLayout* m_statusRow = nullptr;
   QLabel* m_status = nullptr;
   QPushButton* m_cancel = nullptr;

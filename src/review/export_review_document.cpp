@@ -2,15 +2,19 @@
 
 #include <utility>
 
+#include "base/cancelled.h"
 #include "base/failure.h"
-#include "platform/desktop/atomic_file.h"
+#include "platform/desktop/file_error.h"
 #include "platform/image/image_reader.h"
 
 namespace vantrel {
 
-ExportReviewDocument::ExportReviewDocument(FinishedExport finished, OpenPlayer open,
+ExportReviewDocument::ExportReviewDocument(FinishedExport finished, OpenPlayer open, CopyFile copy,
                                            QObject* parent)
-    : QObject(parent), m_export(std::move(finished)), m_open(std::move(open)) {}
+    : QObject(parent),
+      m_export(std::move(finished)),
+      m_open(std::move(open)),
+      m_copy(std::move(copy)) {}
 
 ExportReviewDocument::~ExportReviewDocument() {
   close();
@@ -27,23 +31,37 @@ QString ExportReviewDocument::filenameExtension() const {
 }
 
 QString ExportReviewDocument::suggestedFileName() const {
+  return proposedFileName(displayName(), filenameExtension());
+}
+
+QString ExportReviewDocument::withExtension(const QString& fileName) const {
   const QString ending = u'.' + filenameExtension();
-  return displayName().endsWith(ending) ? displayName() : displayName() + ending;
+  const bool isNamed = contentType().isExtensionOf(fileName) || fileName.endsWith(ending);
+  return isNamed ? fileName : fileName + ending;
 }
 
 void ExportReviewDocument::save(const std::filesystem::path& destination) {
   if (isSaving() || isClosed()) return;
-  m_save = std::make_unique<BackgroundTask<void>>(
-      [source = temporaryExportPath(), destination](const std::stop_token& stop) {
-        atomicCopy(source, destination, stop);
-      },
-      [this](BackgroundTask<void>::Outcome outcome) { finishSave(std::move(outcome)); });
+  m_savingName = vantrel::displayName(destination);
+  m_save = std::make_unique<FileSave>(
+      m_copy, temporaryExportPath(), destination,
+      [this](double fraction) { Q_EMIT saveProgressed(fraction); },
+      [this](FileSave::Outcome outcome) { finishSave(std::move(outcome)); });
+  Q_EMIT savingChanged();
 }
 
-void ExportReviewDocument::finishSave(BackgroundTask<void>::Outcome outcome) {
+void ExportReviewDocument::cancelSave() {
+  if (m_save) m_save->cancel();
+}
+
+void ExportReviewDocument::finishSave(FileSave::Outcome outcome) {
   m_save.reset();
+  Q_EMIT savingChanged();
   try {
     outcome.get();
+  } catch (const Cancelled&) {
+    Q_EMIT saveCancelled();
+    return;
   } catch (...) {
     Q_EMIT saveFailed(QString::fromStdString(userMessage(std::current_exception())));
     return;

@@ -1,15 +1,11 @@
 #pragma once
 
-#include <QOpenGLWidget>
-#include <QPointer>
-
-#include "platform/gl/picture_renderer.h"
-#include "platform/movie/video_picture_source.h"
+#include "platform/gl/picture_surface.h"
 
 namespace vantrel {
 
 /// Shows the picture of a video on black: in the middle, as large as fits. Main thread.
-class PlayerSurface final : public QOpenGLWidget {
+class PlayerSurface final : public PictureSurface {
   Q_OBJECT
 
  public:
@@ -17,20 +13,16 @@ class PlayerSurface final : public QOpenGLWidget {
   ~PlayerSurface() override;
 
   /// Null for none; the last picture stays then.
-  void setSource(VideoPictureSource* source);
+  void setSource(VideoPictureSource* source) { setPictureSource(source); }
 
  protected:
-  void initializeGL() override;
+  void pictureTaken(const VideoPicture* picture) override;
   void paintGL() override;
 
  private:
-  void takePicture();
-  void releaseContext();
   /// In device pixels.
   [[nodiscard]] PictureView pictureView() const;
 
-  PictureRenderer m_renderer;
-  QPointer<VideoPictureSource> m_source;
   /// Of the picture as it is displayed.
   QSizeF m_pictureSize;
 };

@@ -2,20 +2,23 @@
 
 #include <QAbstractButton>
 #include <QCloseEvent>
-#include <QFile>
-#include <QFileDialog>
+#include <QKeyEvent>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QScreen>
 
 #include "controls/message_layout.h"
 #include "controls/window_title.h"
 #include "review/image_review_view.h"
+#include "review/save_dialog.h"
+#include "review/save_progress_dialog.h"
 #include "review/video_review_view.h"
 
 namespace vantrel {
 namespace {
 
-constexpr QSize kWindowSize{800, 600};
+/// Of what the window shows, below its menus.
+constexpr QSize kContentSize{800, 600};
 
 }  // namespace
 
@@ -28,13 +31,17 @@ ReviewWindow::ReviewWindow(std::unique_ptr<ExportReviewDocument> document, QWidg
   } else {
     showVideo();
   }
-  const QRect place = placeIn(screen()->availableGeometry());
+  const int menus = menuBar()->isNativeMenuBar() ? 0 : menuBar()->sizeHint().height();
+  const QRect place = placeIn(screen()->availableGeometry(), kContentSize + QSize(0, menus));
   resize(place.size());
   move(place.topLeft());
   updateTitle();
+  new SaveProgressDialog(*m_document, this);
+  connect(m_document.get(), &ExportReviewDocument::savingChanged, this, &ReviewWindow::updateTitle);
   connect(m_document.get(), &ExportReviewDocument::saved, this, &ReviewWindow::finishSave);
   connect(m_document.get(), &ExportReviewDocument::saveFailed, this,
           &ReviewWindow::showSaveFailure);
+  connect(m_document.get(), &ExportReviewDocument::saveCancelled, this, &ReviewWindow::refuseClose);
 }
 
 void ReviewWindow::showVideo() {
@@ -60,8 +67,8 @@ ReviewWindow::~ReviewWindow() {
   delete takeCentralWidget();
 }
 
-QRect ReviewWindow::placeIn(const QRect& room) {
-  QRect place(QPoint(0, 0), kWindowSize.boundedTo(room.size()));
+QRect ReviewWindow::placeIn(const QRect& room, const QSize& size) {
+  QRect place(QPoint(0, 0), size.boundedTo(room.size()));
   place.moveCenter(room.center());
   return place;
 }
@@ -74,17 +81,9 @@ void ReviewWindow::updateTitle() {
 void ReviewWindow::save() {
   if (m_document->isSaving() || m_choosing) return;
   m_choosing = true;
-  auto* dialog = new QFileDialog(this, tr("Save"));
+  auto* dialog = new SaveDialog(*m_document, this);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
-  dialog->setAcceptMode(QFileDialog::AcceptSave);
-  dialog->setFileMode(QFileDialog::AnyFile);
-  dialog->setMimeTypeFilters({m_document->contentType().name()});
-  dialog->setDefaultSuffix(m_document->filenameExtension());
-  dialog->selectFile(m_document->suggestedFileName());
-  connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& file) {
-    m_document->save(QFile::encodeName(file).toStdString());
-    updateTitle();
-  });
+  connect(dialog, &QDialog::accepted, this, [this, dialog] { m_document->save(dialog->chosen()); });
   connect(dialog, &QDialog::finished, this, [this] { m_choosing = false; });
   connect(dialog, &QDialog::rejected, this, &ReviewWindow::refuseClose);
   dialog->open();
@@ -96,7 +95,6 @@ void ReviewWindow::finishSave() {
 }
 
 void ReviewWindow::showSaveFailure(const QString& message) {
-  updateTitle();
   refuseClose();
   auto* alert = new QMessageBox(QMessageBox::NoIcon, tr("Could Not Save File"),
                                 tr("Could Not Save File"), QMessageBox::Ok, this);
@@ -104,6 +102,14 @@ void ReviewWindow::showSaveFailure(const QString& message) {
   layOutMessage(*alert);
   alert->setAttribute(Qt::WA_DeleteOnClose);
   alert->open();
+}
+
+void ReviewWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape && isFullScreen()) {
+    setFullScreen(false);
+  } else {
+    QMainWindow::keyPressEvent(event);
+  }
 }
 
 void ReviewWindow::closeEvent(QCloseEvent* event) {

@@ -23,8 +23,9 @@ class ReviewWindow final : public QMainWindow {
 
   [[nodiscard]] ExportReviewDocument& document() { return *m_document; }
 
-  /// Where a window opens in the free part of a screen: in the middle, no larger than it.
-  [[nodiscard]] static QRect placeIn(const QRect& room);
+  /// Where a window of this size opens in the free part of a screen: in the middle, no larger than
+  /// it.
+  [[nodiscard]] static QRect placeIn(const QRect& room, const QSize& size);
 
   /// Asks where to save, and saves there.
   void save();
@@ -35,6 +36,7 @@ class ReviewWindow final : public QMainWindow {
 
  protected:
   void changeEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
  private:

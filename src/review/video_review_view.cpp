@@ -45,7 +45,7 @@ bool isMovement(QEvent::Type type) {
 VideoReviewView::VideoReviewView(ExportReviewDocument& document, QWidget* parent)
     : QWidget(parent),
       m_document(document),
-      m_surface(new PlayerSurface(this)),
+      m_surface(PlayerSurface::isSupported() ? new PlayerSurface(this) : nullptr),
       m_information(new ExportInformation(document.summary(), this)),
       m_controls(new ReviewControls(document.playback(), this)) {
   setMinimumSize(kMinimumSize);
@@ -77,11 +77,11 @@ void VideoReviewView::connectControls() {
 }
 
 void VideoReviewView::followPlayer() {
-  m_surface->setSource(m_document.playback().player());
+  if (m_surface) m_surface->setSource(m_document.playback().player());
 }
 
 void VideoReviewView::resizeEvent(QResizeEvent* /*event*/) {
-  m_surface->setGeometry(rect());
+  if (m_surface) m_surface->setGeometry(rect());
   const int room = std::max(0, width() - 2 * kInformationPadding);
   m_information->setGeometry({{kInformationPadding, kInformationPadding},
                               m_information->sizeHint().boundedTo({room, height()})});

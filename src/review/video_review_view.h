@@ -21,6 +21,7 @@ class VideoReviewView final : public QWidget {
   /// `document` outlives the view.
   explicit VideoReviewView(ExportReviewDocument& document, QWidget* parent = nullptr);
 
+  /// Null where there is no OpenGL: the movie is heard then, and not seen.
   [[nodiscard]] PlayerSurface* surface() const { return m_surface; }
   [[nodiscard]] ExportInformation* information() const { return m_information; }
   [[nodiscard]] ReviewControls* controls() const { return m_controls; }
@@ -46,7 +47,7 @@ class VideoReviewView final : public QWidget {
   void seekBy(double seconds);
 
   ExportReviewDocument& m_document;
-  PlayerSurface* m_surface;
+  PlayerSurface* const m_surface;
   ExportInformation* m_information;
   ReviewControls* m_controls;
   bool m_isFullScreen = false;

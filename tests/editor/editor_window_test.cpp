@@ -26,6 +26,7 @@
 #include "review/review_window.h"
 #include "support/picture_files.h"
 #include "support/temporary_folder.h"
+#include "support/write_failures.h"
 
 namespace vantrel {
 namespace {
@@ -148,13 +149,13 @@ TEST_F(EditorWindowTest, ReportsAnExportThatFailsAndKeepsTheEdit) {
   load(folder / "photo.png");
   show();
   state().history().setCrop({1, 2, 3, 4});
-  const std::filesystem::path session = ExportTemporaryStorage::shared().directory();
-  const std::filesystem::path aside = session.string() + ".aside";
-  std::filesystem::rename(session, aside);
-  QTest::mouseClick(footer()->exportButton(), Qt::LeftButton);
-  const bool idle = QTest::qWaitFor([this] { return !state().busy(); });
-  std::filesystem::rename(aside, session);
-  ASSERT_TRUE(idle);
+  {
+    const testing::FileSizeLimit fullDisk(100);
+    QTest::mouseClick(footer()->exportButton(), Qt::LeftButton);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !state().busy(); }));
+  }
+  EXPECT_EQ(testing::namesIn(ExportTemporaryStorage::shared().directory()),
+            std::vector<std::string>{"session.lock"});
 
   auto* alert = window.findChild<QMessageBox*>();
   ASSERT_NE(alert, nullptr);
@@ -165,6 +166,18 @@ TEST_F(EditorWindowTest, ReportsAnExportThatFailsAndKeepsTheEdit) {
   EXPECT_FALSE(state().exportError());
   EXPECT_EQ(footer()->statusLabel()->text(), QStringLiteral("Export failed"));
   EXPECT_EQ(state().history().crop(), (CropMargins{1, 2, 3, 4}));
+}
+
+TEST_F(EditorWindowTest, ExportsAlsoAfterTheSessionFolderWasDeleted) {
+  load(folder / "photo.png");
+  show();
+  std::filesystem::remove_all(ExportTemporaryStorage::shared().directory());
+  QTest::mouseClick(footer()->exportButton(), Qt::LeftButton);
+  ASSERT_TRUE(QTest::qWaitFor([this] { return !state().busy(); }));
+  EXPECT_FALSE(state().exportError());
+  EXPECT_EQ(testing::namesIn(ExportTemporaryStorage::shared().directory()),
+            std::vector<std::string>{"session.lock"})
+      << "nobody has taken the export";
 }
 
 TEST_F(EditorWindowTest, ClosingAReviewThatAsksForAPlaceAsksNothingElse) {
@@ -186,8 +199,8 @@ TEST_F(EditorWindowTest, ClosingAReviewThatAsksForAPlaceAsksNothingElse) {
 }
 
 TEST(ReviewWindow, OpensInTheMiddleAndInsideTheScreen) {
-  EXPECT_EQ(ReviewWindow::placeIn({100, 0, 1400, 900}), QRect(400, 150, 800, 600));
-  EXPECT_EQ(ReviewWindow::placeIn({0, 20, 700, 430}), QRect(0, 20, 700, 430));
+  EXPECT_EQ(ReviewWindow::placeIn({100, 0, 1400, 900}, {800, 600}), QRect(400, 150, 800, 600));
+  EXPECT_EQ(ReviewWindow::placeIn({0, 20, 700, 430}, {800, 600}), QRect(0, 20, 700, 430));
 }
 
 TEST(ApplicationLook, GivesTheWindowsAnIcon) {

@@ -26,7 +26,7 @@ constexpr int kLostItsFolder = 3;
 
 int runRounds(const std::filesystem::path& folder, int rounds) {
   for (int round = 0; round < rounds; ++round) {
-    const vantrel::ExportTemporaryStorage storage(folder);
+    vantrel::ExportTemporaryStorage storage(folder);
     const auto file = storage.newExportPath(QStringLiteral("png"));
     std::ofstream(file) << "picture";
     if (!std::filesystem::exists(storage.directory() / "session.lock") ||

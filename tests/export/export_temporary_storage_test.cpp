@@ -10,6 +10,8 @@
 #include <array>
 #include <memory>
 #include <string>
+#include <thread>
+#include <tuple>
 #include <vector>
 
 #include "support/ordinary_user.h"
@@ -91,7 +93,7 @@ TEST(ExportTemporaryStorage, IsNamedByAnIdentity) {
 
 TEST(ExportTemporaryStorage, NamesExportsAnew) {
   const TemporaryFolder folder;
-  const ExportTemporaryStorage storage(folder.path());
+  ExportTemporaryStorage storage(folder.path());
   const fs::path first = storage.newExportPath(QStringLiteral("png"));
   const fs::path second = storage.newExportPath(QStringLiteral("jpg"));
   EXPECT_NE(first.stem(), second.stem());
@@ -117,6 +119,72 @@ TEST(ExportTemporaryStorage, HoldsItsLockAndNoOther) {
   }
   FileLock sessionLock(session / "session.lock", FileLock::IfMissing::Fail);
   EXPECT_TRUE(sessionLock.tryLock());
+}
+
+TEST(ExportTemporaryStorage, MakesAFolderThatWasDeletedAnew) {
+  const TemporaryFolder folder;
+  ExportTemporaryStorage storage(folder.path());
+  const fs::path directory = storage.directory();
+  for (const fs::path& deleted : {directory / "session.lock", directory, directory.parent_path()}) {
+    fs::remove_all(deleted);
+    writeFile(storage.newExportPath(QStringLiteral("png")), "picture");
+    EXPECT_EQ(storage.directory(), directory);
+    EXPECT_EQ(testing::modeOf(directory.parent_path()), 0700U);
+    EXPECT_EQ(testing::modeOf(directory), 0700U);
+    EXPECT_EQ(testing::modeOf(directory / "session.lock"), 0600U);
+    FileLock lock(directory / "session.lock", FileLock::IfMissing::Fail);
+    EXPECT_FALSE(lock.tryLock());
+  }
+}
+
+TEST(ExportTemporaryStorage, LivesOnForOthersAfterItsFolderWasDeleted) {
+  const TemporaryFolder folder;
+  ExportTemporaryStorage storage(folder.path());
+  fs::remove_all(folder / "Vantrel-Exports");
+  const fs::path file = storage.newExportPath(QStringLiteral("png"));
+  writeFile(file, "picture");
+  Session other(folder.path());
+  EXPECT_FALSE(other.directory().empty());
+  EXPECT_EQ(testing::readFile(file), "picture");
+}
+
+TEST(ExportTemporaryStorage, WaitsForARecoveryBeforeItMakesItsFolderAnew) {
+  const TemporaryFolder folder;
+  ExportTemporaryStorage storage(folder.path());
+  fs::remove_all(storage.directory());
+  auto recovery = std::make_unique<FileLock>(folder / "Vantrel-Exports/recovery.lock",
+                                             FileLock::IfMissing::Fail);
+  ASSERT_TRUE(recovery->lock());
+  std::thread waiting([&] { std::ignore = storage.newExportPath(QStringLiteral("png")); });
+  // It cannot get further than to the lock, however long one looks.
+  for (int look = 0; look < 1000; ++look)
+    EXPECT_FALSE(fs::exists(storage.directory()));
+  recovery.reset();
+  waiting.join();
+  EXPECT_TRUE(fs::exists(storage.directory() / "session.lock"));
+}
+
+TEST(ExportTemporaryStorage, LeavesALockThatIsThereAlone) {
+  const TemporaryFolder folder;
+  ExportTemporaryStorage storage(folder.path());
+  FileLock lock(storage.directory() / "session.lock", FileLock::IfMissing::Fail);
+  std::ignore = storage.newExportPath(QStringLiteral("png"));
+  EXPECT_TRUE(lock.isAt(storage.directory() / "session.lock"));
+  EXPECT_FALSE(lock.tryLock());
+}
+
+TEST(ExportTemporaryStorage, MakesNothingAnewInAFolderOfAnotherUser) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can make another user's folder";
+  const TemporaryFolder folder;
+  ExportTemporaryStorage storage(folder.path());
+  fs::remove_all(folder / "Vantrel-Exports");
+  fs::create_directory(folder / "Vantrel-Exports");
+  ASSERT_EQ(::chown((folder / "Vantrel-Exports").c_str(), testing::OrdinaryUser::kNobody,
+                    testing::OrdinaryUser::kNobody),
+            0);
+  const fs::path file = storage.newExportPath(QStringLiteral("png"));
+  EXPECT_EQ(file.parent_path(), storage.directory());
+  EXPECT_TRUE(namesIn(folder / "Vantrel-Exports").empty());
 }
 
 TEST(ExportTemporaryStorage, RemovesADeadSessionWithAllItHolds) {

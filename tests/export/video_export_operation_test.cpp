@@ -11,6 +11,7 @@
 #include "base/cancelled.h"
 #include "base/failure.h"
 #include "support/film_folder.h"
+#include "support/write_failures.h"
 
 namespace vantrel {
 namespace {
@@ -118,6 +119,31 @@ TEST_F(VideoExportOperationTest, FailsWithTheErrorOfTheExporter) {
   outside.crop = QRectF(0, 0, 162, 120);
   EXPECT_THROW(outcomeOf(outside).get(), Failure);
   EXPECT_EQ(namesIn(folder.path()), Names{});
+}
+
+TEST_F(VideoExportOperationTest, NamesTheExportAsTheUserKnowsItWhenTheDiskIsFull) {
+  const testing::FileSizeLimit limit(1000);
+  Outcome outcome = outcomeOf(request());
+  try {
+    outcome.get();
+    ADD_FAILURE();
+  } catch (const std::system_error& error) {
+    EXPECT_STREQ(error.what(), "“clip.final-framed.mov” could not be saved: File too large");
+  }
+  EXPECT_EQ(namesIn(folder.path()), Names{});
+}
+
+TEST_F(VideoExportOperationTest, NamesTheExportAsTheUserKnowsItWhereItCannotBeMade) {
+  VideoExportRequest wanted = request();
+  testing::writeFile(folder / "file", "");
+  wanted.destination = folder / "file/Vantrel-1.mov";
+  Outcome outcome = outcomeOf(wanted);
+  try {
+    outcome.get();
+    ADD_FAILURE();
+  } catch (const std::system_error& error) {
+    EXPECT_STREQ(error.what(), "“clip.final-framed.mov” could not be saved: Not a directory");
+  }
 }
 
 TEST_F(VideoExportOperationTest, CancelDeletesTheFile) {

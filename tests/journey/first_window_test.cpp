@@ -12,6 +12,7 @@
 #include "inspector/image_encoding_section.h"
 #include "journey/journey.h"
 #include "journey/saved_picture.h"
+#include "review/save_dialog.h"
 
 namespace vantrel {
 namespace {
@@ -47,6 +48,72 @@ class FirstWindowTest : public testing::Journey {
   bool dropAccepted = false;
   bool highlighted = false;
 };
+
+TEST_F(FirstWindowTest, SavesFilesOfAllNamesUnderWhatItProposes) {
+  for (const std::string& stem :
+       {std::string("two  words"), std::string("He said \"hi\""), std::string("🦊"),
+        std::string("שלום עולם"), std::string(".hidden"), std::string("caf\xe9"),
+        std::string(251, 'n')}) {
+    std::filesystem::copy_file(folder / "photo.png", folder / (stem + ".png"));
+    open(folder / (stem + ".png"));
+    ReviewWindow* review = exportCrop();
+    ASSERT_NE(review, nullptr) << stem;
+    EXPECT_EQ(review->document().displayName(), exportTitle(stem + ".png"));
+    review->save();
+    auto* dialog = waitFor<SaveDialog>();
+    ASSERT_NE(dialog, nullptr);
+    dialog->setDirectory(QString::fromStdString(folder.path().string()));
+    QTest::mouseClick(dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save),
+                      Qt::LeftButton);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !review->document().isUnsaved(); })) << stem;
+    testing::expectPattern(folder / review->document().suggestedFileName().toStdString(), 120, 90, 0, 0);
+    review->close();
+    ASSERT_TRUE(waitUntilGone<ReviewWindow>());
+    editor->close();
+    ASSERT_TRUE(waitUntilGone<EditorWindow>());
+  }
+}
+
+TEST_F(FirstWindowTest, SavesOntoTheSource) {
+  open(folder / "photo.png");
+  type(Edge::top, QStringLiteral("80"));
+  ReviewWindow* review = exportCrop();
+  ASSERT_NE(review, nullptr);
+  review->save();
+  auto* dialog = waitFor<SaveDialog>();
+  ASSERT_NE(dialog, nullptr);
+  ASSERT_TRUE(activate(dialog));
+  auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+  name->setFocus();
+  name->setText(QString::fromStdString((folder / "photo.png").string()));
+  QTest::mouseClick(dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save),
+                    Qt::LeftButton);
+  auto* question = waitFor<QMessageBox>();
+  ASSERT_NE(question, nullptr);
+  for (QAbstractButton* button : question->buttons())
+    if (button->text() == u"Replace") QTest::mouseClick(button, Qt::LeftButton);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !review->document().isUnsaved(); }));
+  testing::expectPattern(folder / "photo.png", 120, 10, 0, 80);
+  EXPECT_EQ(testing::namesIn(folder.path()), std::vector<std::string>{"photo.png"});
+}
+
+TEST_F(FirstWindowTest, ReportsAnExportThatWasDeletedAndClosesItsReview) {
+  open(folder / "photo.png");
+  ReviewWindow* review = exportCrop();
+  ASSERT_NE(review, nullptr);
+  std::filesystem::remove_all(ExportTemporaryStorage::shared().directory());
+  review->document().save(folder / "saved.png");
+  auto* alert = waitFor<QMessageBox>();
+  ASSERT_NE(alert, nullptr);
+  EXPECT_EQ(alert->informativeText(),
+            QStringLiteral("“saved.png” could not be saved: The finished export was deleted from "
+                           "the temporary folder"));
+  answer(QMessageBox::Ok);
+  review->close();
+  answer(QMessageBox::Discard);
+  ASSERT_TRUE(waitUntilGone<ReviewWindow>());
+  EXPECT_EQ(testing::namesIn(folder.path()), std::vector<std::string>{"photo.png"});
+}
 
 TEST_F(FirstWindowTest, ProposesANameAndAddsTheExtension) {
   open(folder / "photo.png");
@@ -327,7 +394,7 @@ TEST_F(FirstWindowTest, GoesFromAnyNameToAnyName) {
     EXPECT_EQ(editor->windowHandle()->title().toStdString(), name + ".png");
     ReviewWindow* const review = exportCrop();
     ASSERT_NE(review, nullptr);
-    EXPECT_EQ(review->document().suggestedFileName().toStdString(), name + "-framed.png");
+    EXPECT_EQ(review->document().displayName().toStdString(), name + "-framed");
     // Over the source itself, since no name can be longer.
     review->document().save(path);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !review->document().isUnsaved(); }));

@@ -123,6 +123,8 @@ class Journey : public ::testing::Test {
     ASSERT_TRUE(activate(dialog));
     auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     ASSERT_NE(name, nullptr);
+    // Without the focus the dialog would write into it whatever it finds selected.
+    name->setFocus();
     name->setText(QString::fromStdString(path.string()));
     auto* buttons = dialog->findChild<QDialogButtonBox*>();
     const bool saves = dialog->acceptMode() == QFileDialog::AcceptSave;

@@ -39,7 +39,9 @@ bool waitUntilGone() {
 /// Gives the window the keyboard, also where no window manager does.
 inline bool activate(QWidget* window) {
   window->activateWindow();
-  return QTest::qWaitForWindowActive(window);
+  // A window system counts a dialog as active together with what it stands over.
+  return QTest::qWaitForWindowActive(window) &&
+         QTest::qWaitFor([window] { return window->isActiveWindow(); });
 }
 
 /// What lies in the session folder but its lock.

@@ -6,9 +6,12 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <atomic>
+#include <fstream>
 #include <memory>
 #include <stdexcept>
+#include <thread>
 
+#include "review/held_copy.h"
 #include "support/fake_player.h"
 #include "support/picture_files.h"
 #include "support/temporary_folder.h"
@@ -121,6 +124,141 @@ TEST_F(ExportReviewDocumentTest, LeavesNoHalfFileWhenClosedInTheMiddleOfASave) {
   if (std::filesystem::exists(folder / "one.png")) {
     EXPECT_EQ(std::filesystem::file_size(folder / "one.png"), 64U << 20U);
   }
+}
+
+TEST_F(ExportReviewDocumentTest, SavesUnderAnyNameAndOverItself) {
+  const auto review = document(QStringLiteral("photo"), ContentType::png());
+  QSignalSpy saved(review.get(), &ExportReviewDocument::saved);
+  for (const std::string& name :
+       {std::string("two  words .png"), std::string("He said \"hi\".png"), std::string("🦊.png"),
+        std::string("שלום.png"), std::string(".hidden"), std::string("-n"), std::string("a\nb"),
+        std::string("caf\xe9\xff.png"), std::string(255, 'n')}) {
+    review->save(folder / name);
+    ASSERT_TRUE(saved.wait()) << name;
+    EXPECT_EQ(testing::readFile(folder / name), "finished bytes") << name;
+  }
+  const size_t files = testing::namesIn(folder.path()).size();
+  review->save(temporary);
+  ASSERT_TRUE(saved.wait());
+  EXPECT_EQ(testing::readFile(temporary), "finished bytes");
+  EXPECT_EQ(testing::namesIn(folder.path()).size(), files) << "nothing is left behind";
+}
+
+TEST_F(ExportReviewDocumentTest, SavesOntoTheSourceInOneStep) {
+  testing::writeFile(folder / "photo.png", "the source");
+  std::filesystem::permissions(folder / "photo.png", std::filesystem::perms(0640));
+  std::ifstream source(folder / "photo.png");
+  const auto review = document(exportTitle(folder / "photo.png"), ContentType::png());
+  QSignalSpy saved(review.get(), &ExportReviewDocument::saved);
+  review->save(folder / "photo.png");
+  ASSERT_TRUE(saved.wait());
+  EXPECT_EQ(testing::readFile(folder / "photo.png"), "finished bytes");
+  EXPECT_EQ(testing::modeOf(folder / "photo.png"), 0640U);
+  std::string old;
+  std::getline(source, old);
+  EXPECT_EQ(old, "the source") << "who has it open goes on reading what was there";
+}
+
+TEST_F(ExportReviewDocumentTest, CompletesAChosenName) {
+  const auto image = document(QStringLiteral("photo"), ContentType::jpeg());
+  EXPECT_EQ(image->withExtension(QStringLiteral("/a.b/c")), u"/a.b/c.jpg");
+  EXPECT_EQ(image->withExtension(QStringLiteral("c.png")), u"c.png.jpg");
+  EXPECT_EQ(image->withExtension(QStringLiteral("c.JPEG")), u"c.JPEG");
+  const auto unknown = document(QStringLiteral("film"), ContentType());
+  EXPECT_EQ(unknown->withExtension(QStringLiteral("c")), u"c.mov");
+  EXPECT_EQ(unknown->withExtension(QStringLiteral("c.mov")), u"c.mov");
+}
+
+TEST_F(ExportReviewDocumentTest, SaysThatItsFileIsGone) {
+  const auto review = document(QStringLiteral("photo"), ContentType::png());
+  std::filesystem::remove(temporary);
+  testing::writeFile(folder / "one.png", "old");
+  QSignalSpy failed(review.get(), &ExportReviewDocument::saveFailed);
+  review->save(folder / "one.png");
+  ASSERT_TRUE(failed.wait());
+  EXPECT_EQ(failed.first().first().toString(),
+            u"“one.png” could not be saved: The finished export was deleted from the temporary "
+            "folder");
+  EXPECT_EQ(testing::readFile(folder / "one.png"), "old");
+  review->close();
+  EXPECT_EQ(testing::namesIn(folder.path()), std::vector<std::string>{"one.png"});
+}
+
+class ExportReviewSaveTest : public ExportReviewDocumentTest {
+ protected:
+  ExportReviewSaveTest() {
+    testing::writeFile(temporary, "0123456789");
+    testing::writeFile(folder / "out.png", "old");
+    review = std::make_unique<ExportReviewDocument>(
+        FinishedExport{TemporaryExport(temporary), {}, ContentType::png(), QStringLiteral("photo")},
+        &openMoviePlayer, held.copy());
+    QObject::connect(review.get(), &ExportReviewDocument::savingChanged, review.get(),
+                     [this] { log.push_back(review->isSaving() ? "saving" : "not saving"); });
+    QObject::connect(review.get(), &ExportReviewDocument::saveProgressed, review.get(),
+                     [this](double fraction) {
+                       log.push_back(std::to_string(static_cast<int>(fraction * 100)) + " %");
+                     });
+    QObject::connect(review.get(), &ExportReviewDocument::saved, review.get(),
+                     [this] { log.emplace_back("saved"); });
+    QObject::connect(review.get(), &ExportReviewDocument::saveCancelled, review.get(),
+                     [this] { log.emplace_back("cancelled"); });
+    QObject::connect(review.get(), &ExportReviewDocument::saveFailed, review.get(),
+                     [this] { log.emplace_back("failed"); });
+    review->save(folder / "out.png");
+  }
+  void waitFor(const std::string& event) {
+    ASSERT_TRUE(QTest::qWaitFor([&] { return log.back() == event; }));
+  }
+
+  testing::HeldCopy held;
+  std::vector<std::string> log;
+  std::unique_ptr<ExportReviewDocument> review;
+};
+
+TEST_F(ExportReviewSaveTest, TellsHowFarItIs) {
+  EXPECT_EQ(review->savingName(), u"out.png");
+  held.tell(4);
+  waitFor("40 %");
+  held.finish();
+  waitFor("saved");
+  EXPECT_THAT(log, ElementsAre("saving", "40 %", "100 %", "not saving", "saved"));
+}
+
+TEST_F(ExportReviewSaveTest, CancelLeavesEverythingAsItWas) {
+  held.tell(4);
+  waitFor("40 %");
+  review->cancelSave();
+  waitFor("cancelled");
+  EXPECT_THAT(log, ElementsAre("saving", "40 %", "not saving", "cancelled"));
+  EXPECT_TRUE(review->isUnsaved());
+  EXPECT_EQ(testing::readFile(folder / "out.png"), "old");
+  EXPECT_EQ(testing::namesIn(folder.path()),
+            (std::vector<std::string>{"Vantrel-1.png", "out.png"}));
+
+  review->save(folder / "out.png");
+  held.finish();
+  waitFor("saved");
+  EXPECT_EQ(testing::readFile(folder / "out.png"), "0123456789");
+}
+
+TEST_F(ExportReviewSaveTest, IsSavedWhenCancelComesTooLate) {
+  held.finish();
+  while (testing::readFile(folder / "out.png") == "old")
+    std::this_thread::yield();
+  review->cancelSave();
+  waitFor("saved");
+  EXPECT_FALSE(review->isUnsaved());
+}
+
+TEST_F(ExportReviewSaveTest, TellsNothingAfterItIsClosed) {
+  held.tell(4);
+  held.tell(5);
+  review->close();
+  QCoreApplication::processEvents();
+  EXPECT_THAT(log, ElementsAre("saving"));
+  review->cancelSave();
+  EXPECT_EQ(testing::namesIn(folder.path()), std::vector<std::string>{"out.png"});
+  EXPECT_EQ(testing::readFile(folder / "out.png"), "old");
 }
 
 TEST_F(ExportReviewDocumentTest, ShowsAnImageThatCanBeRead) {

@@ -2,18 +2,27 @@
 
 #include <gtest/gtest.h>
 
+#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPointer>
+#include <QPushButton>
 #include <QSignalSpy>
+#include <QSlider>
 #include <QTest>
 #include <QToolButton>
 #include <QWindow>
+#include <cmath>
 
+#include "controls/slim_progress_bar.h"
 #include "playback/playback_state.h"
+#include "review/export_information.h"
+#include "review/held_copy.h"
 #include "review/image_review_view.h"
 #include "review/review_controls.h"
+#include "review/save_dialog.h"
+#include "review/save_progress_dialog.h"
 #include "review/video_review_view.h"
 #include "support/film_folder.h"
 #include "support/picture_files.h"
@@ -31,7 +40,8 @@ class ReviewWindowTest : public ::testing::Test {
 
   void open(const ContentType& type) {
     window = new ReviewWindow(std::make_unique<ExportReviewDocument>(
-        FinishedExport{TemporaryExport(file), {}, type, QStringLiteral("film-framed")}));
+        FinishedExport{TemporaryExport(file), {}, type, QStringLiteral("film-framed")},
+        &openMoviePlayer, copy));
     window->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
   }
@@ -52,6 +62,7 @@ class ReviewWindowTest : public ::testing::Test {
   static inline std::unique_ptr<testing::FilmFolder> films;
   testing::TemporaryFolder folder;
   std::filesystem::path file = folder / "Vantrel-1";
+  CopyFile copy = &atomicCopy;
   QPointer<ReviewWindow> window;
 };
 
@@ -133,6 +144,141 @@ TEST_F(ReviewWindowTest, FillsTheScreenWithoutItsMenuBar) {
   press(Qt::Key_Escape);
   EXPECT_FALSE(window->isFullScreen());
   EXPECT_TRUE(window->menuBar()->isVisible());
+}
+
+TEST_F(ReviewWindowTest, LeavesTheFullScreenOfAnImageWithEscape) {
+  testing::savePng(file, 4, 4);
+  open(ContentType::png());
+  window->showFullScreen();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+  QTest::keyClick(window, Qt::Key_Escape);
+  EXPECT_FALSE(window->isFullScreen());
+  EXPECT_TRUE(window->isVisible());
+}
+
+TEST_F(ReviewWindowTest, LeavesTheFullScreenWhereverTheKeyboardIs) {
+  openFilm();
+  for (QWidget* part : {static_cast<QWidget*>(view()->controls()->slider()),
+                        static_cast<QWidget*>(view()->controls()->playButton())}) {
+    press(Qt::Key_F);
+    ASSERT_TRUE(window->isFullScreen());
+    part->setFocus();
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(window->isFullScreen());
+    view()->setFocus();
+  }
+}
+
+TEST_F(ReviewWindowTest, OpensWithItsContentAtTheRightSize) {
+  testing::savePng(file, 4, 4);
+  open(ContentType::png());
+  EXPECT_EQ(window->centralWidget()->size(), QSize(800, 600));
+}
+
+TEST_F(ReviewWindowTest, GetsNoSmallerThanItsSummaryNeeds) {
+  testing::savePng(file, 4, 4);
+  open(ContentType::png());
+  window->resize(1, 1);
+  ASSERT_TRUE(QTest::qWaitFor([this] { return window->centralWidget()->width() < 400; }));
+  EXPECT_EQ(window->centralWidget()->size(), QSize(300, 200));
+  const auto* summary = window->findChild<ExportInformation*>();
+  EXPECT_EQ(summary->pos(), QPoint(12, 12));
+  EXPECT_LE(summary->geometry().right(), 300 - 12);
+}
+
+TEST_F(ReviewWindowTest, MarksItsTitleUntilItIsSaved) {
+  testing::savePng(file, 4, 4);
+  open(ContentType::png());
+  EXPECT_EQ(window->windowHandle()->title(), QStringLiteral("film-framed*"));
+  QSignalSpy saved(&document(), &ExportReviewDocument::saved);
+  document().save(folder / "saved.png");
+  ASSERT_TRUE(saved.wait());
+  EXPECT_EQ(window->windowHandle()->title(), QStringLiteral("film-framed"));
+}
+
+class SlowSaveTest : public ReviewWindowTest {
+ protected:
+  /// A save that takes until the test has it end.
+  void SetUp() override {
+    testing::savePng(file, 64, 64);
+    copy = held.copy();
+    open(ContentType::png());
+    document().save(folder / "a very good name.png");
+  }
+  [[nodiscard]] SaveProgressDialog* dialog() { return window->findChild<SaveProgressDialog*>(); }
+  void waitForDialog() {
+    ASSERT_TRUE(QTest::qWaitFor([this] { return dialog()->isVisible(); }));
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(dialog()));
+  }
+
+  testing::HeldCopy held;
+};
+
+TEST_F(SlowSaveTest, ShowsHowFarItIs) {
+  const auto size = static_cast<int64_t>(std::filesystem::file_size(file));
+  EXPECT_FALSE(dialog()->isVisible());
+  waitForDialog();
+  EXPECT_EQ(dialog()->title()->text(), u"Saving “a very good name.png”…");
+  EXPECT_EQ(dialog()->bar()->value(), 0);
+  held.tell((size + 1) / 2);
+  ASSERT_TRUE(QTest::qWaitFor([this] { return dialog()->bar()->value() > 0; }));
+  EXPECT_EQ(dialog()->bar()->value(), dialog()->bar()->maximum() / 2);
+  EXPECT_EQ(dialog()->windowModality(), Qt::WindowModal);
+  held.tell(size);
+  ASSERT_TRUE(QTest::qWaitFor([this] { return dialog()->bar()->maximum() == 0; }))
+      << "how long the disk takes is not known";
+
+  held.finish();
+  ASSERT_TRUE(QTest::qWaitFor([this] { return !document().isSaving(); }));
+  EXPECT_FALSE(dialog()->isVisible());
+  EXPECT_FALSE(document().isUnsaved());
+}
+
+TEST_F(SlowSaveTest, CanBeCancelled) {
+  for (const bool byKey : {false, true}) {
+    waitForDialog();
+    if (byKey) {
+      QTest::keyClick(dialog(), Qt::Key_Escape);
+    } else {
+      QTest::mouseClick(dialog()->cancelButton(), Qt::LeftButton);
+    }
+    EXPECT_FALSE(dialog()->cancelButton()->isEnabled());
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !document().isSaving(); }));
+    EXPECT_FALSE(dialog()->isVisible());
+    EXPECT_TRUE(document().isUnsaved());
+    EXPECT_EQ(window->findChild<QMessageBox*>(), nullptr) << "who cancels needs no message";
+    EXPECT_EQ(testing::namesIn(folder.path()), std::vector<std::string>{"Vantrel-1"});
+    document().save(folder / "a very good name.png");
+  }
+}
+
+TEST_F(SlowSaveTest, CancelledAsTheAnswerToClosingKeepsTheWindow) {
+  QSignalSpy refused(window, &ReviewWindow::closeRefused);
+  window->close();
+  EXPECT_TRUE(window->isVisible());
+  waitForDialog();
+  dialog()->close();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return refused.count() == 1; }));
+  EXPECT_TRUE(window->isVisible());
+  EXPECT_TRUE(document().isUnsaved());
+}
+
+TEST_F(SlowSaveTest, ClosesTheWindowAfterIt) {
+  window->close();
+  EXPECT_TRUE(window->isVisible());
+  held.finish();
+  ASSERT_TRUE(QTest::qWaitFor([this] { return window.isNull(); }));
+  EXPECT_EQ(testing::namesIn(folder.path()), std::vector<std::string>{"a very good name.png"});
+}
+
+TEST_F(SlowSaveTest, KeepsALongNameInItsWidth) {
+  held.finish();
+  ASSERT_TRUE(QTest::qWaitFor([this] { return !document().isSaving(); }));
+  document().save(folder / (std::string(200, 'n') + ".png"));
+  waitForDialog();
+  const QLabel* title = dialog()->title();
+  EXPECT_LE(title->sizeHint().width(), title->width());
+  EXPECT_TRUE(title->text().contains(u"…"));
 }
 
 }  // namespace

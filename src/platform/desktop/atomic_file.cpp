@@ -23,6 +23,13 @@ constexpr mode_t kPermissions = 0777;
 constexpr mode_t kOwnerReadsAndWrites = S_IRUSR | S_IWUSR;
 constexpr mode_t kEverybodyReadsAndWrites = 0666;
 constexpr int kNameAttempts = 100;
+/// Bytes of a copy that wait for the disk at most. What is only in memory is no progress, and would
+/// all have to be waited for at the end.
+constexpr uint64_t kMostUnflushed = uint64_t{32} << 20;
+
+void flush(const FileDescriptor& file, const std::filesystem::path& name) {
+  if (::fsync(file.get()) != 0) throw fileError(name, FileAction::Save);
+}
 
 /// Short, so that it fits wherever the destination's own name does.
 std::string randomName() {
@@ -75,12 +82,18 @@ void atomicCopy(const std::filesystem::path& source, const std::filesystem::path
   const FileDescriptor output(::open(file.temporaryPath().c_str(), O_WRONLY | O_CLOEXEC));
   if (!output.isOpen()) throw fileError(destination, FileAction::Save);
   FileCopy copy({input.get(), source}, {output.get(), destination});
-  uint64_t copied = 0;
+  uint64_t copied = 0, flushed = 0;
   while (const size_t chunk = copy.copySome(copied)) {
     copied += chunk;
+    if (copied - flushed >= kMostUnflushed) {
+      flush(output, destination);
+      flushed = copied;
+    }
     if (progress) progress(static_cast<int64_t>(copied));
     throwIfCancelled(stop);
   }
+  flush(output, destination);
+  throwIfCancelled(stop);
   file.commit();
 }
 

@@ -41,7 +41,8 @@ class AtomicFile {
 };
 
 /// Copies the bytes of `source` to `destination` as AtomicFile does. `progress` is told the bytes
-/// copied so far, on this thread. Throws std::system_error or Cancelled. Blocking, any thread.
+/// copied so far, on this thread. Throws std::system_error, or Cancelled if asked to stop before
+/// all is on disk. Blocking, any thread.
 void atomicCopy(const std::filesystem::path& source, const std::filesystem::path& destination,
                 const std::stop_token& stop = {},
                 const std::function<void(int64_t copied)>& progress = {});

@@ -107,4 +107,12 @@ QString ContentType::preferredFilenameExtension() const {
   return refinement ? QString(refinement->extension) : mimeType(m_name).preferredSuffix();
 }
 
+bool ContentType::isExtensionOf(const QString& fileName) const {
+  if (!isValid()) return false;
+  const QStringList extensions = mimeType(m_name).suffixes() << preferredFilenameExtension();
+  return std::any_of(extensions.begin(), extensions.end(), [&](const QString& extension) {
+    return !extension.isEmpty() && fileName.endsWith(u'.' + extension, Qt::CaseInsensitive);
+  });
+}
+
 }  // namespace vantrel

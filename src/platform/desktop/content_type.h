@@ -35,6 +35,8 @@ class ContentType {
   [[nodiscard]] bool isMovie() const;
   /// Without a point, for example "png"; empty when the type has none.
   [[nodiscard]] QString preferredFilenameExtension() const;
+  /// Whether `fileName` ends in an extension that files of this type have, in capitals or not.
+  [[nodiscard]] bool isExtensionOf(const QString& fileName) const;
 
   friend bool operator==(const ContentType&, const ContentType&) = default;
 

@@ -7,7 +7,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <system_error>
-#include <utility>
 
 #include "platform/desktop/file_descriptor.h"
 #include "platform/desktop/file_error.h"
@@ -20,17 +19,18 @@ constexpr int kMostLinks = 40;
 constexpr mode_t kPermissions = 0777;
 
 /// The file that a write to `path` would change: the end of its chain of links, there or not.
-std::filesystem::path linksFollowed(const std::filesystem::path& path) {
+std::filesystem::path linksFollowed(const std::filesystem::path& name,
+                                    const std::filesystem::path& path) {
   std::filesystem::path target = path;
   for (int links = 0; links < kMostLinks; ++links) {
     std::error_code ignored;
     if (!std::filesystem::is_symlink(target, ignored)) return target;
     std::error_code error;
     const std::filesystem::path next = std::filesystem::read_symlink(target, error);
-    if (error) throw fileError(path, FileAction::Save, error);
+    if (error) throw fileError(name, FileAction::Save, error);
     target = target.parent_path() / next;
   }
-  throw fileError(path, FileAction::Save,
+  throw fileError(name, FileAction::Save,
                   std::make_error_code(std::errc::too_many_symbolic_link_levels));
 }
 
@@ -65,9 +65,10 @@ void flush(const std::filesystem::path& folder) {
 
 }  // namespace
 
-FileDestination::FileDestination(std::filesystem::path name)
-    : m_name(std::move(name)),
-      m_path(linksFollowed(m_name)),
+FileDestination::FileDestination(const std::filesystem::path& path,
+                                 const std::filesystem::path& name)
+    : m_name(name.empty() ? path : name),
+      m_path(linksFollowed(m_name, path)),
       m_oldPermissions(permissionsOfOld(m_name, m_path)) {}
 
 std::filesystem::path FileDestination::folder() const {

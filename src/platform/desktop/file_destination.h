@@ -12,11 +12,13 @@ namespace vantrel {
 /// replaced.
 class FileDestination final {
  public:
-  /// Throws std::system_error when the old file may not be replaced, or when what is there is no
-  /// regular file.
-  explicit FileDestination(std::filesystem::path name);
+  /// `name` stands for the file in messages, if it is to be known by another than `path`. Throws
+  /// std::system_error when the old file may not be replaced, or when what is there is no regular
+  /// file.
+  explicit FileDestination(const std::filesystem::path& path,
+                           const std::filesystem::path& name = {});
 
-  /// As named by the caller; for messages.
+  /// For messages.
   [[nodiscard]] const std::filesystem::path& name() const { return m_name; }
   /// With all links followed.
   [[nodiscard]] const std::filesystem::path& path() const { return m_path; }

@@ -18,8 +18,8 @@ enum class FileFault {
 
 [[nodiscard]] std::error_code make_error_code(FileFault fault);
 
-/// The last part of `path` for people to read, whatever bytes it has: what is no UTF-8 and no
-/// printable character becomes U+FFFD. All of `path` if it ends in a slash.
+/// The last part of `path` for people to read, whatever bytes it has: what is no UTF-8, no
+/// printable character and no joiner of such becomes U+FFFD. All of `path` if it ends in a slash.
 [[nodiscard]] QString displayName(const std::filesystem::path& path);
 
 /// What happened, in UTF-8, for a reason to be added: "“photo.jpg” could not be opened".

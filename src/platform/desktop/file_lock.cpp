@@ -32,4 +32,11 @@ bool FileLock::tryLock() {
   return apply(m_file.get(), LOCK_EX | LOCK_NB);
 }
 
+bool FileLock::isAt(const std::filesystem::path& path) const {
+  struct stat open {};
+  struct stat named {};
+  return ::fstat(m_file.get(), &open) == 0 && ::stat(path.c_str(), &named) == 0 &&
+         open.st_dev == named.st_dev && open.st_ino == named.st_ino;
+}
+
 }  // namespace vantrel

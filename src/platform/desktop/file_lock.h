@@ -24,6 +24,9 @@ class FileLock final {
   bool lock();
   /// Takes the lock if it is free.
   bool tryLock();
+  /// Whether `path` still names the open file. A lock on a file that was deleted excludes nobody
+  /// who comes later.
+  [[nodiscard]] bool isAt(const std::filesystem::path& path) const;
 
  private:
   FileDescriptor m_file;

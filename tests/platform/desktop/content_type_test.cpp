@@ -99,6 +99,16 @@ TEST(ContentType, TakesANameThatIsNoText) {
             "“caf\uFFFD.png” could not be opened: No such file or directory");
 }
 
+TEST(ContentType, KnowsTheExtensionsOfItsFiles) {
+  for (const char16_t* name : {u"a.jpg", u"a.jpeg", u"a.JPG", u"a.b.jpg", u".jpg"})
+    EXPECT_TRUE(ContentType::jpeg().isExtensionOf(QString::fromUtf16(name)));
+  for (const char16_t* name : {u"a", u"jpg", u"a.png", u"a.jpg.v2", u"a.", u""})
+    EXPECT_FALSE(ContentType::jpeg().isExtensionOf(QString::fromUtf16(name)));
+  EXPECT_TRUE(ContentType::quickTimeMovie().isExtensionOf(QStringLiteral("a.mov")));
+  EXPECT_TRUE(ContentType::png().isExtensionOf(QStringLiteral("a.png")));
+  EXPECT_FALSE(ContentType().isExtensionOf(QStringLiteral("a.png")));
+}
+
 TEST(ContentType, FollowsALink) {
   const TemporaryFolder folder;
   writeFile(folder / "picture.png", kPngStart);

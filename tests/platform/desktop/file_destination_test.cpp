@@ -60,6 +60,23 @@ TEST(FileDestination, LiesWhereItsLinksLead) {
   EXPECT_EQ(destination.folder(), folder / "far");
 }
 
+TEST(FileDestination, IsKnownByTheNameItIsGiven) {
+  const TemporaryFolder folder;
+  fs::create_symlink("a.mov", folder / "a.mov");
+  fs::create_directory(folder / "b.mov");
+  for (const char* path : {"a.mov", "b.mov"}) {
+    try {
+      const FileDestination destination(folder / path, "film-framed.mov");
+      ADD_FAILURE() << path;
+    } catch (const std::system_error& error) {
+      EXPECT_EQ(std::string(error.what()).find("“film-framed.mov” could not be saved: "), 0U);
+    }
+  }
+  const FileDestination destination(folder / "c.mov", "film-framed.mov");
+  EXPECT_EQ(destination.path(), folder / "c.mov");
+  EXPECT_EQ(destination.name(), "film-framed.mov");
+}
+
 TEST(FileDestination, OfAPlainNameLiesInTheWorkingDirectory) {
   EXPECT_EQ(FileDestination("out.mov").folder(), ".");
 }

@@ -54,6 +54,18 @@ TEST(FileLock, MovesWithItsHold) {
   EXPECT_FALSE(second.tryLock());
 }
 
+TEST(FileLock, KnowsWhetherItsFileWasDeleted) {
+  const TemporaryFolder folder;
+  const FileLock lock(folder / "lock", FileLock::IfMissing::Create);
+  EXPECT_TRUE(lock.isAt(folder / "lock"));
+  std::filesystem::remove(folder / "lock");
+  EXPECT_FALSE(lock.isAt(folder / "lock"));
+  const FileLock other(folder / "lock", FileLock::IfMissing::Create);
+  EXPECT_FALSE(lock.isAt(folder / "lock")) << "another file of that name";
+  EXPECT_TRUE(other.isAt(folder / "lock"));
+  EXPECT_FALSE(FileLock().isAt(folder / "lock"));
+}
+
 TEST(FileLock, WaitsForItsTurn) {
   const TemporaryFolder folder;
   auto first = std::make_unique<FileLock>(folder / "lock", FileLock::IfMissing::Create);

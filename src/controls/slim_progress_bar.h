@@ -8,11 +8,11 @@
 namespace vantrel {
 
 /// A thin rounded bar in one accent colour. Without a range (0 to 0) a part of it travels.
-class ExportProgressBar final : public QProgressBar {
+class SlimProgressBar final : public QProgressBar {
   Q_OBJECT
 
  public:
-  explicit ExportProgressBar(const QColor& accent, QWidget* parent = nullptr);
+  explicit SlimProgressBar(const QColor& accent, QWidget* parent = nullptr);
 
   [[nodiscard]] QSize sizeHint() const override;
 

@@ -4,9 +4,9 @@
 
 namespace vantrel {
 
-/// Asks for one file. The toolkit's own dialog, which stands in where the desktop has none, reads
+/// Asks for one file to open. The toolkit's own dialog, which stands in where the desktop has none, reads
 /// quotes as marks between several names; here they are part of the one name. Main thread.
-class FileDialog final : public QFileDialog {
+class OpenDialog final : public QFileDialog {
   Q_OBJECT
 
  public:
@@ -14,10 +14,6 @@ class FileDialog final : public QFileDialog {
 
  protected:
   void accept() override;
-
- private:
-  /// Asks whether a file that is there is to be replaced.
-  [[nodiscard]] bool mayWrite(const QString& file);
 };
 
 }  // namespace vantrel

@@ -1,4 +1,4 @@
-#include "inspector/export_progress_bar.h"
+#include "controls/slim_progress_bar.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -18,28 +18,28 @@ constexpr float kTrackOpacity = 0.16F;
 
 }  // namespace
 
-ExportProgressBar::ExportProgressBar(const QColor& accent, QWidget* parent)
+SlimProgressBar::SlimProgressBar(const QColor& accent, QWidget* parent)
     : QProgressBar(parent), m_accent(accent) {
   setTextVisible(false);
   setFixedHeight(kHeight);
 }
 
-QSize ExportProgressBar::sizeHint() const {
+QSize SlimProgressBar::sizeHint() const {
   return {2 * kHeight, kHeight};
 }
 
-void ExportProgressBar::showEvent(QShowEvent* event) {
+void SlimProgressBar::showEvent(QShowEvent* event) {
   m_clock.start();
   m_frames.start(kFrameMilliseconds, this);
   QProgressBar::showEvent(event);
 }
 
-void ExportProgressBar::hideEvent(QHideEvent* event) {
+void SlimProgressBar::hideEvent(QHideEvent* event) {
   m_frames.stop();
   QProgressBar::hideEvent(event);
 }
 
-void ExportProgressBar::timerEvent(QTimerEvent* event) {
+void SlimProgressBar::timerEvent(QTimerEvent* event) {
   if (event->timerId() != m_frames.timerId()) {
     QProgressBar::timerEvent(event);
   } else if (maximum() == minimum()) {
@@ -47,7 +47,7 @@ void ExportProgressBar::timerEvent(QTimerEvent* event) {
   }
 }
 
-void ExportProgressBar::paintEvent(QPaintEvent* /*event*/) {
+void SlimProgressBar::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);

@@ -1,0 +1,83 @@
+#include "platform/gl/picture_surface.h"
+
+#include <QOffscreenSurface>
+#include <QOpenGLContext>
+#include <QOpenGLFunctions>
+#include <utility>
+
+#include "platform/gl/surface_format.h"
+#include "platform/movie/video_picture.h"
+
+namespace vantrel {
+namespace {
+
+bool canDraw() {
+  QOpenGLContext context;
+  context.setFormat(pictureSurfaceFormat());
+  if (!context.create() || context.isOpenGLES()) return false;
+  QOffscreenSurface surface;
+  surface.setFormat(context.format());
+  surface.create();
+  return context.format().version() >= pictureSurfaceFormat().version() &&
+         context.makeCurrent(&surface);
+}
+
+}  // namespace
+
+bool PictureSurface::isSupported() {
+  static const bool supported = canDraw();
+  return supported;
+}
+
+PictureSurface::PictureSurface(QWidget* parent) : QOpenGLWidget(parent) {
+  // No framebuffer can be empty.
+  setMinimumSize(1, 1);
+  connect(&m_pictures, &PictureRenderer::pictureImproved, this, qOverload<>(&QWidget::update));
+}
+
+void PictureSurface::setPictureSource(VideoPictureSource* source) {
+  if (m_source) disconnect(m_source, nullptr, this, nullptr);
+  m_source = source;
+  if (!source) return;
+  connect(source, &VideoPictureSource::pictureChanged, this, &PictureSurface::takePicture);
+  takePicture();
+}
+
+void PictureSurface::takePicture() {
+  auto picture = m_source->picture();
+  pictureTaken(picture.get());
+  m_pictures.setVideoPicture(std::move(picture));
+  update();
+}
+
+void PictureSurface::initializeGL() {
+  // The context goes when the widget moves to another window, and comes anew there.
+  connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &PictureSurface::releaseContext,
+          Qt::UniqueConnection);
+}
+
+void PictureSurface::leaveContext() {
+  if (context()) disconnect(context(), nullptr, this, nullptr);
+  releaseContext();
+}
+
+void PictureSurface::releaseContext() {
+  if (!isValid()) return;
+  makeCurrent();
+  releaseResources();
+  doneCurrent();
+}
+
+void PictureSurface::releaseResources() {
+  m_pictures.release();
+}
+
+void PictureSurface::clear(const QColor& color) {
+  QOpenGLFunctions* const gl = context()->functions();
+  gl->glClearColor(color.redF(), color.greenF(), color.blueF(), 1);
+  gl->glClear(GL_COLOR_BUFFER_BIT);
+}
+
+}  // namespace vantrel
+
+#include "moc_picture_surface.cpp"
