@@ -19,7 +19,7 @@ class FrameDecoder final {
 
   [[nodiscard]] const AVStream& stream() const { return m_demuxer.stream(); }
   /// As Demuxer does.
-  void requireWholeFile() const { m_demuxer.requireWholeFile(); }
+  void requireWholeFile() { m_demuxer.requireWholeFile(); }
 
   /// The next picture, with a `pts` that is greater than that of the picture before; null at the
   /// end. A picture whose time is not greater is moved behind the one before by a tick: none is
