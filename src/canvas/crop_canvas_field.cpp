@@ -59,5 +59,3 @@ void CropCanvasField::releaseFocus() {
 }
 
 }  // namespace vantrel
-
-#include "moc_crop_canvas_field.cpp"

@@ -105,5 +105,3 @@ void CropCanvasFields::showFields() {
 }
 
 }  // namespace vantrel
-
-#include "moc_crop_canvas_fields.cpp"

@@ -308,5 +308,3 @@ void CropOverlayView::showCursor(const QCursor& ownCursor, const QCursor& panelC
 }
 
 }  // namespace vantrel
-
-#include "moc_crop_overlay_view.cpp"

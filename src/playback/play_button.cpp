@@ -27,5 +27,3 @@ void PlayButton::changeEvent(QEvent* event) {
 }
 
 }  // namespace vantrel
-
-#include "moc_play_button.cpp"

@@ -101,5 +101,3 @@ void PlaybackControls::showTime() {
 }
 
 }  // namespace vantrel
-
-#include "moc_playback_controls.cpp"

@@ -171,5 +171,3 @@ void PlaybackState::setMuted(bool muted) {
 }
 
 }  // namespace vantrel
-
-#include "moc_playback_state.cpp"

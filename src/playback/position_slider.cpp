@@ -43,5 +43,3 @@ void PositionSlider::showPosition() {
 }
 
 }  // namespace vantrel
-
-#include "moc_position_slider.cpp"

@@ -106,5 +106,3 @@ void ZoomControls::changeEvent(QEvent* event) {
 }
 
 }  // namespace vantrel
-
-#include "moc_zoom_controls.cpp"

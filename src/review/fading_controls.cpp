@@ -55,5 +55,3 @@ void FadingControls::fade() {
 }
 
 }  // namespace vantrel
-
-#include "moc_fading_controls.cpp"

@@ -150,5 +150,3 @@ void ReviewControls::openMenu() {
 }
 
 }  // namespace vantrel
-
-#include "moc_review_controls.cpp"

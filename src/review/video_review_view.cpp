@@ -156,5 +156,3 @@ void VideoReviewView::setFullScreen(bool isFullScreen) {
 }
 
 }  // namespace vantrel
-
-#include "moc_video_review_view.cpp"

@@ -10,8 +10,20 @@
 namespace vantrel {
 namespace {
 
-TEST(CropNumberFields, AreDescribed) {
-  FieldWindow fields(2);
+/// A FieldWindow that has the keyboard; its crop goes by `step` pixels.
+template <int64_t step>
+class FieldWindowTest : public ::testing::Test {
+ protected:
+  void SetUp() override { ASSERT_TRUE(fields.isReady()); }
+
+  FieldWindow fields{step};
+};
+class CropNumberFields : public FieldWindowTest<2> {};
+class CropNumberFieldByOne : public FieldWindowTest<1> {};
+class CropNumberFieldByTwo : public FieldWindowTest<2> {};
+class CropDimensionFieldTest : public FieldWindowTest<2> {};
+
+TEST_F(CropNumberFields, AreDescribed) {
   EXPECT_EQ(fields.left.accessibleName(), QStringLiteral("Left crop margin in pixels"));
   EXPECT_EQ(fields.width.accessibleName(), QStringLiteral("Crop width in pixels"));
   for (const QLineEdit* const field :
@@ -21,8 +33,7 @@ TEST(CropNumberFields, AreDescribed) {
   }
 }
 
-TEST(CropNumberFields, ShowThePlaceholderWithoutAFile) {
-  FieldWindow fields(2);
+TEST_F(CropNumberFields, ShowThePlaceholderWithoutAFile) {
   EXPECT_EQ(fields.left.text(), QStringLiteral("0"));
   fields.left.setShowsPlaceholder(true);
   fields.left.setValue(3);
@@ -31,9 +42,7 @@ TEST(CropNumberFields, ShowThePlaceholderWithoutAFile) {
   EXPECT_EQ(fields.left.text(), QStringLiteral("3"));
 }
 
-TEST(CropNumberFields, FirstClickSelectsAllAndTheSecondPlacesTheCaret) {
-  FieldWindow fields(2);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropNumberFields, FirstClickSelectsAllAndTheSecondPlacesTheCaret) {
   fields.left.setValue(120);
   QTest::mouseClick(&fields.left, Qt::LeftButton, {}, QPoint(8, fields.left.height() / 2));
   EXPECT_TRUE(fields.left.hasFocus());
@@ -42,9 +51,7 @@ TEST(CropNumberFields, FirstClickSelectsAllAndTheSecondPlacesTheCaret) {
   EXPECT_FALSE(fields.left.hasSelectedText());
 }
 
-TEST(CropNumberFields, OnlyTheLeftButtonSelectsAll) {
-  FieldWindow fields(2);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropNumberFields, OnlyTheLeftButtonSelectsAll) {
   fields.left.setValue(120);
   const QPoint start(8, fields.left.height() / 2);
   QTest::mousePress(&fields.left, Qt::RightButton, {}, start);
@@ -54,9 +61,7 @@ TEST(CropNumberFields, OnlyTheLeftButtonSelectsAll) {
   EXPECT_FALSE(fields.left.hasSelectedText());
 }
 
-TEST(CropNumberFields, TakeNoClickWithoutAFile) {
-  FieldWindow fields(2);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropNumberFields, TakeNoClickWithoutAFile) {
   for (SelectingNumberField* const field : {static_cast<SelectingNumberField*>(&fields.left),
                                             static_cast<SelectingNumberField*>(&fields.width)}) {
     field->setShowsPlaceholder(true);
@@ -68,11 +73,9 @@ TEST(CropNumberFields, TakeNoClickWithoutAFile) {
   EXPECT_TRUE(fields.plain.hasFocus());
 }
 
-TEST(CropNumberFields, EndEditingWhenDeletedWithTheFocus) {
-  FieldWindow fields(1);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropNumberFieldByOne, EndsEditingWhenDeletedWithTheFocus) {
   auto* const extra = new CropNumberField(fields.history, QStringLiteral("Top"), &fields.window);
-  QObject::connect(extra, &CropNumberField::valueEdited, &fields.window, [&fields](int64_t value) {
+  QObject::connect(extra, &CropNumberField::valueEdited, &fields.window, [this](int64_t value) {
     fields.history.setCrop({0, value, 0, 0});
   });
   extra->show();
@@ -84,9 +87,7 @@ TEST(CropNumberFields, EndEditingWhenDeletedWithTheFocus) {
   EXPECT_EQ(fields.history.crop().top, 7);
 }
 
-TEST(CropNumberFields, FirstClickThatMovesStillSelectsAll) {
-  FieldWindow fields(2);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropNumberFields, FirstClickThatMovesStillSelectsAll) {
   fields.left.setValue(120);
   const QPoint start(8, 4);
   QTest::mousePress(&fields.left, Qt::LeftButton, {}, start);
@@ -98,9 +99,7 @@ TEST(CropNumberFields, FirstClickThatMovesStillSelectsAll) {
   EXPECT_EQ(fields.left.selectedText(), QStringLiteral("120"));
 }
 
-TEST(CropNumberFields, ClickAfterTabPlacesTheCaret) {
-  FieldWindow fields(2);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropNumberFields, ClickAfterTabPlacesTheCaret) {
   fields.left.setValue(120);
   fields.left.setFocus(Qt::TabFocusReason);
   EXPECT_EQ(fields.left.selectedText(), QStringLiteral("120"));
@@ -108,9 +107,7 @@ TEST(CropNumberFields, ClickAfterTabPlacesTheCaret) {
   EXPECT_FALSE(fields.left.hasSelectedText());
 }
 
-TEST(CropNumberField, TypingMovesTheCropAndUndoesInOneStep) {
-  FieldWindow fields(1);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropNumberFieldByOne, TypingMovesTheCropAndUndoesInOneStep) {
   QSignalSpy moves(&fields.history, &EditHistory::cropChanged);
   fields.left.setFocus(Qt::TabFocusReason);
   QTest::keyClick(&fields.left, '1');
@@ -125,9 +122,7 @@ TEST(CropNumberField, TypingMovesTheCropAndUndoesInOneStep) {
   EXPECT_EQ(fields.left.text(), QStringLiteral("0"));
 }
 
-TEST(CropNumberField, ClampedNumberShowsWhenEditingEnds) {
-  FieldWindow fields(2);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropNumberFieldByTwo, ClampedNumberShowsWhenEditingEnds) {
   fields.left.setFocus(Qt::TabFocusReason);
   QTest::keyClicks(&fields.left, QStringLiteral("5000"));
   EXPECT_EQ(fields.left.text(), QStringLiteral("5000"));
@@ -136,9 +131,7 @@ TEST(CropNumberField, ClampedNumberShowsWhenEditingEnds) {
   EXPECT_EQ(fields.left.text(), QStringLiteral("1918"));
 }
 
-TEST(CropNumberField, ClearingAndLeavingRestoresTheNumber) {
-  FieldWindow fields(1);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropNumberFieldByOne, ClearingAndLeavingRestoresTheNumber) {
   fields.left.setValue(7);
   fields.left.setFocus(Qt::TabFocusReason);
   QTest::keyClick(&fields.left, Qt::Key_Delete);
@@ -148,9 +141,7 @@ TEST(CropNumberField, ClearingAndLeavingRestoresTheNumber) {
   EXPECT_EQ(fields.steps(), 0);
 }
 
-TEST(CropNumberField, UnreadableTextGivesWayToTheNumberOnLeaving) {
-  FieldWindow fields(1);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropNumberFieldByOne, UnreadableTextGivesWayToTheNumberOnLeaving) {
   fields.left.setFocus(Qt::TabFocusReason);
   QTest::keyClicks(&fields.left, QStringLiteral("abc"));
   EXPECT_EQ(fields.left.text(), QStringLiteral("abc"));
@@ -159,9 +150,7 @@ TEST(CropNumberField, UnreadableTextGivesWayToTheNumberOnLeaving) {
   EXPECT_EQ(fields.steps(), 0);
 }
 
-TEST(CropNumberField, ArrowCorrectsAClampedTextAndStopsAtTheLimit) {
-  FieldWindow fields(2);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropNumberFieldByTwo, ArrowCorrectsAClampedTextAndStopsAtTheLimit) {
   fields.left.setFocus(Qt::TabFocusReason);
   QTest::keyClicks(&fields.left, QStringLiteral("5000"));
   for (int press = 0; press < 2; ++press) {
@@ -171,9 +160,7 @@ TEST(CropNumberField, ArrowCorrectsAClampedTextAndStopsAtTheLimit) {
   }
 }
 
-TEST(CropNumberField, ReturnCorrectsTheTextAndSelectsIt) {
-  FieldWindow fields(2);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropNumberFieldByTwo, ReturnCorrectsTheTextAndSelectsIt) {
   fields.left.setFocus(Qt::TabFocusReason);
   QTest::keyClicks(&fields.left, QStringLiteral("5000"));
   QTest::keyClick(&fields.left, Qt::Key_Return);
@@ -181,9 +168,7 @@ TEST(CropNumberField, ReturnCorrectsTheTextAndSelectsIt) {
   EXPECT_EQ(fields.steps(), 1);
 }
 
-TEST(CropNumberField, ArrowsStepAndSelectTheNumber) {
-  FieldWindow fields(2);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropNumberFieldByTwo, ArrowsStepAndSelectTheNumber) {
   fields.left.setFocus();
   QTest::keyClick(&fields.left, Qt::Key_Up);
   EXPECT_EQ(fields.history.crop().left, 2);
@@ -195,9 +180,7 @@ TEST(CropNumberField, ArrowsStepAndSelectTheNumber) {
   EXPECT_EQ(fields.steps(), 1);
 }
 
-TEST(CropNumberField, EditedTextSurvivesAChangeFromElsewhere) {
-  FieldWindow fields(1);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropNumberFieldByOne, EditedTextSurvivesAChangeFromElsewhere) {
   fields.left.setFocus();
   fields.history.setCrop({33, 0, 0, 0});
   EXPECT_EQ(fields.left.text(), QStringLiteral("0"));
@@ -206,9 +189,7 @@ TEST(CropNumberField, EditedTextSurvivesAChangeFromElsewhere) {
   EXPECT_EQ(fields.history.crop().left, 33);
 }
 
-TEST(CropNumberField, DisablingEndsEditing) {
-  FieldWindow fields(1);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropNumberFieldByOne, DisablingEndsEditing) {
   fields.left.setFocus();
   QTest::keyClick(&fields.left, '4');
   fields.window.setEnabled(false);
@@ -216,9 +197,7 @@ TEST(CropNumberField, DisablingEndsEditing) {
   EXPECT_EQ(fields.steps(), 1);
 }
 
-TEST(CropNumberField, DisablingEndsEditingBehindAnotherWindow) {
-  FieldWindow fields(1);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropNumberFieldByOne, DisablingEndsEditingBehindAnotherWindow) {
   fields.left.setFocus();
   QTest::keyClick(&fields.left, '4');
   QWidget other;
@@ -231,9 +210,7 @@ TEST(CropNumberField, DisablingEndsEditingBehindAnotherWindow) {
   EXPECT_EQ(fields.steps(), 1);
 }
 
-TEST(CropNumberField, FocusThatGoesElsewhereBehindAnotherWindowEndsEditing) {
-  FieldWindow fields(1);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropNumberFieldByOne, FocusThatGoesElsewhereBehindAnotherWindowEndsEditing) {
   fields.left.setFocus();
   QTest::keyClick(&fields.left, '4');
   QWidget other;
@@ -248,9 +225,7 @@ TEST(CropNumberField, FocusThatGoesElsewhereBehindAnotherWindowEndsEditing) {
   EXPECT_EQ(fields.steps(), 1);
 }
 
-TEST(CropNumberField, EditingGoesOnWhenItsWindowComesBack) {
-  FieldWindow fields(1);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropNumberFieldByOne, EditingGoesOnWhenItsWindowComesBack) {
   fields.left.setFocus();
   QTest::keyClick(&fields.left, '4');
   QWidget other;
@@ -266,9 +241,7 @@ TEST(CropNumberField, EditingGoesOnWhenItsWindowComesBack) {
   EXPECT_EQ(fields.steps(), 1);
 }
 
-TEST(CropNumberField, HidingEndsEditing) {
-  FieldWindow fields(1);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropNumberFieldByOne, HidingEndsEditing) {
   fields.left.setFocus();
   QTest::keyClick(&fields.left, '4');
   fields.window.hide();
@@ -276,8 +249,7 @@ TEST(CropNumberField, HidingEndsEditing) {
   EXPECT_EQ(fields.steps(), 1);
 }
 
-TEST(CropNumberField, TakesANumberFromAnAssistiveTool) {
-  FieldWindow fields(1);
+TEST_F(CropNumberFieldByOne, TakesANumberFromAnAssistiveTool) {
   QAccessibleInterface* const tool = QAccessible::queryAccessibleInterface(&fields.left);
   tool->setText(QAccessible::Value, QStringLiteral("40"));
   EXPECT_EQ(fields.history.crop().left, 40);
@@ -286,9 +258,7 @@ TEST(CropNumberField, TakesANumberFromAnAssistiveTool) {
   EXPECT_EQ(fields.steps(), 2);
 }
 
-TEST(CropNumberField, MenuThatTakesTheFocusDoesNotEndEditing) {
-  FieldWindow fields(1);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropNumberFieldByOne, MenuThatTakesTheFocusDoesNotEndEditing) {
   fields.left.setFocus();
   for (const auto reason : {Qt::PopupFocusReason, Qt::ActiveWindowFocusReason}) {
     QFocusEvent out(QEvent::FocusOut, reason);
@@ -300,9 +270,7 @@ TEST(CropNumberField, MenuThatTakesTheFocusDoesNotEndEditing) {
   EXPECT_FALSE(fields.left.isEditing());
 }
 
-TEST(CropNumberField, UndoKeyWithNothingTypedBelongsToTheWindow) {
-  FieldWindow fields(1);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropNumberFieldByOne, UndoKeyWithNothingTypedBelongsToTheWindow) {
   QShortcut undo(QKeySequence::Undo, &fields.window);
   QSignalSpy activated(&undo, &QShortcut::activated);
   fields.left.setFocus();
@@ -313,9 +281,7 @@ TEST(CropNumberField, UndoKeyWithNothingTypedBelongsToTheWindow) {
   EXPECT_EQ(activated.count(), 1) << "typing is undone in the field";
 }
 
-TEST(CropDimensionField, ReturnCommitsKeepsTheFocusAndSelects) {
-  FieldWindow fields(2);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropDimensionFieldTest, ReturnCommitsKeepsTheFocusAndSelects) {
   fields.width.setFocus(Qt::TabFocusReason);
   QTest::keyClicks(&fields.width, QStringLiteral("801"));
   EXPECT_EQ(fields.size().width(), 1920);
@@ -328,9 +294,7 @@ TEST(CropDimensionField, ReturnCommitsKeepsTheFocusAndSelects) {
   EXPECT_FALSE(fields.width.isUndoAvailable()) << "the entry is undone in the history now";
 }
 
-TEST(CropDimensionField, RejectedEntryFlashesRed) {
-  FieldWindow fields(2);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropDimensionFieldTest, RejectedEntryFlashesRed) {
   const QImage calm = fields.width.grab().toImage();
   fields.width.setFocus(Qt::TabFocusReason);
   QTest::keyClicks(&fields.width, QStringLiteral("1"));
@@ -343,9 +307,7 @@ TEST(CropDimensionField, RejectedEntryFlashesRed) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return fields.width.flashOpacity() <= 0; }));
 }
 
-TEST(CropDimensionField, ArrowAtTheLimitFlashes) {
-  FieldWindow fields(2);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropDimensionFieldTest, ArrowAtTheLimitFlashes) {
   fields.width.setFocus();
   QTest::keyClick(&fields.width, Qt::Key_Up);
   EXPECT_EQ(fields.width.selectedText(), QStringLiteral("1920"));
@@ -353,9 +315,7 @@ TEST(CropDimensionField, ArrowAtTheLimitFlashes) {
   EXPECT_EQ(fields.steps(), 0);
 }
 
-TEST(CropDimensionField, LeavingTakesATypedNumber) {
-  FieldWindow fields(2);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropDimensionFieldTest, LeavingTakesATypedNumber) {
   fields.width.setFocus(Qt::TabFocusReason);
   QTest::keyClicks(&fields.width, QStringLiteral("640"));
   EXPECT_EQ(fields.size().width(), 1920);
@@ -364,9 +324,7 @@ TEST(CropDimensionField, LeavingTakesATypedNumber) {
   EXPECT_EQ(fields.steps(), 1);
 }
 
-TEST(CropDimensionField, UnreadableEntryFlashesAndChangesNothing) {
-  FieldWindow fields(2);
-  ASSERT_TRUE(fields.isReady());
+TEST_F(CropDimensionFieldTest, UnreadableEntryFlashesAndChangesNothing) {
   fields.width.setFocus(Qt::TabFocusReason);
   QTest::keyClicks(&fields.width, QStringLiteral("abc"));
   QTest::keyClick(&fields.width, Qt::Key_Return);

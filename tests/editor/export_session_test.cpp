@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QSignalSpy>
 #include <QTest>
 #include <cstddef>
 #include <functional>
@@ -11,9 +10,9 @@
 #include <stdexcept>
 #include <vector>
 
+#include "editor/exporting.h"
 #include "editor/file_names.h"
 #include "editor/media_loader.h"
-#include "editor/waiting_exports.h"
 #include "export/export_temporary_storage.h"
 #include "platform/image/image_reader.h"
 #include "support/picture_files.h"
@@ -22,9 +21,8 @@
 namespace vantrel {
 namespace {
 
-using testing::waitingExports;
-
-class ExportSessionTest : public ::testing::Test {
+/// An editor state without a window, and a folder for its pictures.
+class ImageEditor : public ::testing::Test {
  protected:
   bool waitIdle() {
     return QTest::qWaitFor([this] { return !state.busy(); });
@@ -35,20 +33,13 @@ class ExportSessionTest : public ::testing::Test {
     ASSERT_TRUE(waitIdle());
     ASSERT_TRUE(state.isImage());
   }
-  void expectIdle() const {
-    EXPECT_FALSE(state.busy());
-    EXPECT_FALSE(state.exportState().progress());
-    EXPECT_FALSE(state.exportState().indeterminate());
-    EXPECT_FALSE(state.exportState().operation());
-  }
 
   testing::TemporaryFolder folder;
   EditorState state;
   MediaLoader loader{state};
-  std::optional<FinishedExport> finished;
-  std::unique_ptr<ExportSession> session = std::make_unique<ExportSession>(
-      state, [this](FinishedExport done) { finished.emplace(std::move(done)); });
 };
+
+class ExportSessionTest : public testing::Exporting<ImageEditor> {};
 
 TEST_F(ExportSessionTest, HandsTheFinishedFileToTheReview) {
   open("clip.final.png");
@@ -96,21 +87,18 @@ TEST_F(ExportSessionTest, StartsNothingWhereExportIsNotAllowed) {
 
 TEST_F(ExportSessionTest, CancelsWithAWordAndWithoutAnAlert) {
   open("large.png", 2500, 2000);
-  const size_t before = waitingExports();
   session->exportMedia();
   session->cancel();
   ASSERT_TRUE(waitIdle());
   expectIdle();
   EXPECT_EQ(state.exportState().message(), CropExportState::Message::cancelled);
   EXPECT_FALSE(state.exportError());
-  EXPECT_FALSE(finished);
-  EXPECT_EQ(waitingExports(), before);
+  expectNothingLeft();
 }
 
 TEST_F(ExportSessionTest, ReportsAFailureInItsOwnWords) {
   open("a.png");
   state.history().setCrop({1, 2, 3, 4});
-  const size_t before = waitingExports();
   session = std::make_unique<ExportSession>(
       state, [](FinishedExport) { throw std::runtime_error("No room on the disk"); });
   session->exportMedia();
@@ -119,7 +107,7 @@ TEST_F(ExportSessionTest, ReportsAFailureInItsOwnWords) {
   EXPECT_EQ(state.exportState().message(), CropExportState::Message::failed);
   EXPECT_EQ(state.exportError(), QStringLiteral("No room on the disk"));
   EXPECT_EQ(state.history().crop(), (CropMargins{1, 2, 3, 4}));
-  EXPECT_EQ(waitingExports(), before);
+  expectNothingLeft();
   state.setExportError({});
   EXPECT_EQ(state.exportState().message(), CropExportState::Message::failed);
 }
@@ -201,11 +189,9 @@ TEST_F(ExportSessionTest, GivesEachExportAFileOfItsOwn) {
 
 TEST_F(ExportSessionTest, LeavesNothingWhenItGoesInTheMiddle) {
   open("large.png", 2500, 2000);
-  const size_t before = waitingExports();
   session->exportMedia();
   session.reset();
-  EXPECT_EQ(waitingExports(), before);
-  EXPECT_FALSE(finished);
+  expectNothingLeft();
 }
 
 }  // namespace

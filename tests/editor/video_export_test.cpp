@@ -1,34 +1,17 @@
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <optional>
 #include <vector>
 
-#include "editor/export_session.h"
+#include "editor/exporting.h"
 #include "editor/video_editor.h"
-#include "editor/waiting_exports.h"
-#include "export/export_temporary_storage.h"
 #include "export/video_exporter.h"
 
 namespace vantrel {
 namespace {
 
 using Codec = EncodingSettings::Codec;
-using testing::waitingExports;
 
-class VideoExportTest : public testing::VideoEditor {
- protected:
-  void expectIdle() const {
-    EXPECT_FALSE(state.busy());
-    EXPECT_FALSE(state.exportState().progress());
-    EXPECT_FALSE(state.exportState().indeterminate());
-    EXPECT_FALSE(state.exportState().operation());
-  }
-
-  std::optional<FinishedExport> finished;
-  std::unique_ptr<ExportSession> session = std::make_unique<ExportSession>(
-      state, [this](FinishedExport done) { finished.emplace(std::move(done)); });
-};
+class VideoExportTest : public testing::Exporting<testing::VideoEditor> {};
 
 TEST_F(VideoExportTest, HandsTheFinishedFileToTheReview) {
   open("plain.mp4");
@@ -76,15 +59,13 @@ TEST_F(VideoExportTest, HandsTheFinishedFileToTheReview) {
 
 TEST_F(VideoExportTest, SaysThatAnExportWasCancelledAndLeavesNoFile) {
   open("plain.mp4");
-  const size_t before = waitingExports();
   session->exportMedia();
   session->cancel();
   ASSERT_TRUE(waitIdle());
   expectIdle();
   EXPECT_EQ(state.exportState().message(), CropExportState::Message::cancelled);
   EXPECT_FALSE(state.exportError());
-  EXPECT_FALSE(finished);
-  EXPECT_EQ(waitingExports(), before);
+  expectNothingLeft();
 }
 
 TEST_F(VideoExportTest, ReportsAFailureAndKeepsTheEdit) {
@@ -92,7 +73,6 @@ TEST_F(VideoExportTest, ReportsAFailureAndKeepsTheEdit) {
   open("gone.mp4");
   state.history().setCrop({2, 2, 2, 2});
   std::filesystem::remove(film("gone.mp4"));
-  const size_t before = waitingExports();
   session->exportMedia();
   ASSERT_TRUE(waitIdle());
   expectIdle();
@@ -101,7 +81,7 @@ TEST_F(VideoExportTest, ReportsAFailureAndKeepsTheEdit) {
   EXPECT_TRUE(state.exportError()->contains(QStringLiteral("gone.mp4")));
   EXPECT_EQ(state.history().crop(), (CropMargins{2, 2, 2, 2}));
   EXPECT_NE(state.player(), nullptr);
-  EXPECT_EQ(waitingExports(), before);
+  expectNothingLeft();
 }
 
 TEST_F(VideoExportTest, KeepsTheReportsOfAnEndedExportFromTheNext) {
@@ -121,11 +101,9 @@ TEST_F(VideoExportTest, KeepsTheReportsOfAnEndedExportFromTheNext) {
 
 TEST_F(VideoExportTest, LeavesNothingWhenItGoesInTheMiddle) {
   open("plain.mp4");
-  const size_t before = waitingExports();
   session->exportMedia();
   session.reset();
-  EXPECT_EQ(waitingExports(), before);
-  EXPECT_FALSE(finished);
+  expectNothingLeft();
 }
 
 TEST_F(VideoExportTest, RefusesAnHdrVideoAsH264) {

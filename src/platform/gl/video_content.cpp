@@ -52,5 +52,3 @@ std::unique_ptr<PictureContent> makeVideoContent(std::shared_ptr<const VideoPict
 }
 
 }  // namespace vantrel
-
-#include "moc_video_content.cpp"

@@ -38,7 +38,7 @@ void AudioInput::addStream(MovieMuxer& muxer) {
 }
 
 bool AudioInput::isReadyForMoreMediaData() const {
-  return m_pace.mayAdvance(m_track, TrackPace::kPatience);
+  return m_pace.waitToAdvance(m_track, m_state.stopToken());
 }
 
 bool AudioInput::append(MovieSample sample) {

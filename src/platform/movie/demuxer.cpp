@@ -33,12 +33,11 @@ Demuxer::Demuxer(const Movie& movie, const MovieTrack& track, const std::stop_to
   m_stream = context.streams[index];
   m_isTransmittedSound = m_input.isTransmission() && track.kind == MovieTrack::Kind::Audio;
   m_nextEntry = 0;
-  m_isWhole = isWholeFile();
   m_walk = ContainerWalk::open(m_path);
 }
 
-void Demuxer::requireWholeFile() const {
-  if (!m_isWhole) failAtEarlyEnd();
+void Demuxer::requireWholeFile() {
+  if (!isWholeFile()) failAtEarlyEnd();
 }
 
 bool Demuxer::isWholeFile() {

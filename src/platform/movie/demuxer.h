@@ -21,8 +21,9 @@ class Demuxer final {
   Demuxer(const Movie& movie, const MovieTrack& track, const std::stop_token& stop);
 
   [[nodiscard]] const AVStream& stream() const { return *m_stream; }
-  /// Throws MovieError for a file that is shorter than it says, before reading comes to its end.
-  void requireWholeFile() const;
+  /// Throws MovieError for a file that is shorter than it says, before reading comes to its end,
+  /// and has `read` hold out for every sample that fragments promise. Before the first `read`.
+  void requireWholeFile();
   /// The next packet in the place of the old content of `packet`; false at the end. Pictures of a
   /// transmission may be flagged corrupt. Throws MovieError, std::system_error or Cancelled.
   [[nodiscard]] bool read(AVPacket& packet);
@@ -41,6 +42,7 @@ class Demuxer final {
 
  private:
   [[noreturn]] void failAtEarlyEnd() const { fail(kEndsTooEarly); }
+  /// Learns the number of samples on the way.
   [[nodiscard]] bool isWholeFile();
   [[nodiscard]] bool readOwn(AVPacket& packet);
   [[nodiscard]] bool readTransmittedSound(AVPacket& packet);
@@ -55,8 +57,7 @@ class Demuxer final {
   std::filesystem::path m_path;
   MovieInput m_input;
   AVStream* m_stream = nullptr;
-  bool m_isWhole = false;
-  /// Samples of a video track, those in fragments too; 0 if unknown.
+  /// Samples of a video track, those in fragments too; 0 if unknown or nobody asked for them.
   uint64_t m_sampleCount = 0;
   /// Where the next packet is expected in the stream's index; absent after a seek.
   std::optional<int> m_nextEntry;

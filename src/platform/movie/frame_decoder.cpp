@@ -170,12 +170,8 @@ void FrameDecoder::noteTimeOf(const AVPacket& packet) {
 void FrameDecoder::chooseDiscard(const AVPacket& packet) {
   const bool isTimed = m_times == Times::OfPresentation && isTime(packet.pts) &&
                        packet.duration > 0 && isTime(packet.duration);
-  // Durations are often those between decoding times, which reordered pictures of uneven times do
-  // not have.
-  if (isTimed) m_longest = std::max(m_longest, packet.duration);
-  const bool mayGo = isTimed && packet.pts + m_longest <= m_passesOverUntil;
+  const bool mayGo = isTimed && m_passOver.mayLeaveOut(packet.pts, packet.duration);
   m_decoder->skip_frame = mayGo ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
-  if (mayGo) m_latestPassedOver = std::max(m_latestPassedOver, packet.pts);
 }
 
 void FrameDecoder::setTime(AVFrame& frame) {
@@ -207,7 +203,7 @@ void FrameDecoder::restart() {
   m_passedOver = 0;
   m_sinceCorrupt = kFarFromDamage;
   m_decodingEnd = AV_NOPTS_VALUE;
-  m_longest = 0;
+  m_passOver.restart();
 }
 
 void FrameDecoder::seek(int64_t time) {
@@ -237,8 +233,7 @@ bool FrameDecoder::beginsBy(int64_t time) {
 }
 
 void FrameDecoder::passOverUntil(int64_t time) {
-  m_passesOverUntil = m_canPassOver ? time : INT64_MIN;
-  m_latestPassedOver = AV_NOPTS_VALUE;
+  m_passOver.passOverUntil(m_canPassOver ? time : INT64_MIN);
 }
 
 bool FrameDecoder::isSeekShorter(int64_t from, int64_t to) const {

@@ -6,6 +6,7 @@
 
 #include "platform/movie/av_ptr.h"
 #include "platform/movie/demuxer.h"
+#include "platform/movie/pass_over_rule.h"
 
 namespace vantrel {
 
@@ -18,7 +19,7 @@ class FrameDecoder final {
 
   [[nodiscard]] const AVStream& stream() const { return m_demuxer.stream(); }
   /// As Demuxer does.
-  void requireWholeFile() const { m_demuxer.requireWholeFile(); }
+  void requireWholeFile() { m_demuxer.requireWholeFile(); }
 
   /// The next picture, with a `pts` that is greater than that of the picture before; null at the
   /// end. A picture whose time is not greater is moved behind the one before by a tick: none is
@@ -34,7 +35,7 @@ class FrameDecoder final {
   void passOverUntil(int64_t time);
   /// The latest start, as the stream counts, of the pictures that were allowed to be left out since
   /// the last `passOverUntil`; AV_NOPTS_VALUE, which is before all, if there was none.
-  [[nodiscard]] int64_t latestPassedOver() const { return m_latestPassedOver; }
+  [[nodiscard]] int64_t latestPassedOver() const { return m_passOver.latest(); }
   /// Whether going to a later time by `seek` decodes less than going on; `from` is about where
   /// `next` stands.
   [[nodiscard]] bool isSeekShorter(int64_t from, int64_t to) const;
@@ -86,10 +87,7 @@ class FrameDecoder final {
 
   /// Whether the decoder can tell which pictures no other needs.
   bool m_canPassOver = false;
-  int64_t m_passesOverUntil = INT64_MIN;
-  /// The longest duration of a packet since the last seek, in ticks of the stream.
-  int64_t m_longest = 0;
-  int64_t m_latestPassedOver = AV_NOPTS_VALUE;
+  PassOverRule m_passOver;
 
   enum class Times { Unknown, OfPresentation, OfDecoding };
   Times m_times = Times::Unknown;

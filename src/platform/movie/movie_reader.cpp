@@ -44,17 +44,7 @@ class MovieReader::Session final {
     return *m_audio.emplace_back(std::make_unique<AudioOutput>(m_state, m_movie, track));
   }
 
-  [[nodiscard]] bool start() {
-    if (!m_state.begin(m_video.size() + m_audio.size())) return false;
-    try {
-      for (const auto& output : m_video)
-        output->start();
-    } catch (...) {
-      m_state.fail(std::current_exception());
-      return false;
-    }
-    return true;
-  }
+  [[nodiscard]] bool start() { return m_state.begin(m_video.size() + m_audio.size()); }
 
  private:
   Movie m_movie;

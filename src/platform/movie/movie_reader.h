@@ -24,7 +24,7 @@ struct VideoOutputSettings {
 
 /// Reads the chosen tracks of one movie, each with a demuxer of its own, so that none can starve
 /// another. Adding outputs and starting are for one thread; status, error and cancelling for any;
-/// each output for one thread. The destructor cancels and joins.
+/// each output for one thread, which does its work.
 class MovieReader final : public ReadingSession {
  public:
   /// Opens nothing yet.

@@ -31,7 +31,7 @@ class PictureDecoder final {
   [[nodiscard]] int32_t timescale() const { return m_frames.stream().time_base.den; }
 
   /// As Demuxer does.
-  void requireWholeFile() const { m_frames.requireWholeFile(); }
+  void requireWholeFile() { m_frames.requireWholeFile(); }
 
   /// None at the end. Throws MovieError, std::system_error or Cancelled.
   [[nodiscard]] std::optional<DecodedPicture> next();

@@ -46,8 +46,8 @@ class SampleOutput {
 class SampleInput {
  public:
   virtual ~SampleInput() = default;
-  /// Whether a sample would be taken without waiting. May itself wait a moment for that, shorter
-  /// than a frame lasts.
+  /// Whether a sample would be taken without waiting. May itself wait for that, a tenth of a second
+  /// at most and no longer than until writing fails or is cancelled.
   [[nodiscard]] virtual bool isReadyForMoreMediaData() const = 0;
   /// False if the writer cannot take it; its error tells why.
   [[nodiscard]] virtual bool append(MovieSample sample) = 0;

@@ -15,24 +15,41 @@ void TrackPace::reached(size_t track, double seconds) {
   if (!std::isfinite(seconds)) return;
   const std::lock_guard lock(m_mutex);
   m_tracks[track].seconds = seconds;
-  m_changed.notify_all();
+  wake();
 }
 
 void TrackPace::finish(size_t track) {
   const std::lock_guard lock(m_mutex);
   m_tracks[track].isFinished = true;
-  m_changed.notify_all();
+  wake();
 }
 
-bool TrackPace::mayAdvance(size_t track, std::chrono::milliseconds patience) const {
+bool TrackPace::mayAdvance(size_t track) const {
+  const std::lock_guard lock(m_mutex);
+  return isWithin(kLongestLead, m_tracks[track]);
+}
+
+bool TrackPace::waitToAdvance(size_t track, const std::stop_token& stop,
+                              std::chrono::milliseconds patience) {
   std::unique_lock lock(m_mutex);
-  return m_changed.wait_for(lock, patience, [&] { return isInPace(track); });
+  if (isWithin(kLongestLead, m_tracks[track])) return true;
+  m_tracks[track].isWaiting = true;
+  const bool mayAdvance = m_changed.wait_for(
+      lock, stop, patience, [&] { return isWithin(kLeadWhenWoken, m_tracks[track]); });
+  m_tracks[track].isWaiting = false;
+  return mayAdvance;
 }
 
-bool TrackPace::isInPace(size_t track) const {
-  const double seconds = m_tracks[track].seconds;
-  return std::all_of(m_tracks.begin(), m_tracks.end(), [seconds](const Track& other) {
-    return other.isFinished || seconds - other.seconds < kLongestLead;
+void TrackPace::wake() {
+  const bool isAwaited = std::ranges::any_of(m_tracks, [this](const Track& track) {
+    return track.isWaiting && isWithin(kLeadWhenWoken, track);
+  });
+  if (isAwaited) m_changed.notify_all();
+}
+
+bool TrackPace::isWithin(double lead, const Track& track) const {
+  return std::ranges::all_of(m_tracks, [&](const Track& other) {
+    return other.isFinished || track.seconds - other.seconds < lead;
   });
 }
 

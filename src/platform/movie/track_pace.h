@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <cstddef>
 #include <mutex>
+#include <stop_token>
 #include <vector>
 
 namespace vantrel {
@@ -13,10 +14,12 @@ namespace vantrel {
 class TrackPace final {
  public:
   /// How long an input waits until it says that it is not ready: asking again and again every few
-  /// milliseconds costs processor time, and waiting for long keeps what is cancelled from ending.
-  static constexpr std::chrono::milliseconds kPatience{20};
+  /// milliseconds costs processor time.
+  static constexpr std::chrono::milliseconds kPatience{100};
   /// How far a track may be ahead of the others that are not finished, in seconds.
   static constexpr double kLongestLead = 1.0;
+  /// How far at most it is ahead when it is woken: one sample at a time is not worth it.
+  static constexpr double kLeadWhenWoken = 0.5;
 
   /// Adds a track that stands at the movie's start, and gives its number.
   [[nodiscard]] size_t add();
@@ -24,18 +27,23 @@ class TrackPace final {
   void reached(size_t track, double seconds);
   void finish(size_t track);
 
-  /// Whether the track may go on, now or within the time given.
-  [[nodiscard]] bool mayAdvance(size_t track, std::chrono::milliseconds patience = {}) const;
+  [[nodiscard]] bool mayAdvance(size_t track) const;
+  /// Waits until it may, for so long at most. False too once there is a request to stop.
+  [[nodiscard]] bool waitToAdvance(size_t track, const std::stop_token& stop,
+                                   std::chrono::milliseconds patience = kPatience);
 
  private:
   struct Track {
     double seconds = 0;
     bool isFinished = false;
+    bool isWaiting = false;
   };
-  [[nodiscard]] bool isInPace(size_t track) const;
+  [[nodiscard]] bool isWithin(double lead, const Track& track) const;
+  void wake();
 
   mutable std::mutex m_mutex;
-  mutable std::condition_variable m_changed;
+  std::condition_variable_any m_changed;
+  // Under m_mutex.
   std::vector<Track> m_tracks;
 };
 

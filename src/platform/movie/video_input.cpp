@@ -68,10 +68,10 @@ std::string VideoInput::encoderName() const {
 
 bool VideoInput::isReadyForMoreMediaData() const {
   std::unique_lock lock(m_mutex);
-  const auto hasRoom = [this] { return m_queue.size() < kQueueLength; };
+  const auto hasRoom = [this] { return !m_isFull; };
   if (!m_changed.wait_for(lock, m_state.stopToken(), TrackPace::kPatience, hasRoom)) return false;
   lock.unlock();
-  return m_pace.mayAdvance(m_track);
+  return m_pace.waitToAdvance(m_track, m_state.stopToken());
 }
 
 bool VideoInput::append(MovieSample sample) {
@@ -109,11 +109,14 @@ AvFramePtr VideoInput::accepted(MovieSample& sample) {
 
 bool VideoInput::enqueue(AvFramePtr picture) {
   std::unique_lock lock(m_mutex);
-  const bool hasRoom =
-      m_changed.wait(lock, m_state.stopToken(), [this] { return m_queue.size() < kQueueLength; });
+  const bool hasRoom = m_changed.wait(lock, m_state.stopToken(), [this] { return !m_isFull; });
   if (!hasRoom || m_isFinished) return false;
   m_queue.push_back(std::move(picture));
-  m_changed.notify_all();
+  m_isFull = m_queue.size() == kQueueLength;
+  if (m_isEmpty && m_queue.size() >= kBatch) {
+    m_isEmpty = false;
+    m_changed.notify_all();
+  }
   return true;
 }
 
@@ -126,12 +129,16 @@ void VideoInput::markAsFinished() {
 
 AvFramePtr VideoInput::dequeue() {
   std::unique_lock lock(m_mutex);
-  m_changed.wait(lock, m_state.stopToken(), [this] { return !m_queue.empty() || m_isFinished; });
+  m_isEmpty = m_isEmpty || m_queue.empty();
+  m_changed.wait(lock, m_state.stopToken(), [this] { return !m_isEmpty || m_isFinished; });
   throwIfCancelled(m_state.stopToken());
   if (m_queue.empty()) return nullptr;
   AvFramePtr picture = std::move(m_queue.front());
   m_queue.pop_front();
-  m_changed.notify_all();
+  if (m_isFull && m_queue.size() + kBatch <= kQueueLength) {
+    m_isFull = false;
+    m_changed.notify_all();
+  }
   return picture;
 }
 

@@ -22,8 +22,11 @@ namespace vantrel {
 /// muxer. Once writing has failed or was cancelled, queued pictures are not encoded any more.
 class VideoInput final : public SampleInput {
  public:
-  /// Pictures that wait for the encoder.
+  /// Pictures that wait for the encoder at most.
   static constexpr size_t kQueueLength = 4;
+  /// Whoever finds the queue full or empty sleeps until there is this much to do, in pictures:
+  /// waking a thread for each of them costs more processor time.
+  static constexpr size_t kBatch = 2;
 
   /// `file` is named in errors.
   VideoInput(std::filesystem::path file, const VideoInputSettings& settings, WritingState& state,
@@ -87,6 +90,8 @@ class VideoInput final : public SampleInput {
   // Under m_mutex:
   std::deque<AvFramePtr> m_queue;
   bool m_isFinished = false;
+  /// From when it was found so until a batch has gone, or has come.
+  bool m_isFull = false, m_isEmpty = true;
 
   // Of the encoding thread while it runs:
   std::optional<VideoEncoder> m_encoder;

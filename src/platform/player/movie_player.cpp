@@ -288,5 +288,3 @@ void MoviePlayer::setMuted(bool muted) {
 }
 
 }  // namespace vantrel
-
-#include "moc_movie_player.cpp"

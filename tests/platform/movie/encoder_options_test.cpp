@@ -88,9 +88,10 @@ TEST(EncoderOptions, HaveAPresetForAnyNumberOfCores) {
 TEST(EncoderOptions, KeepTheRateOfH264ByATightToleranceAndABufferOfHalfASecond) {
   const EncoderOptions options = softwareEncoderOptions(film(VideoCodec::H264, 1280, 720), 2);
   EXPECT_EQ(options.averageRate, 8'000'000);
-  EXPECT_EQ(options.maxRate, 12'000'000);
+  EXPECT_EQ(options.maxRate, 11'200'000);
   EXPECT_EQ(options.bufferSize, 4'000'000);
-  EXPECT_EQ(optionOf(options, "x264-params"), "ratetol=0.1:mbtree=0:vbv-init=1");
+  EXPECT_EQ(optionOf(options, "x264-params"),
+            "ratetol=0.1:mbtree=0:qcomp=0.5:rc-lookahead=10:vbv-init=1");
 }
 
 TEST(EncoderOptions, KeepTheRateOfHevcByABufferWithoutRoomAboveTheAverage) {
@@ -106,11 +107,22 @@ TEST(EncoderOptions, KeepTheRateOfHevcByABufferWithoutRoomAboveTheAverage) {
 TEST(EncoderOptions, HaveX265ExpectASixthOfASecondAtAnyFrameRate) {
   const auto expectedFrames = [](double frameRate) {
     const std::string parameters = x265Parameters(film(VideoCodec::Hevc, 1280, 720, frameRate));
-    return parameters.substr(parameters.find(":total-frames="));
+    const std::string name = ":total-frames=";
+    return std::stoi(parameters.substr(parameters.find(name) + name.size()));
   };
-  EXPECT_EQ(expectedFrames(30), ":total-frames=5");
-  EXPECT_EQ(expectedFrames(60), ":total-frames=10");
-  EXPECT_EQ(expectedFrames(1), ":total-frames=1");
+  EXPECT_EQ(expectedFrames(30), 5);
+  EXPECT_EQ(expectedFrames(60), 10);
+  EXPECT_EQ(expectedFrames(1), 1);
+}
+
+TEST(EncoderOptions, WeighWhatTheEyeMakesOfNoiseUnlessInAHurry) {
+  const VideoInputSettings settings = film(VideoCodec::Hevc, 1920, 1080);
+  const auto isLeftOut = [&settings](int cores) {
+    const EncoderOptions options = softwareEncoderOptions(settings, cores);
+    return contains(optionOf(options, "x265-params"), ":psy-rd=0");
+  };
+  EXPECT_TRUE(isLeftOut(2));
+  EXPECT_FALSE(isLeftOut(8));
 }
 
 TEST(EncoderOptions, LetTheBufferHoldSeveralFramesAtLowFrameRates) {

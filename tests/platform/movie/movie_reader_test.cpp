@@ -470,7 +470,7 @@ TEST_F(MovieReaderTest, WakesWhoWaitsWhenCancelled) {
   EXPECT_LT(count, 2500);
 }
 
-TEST_F(MovieReaderTest, EndsItsThreadWhenDestroyed) {
+TEST_F(MovieReaderTest, MayGoBeforeAllIsTaken) {
   makeFilm(m_mov);
   const Movie movie = Movie::open(m_mov);
   for (int taken = 0; taken < 3; ++taken) {

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <limits>
+#include <stop_token>
 #include <thread>
 
 namespace vantrel {
@@ -33,9 +34,19 @@ TEST(TrackPace, LetsATrackGoOnAsSoonAsTheOthersFollowOrEnd) {
     TrackPace pace;
     const size_t ahead = pace.add(), behind = pace.add();
     pace.reached(ahead, 1.0);
-    const std::jthread other([&] { ends ? pace.finish(behind) : pace.reached(behind, 0.5); });
-    EXPECT_TRUE(pace.mayAdvance(ahead, std::chrono::hours(1)));
+    const std::jthread other([&] { ends ? pace.finish(behind) : pace.reached(behind, 0.75); });
+    EXPECT_TRUE(pace.waitToAdvance(ahead, {}, std::chrono::hours(1)));
   }
+}
+
+TEST(TrackPace, EndsItsWaitOnARequestToStop) {
+  TrackPace pace;
+  const size_t ahead = pace.add();
+  (void)pace.add();
+  pace.reached(ahead, 1.0);
+  std::stop_source stop;
+  const std::jthread other([&stop] { stop.request_stop(); });
+  EXPECT_FALSE(pace.waitToAdvance(ahead, stop.get_token(), std::chrono::hours(1)));
 }
 
 TEST(TrackPace, WaitsForNoTrackThatIsFinished) {

@@ -260,6 +260,29 @@ TEST_F(MoviePlayerTest, PlaysAsLongAsItsLongestTrack) {
   }
 }
 
+TEST_F(MoviePlayerTest, TellsWhichSoundIsHeardWhileItPlays) {
+  const auto player = opened("sound.mov");
+  EXPECT_FALSE(player->heardTime());
+  std::optional<double> heard;
+  ASSERT_TRUE(waitUntil([&] {
+    // A device may take longer to open than the movie lasts.
+    if (player->rate() == 0) player->play();
+    heard = player->heardTime();
+    return heard && *heard > 0;
+  }));
+  EXPECT_LE(*heard, player->duration());
+  player->pause();
+  EXPECT_FALSE(player->heardTime());
+}
+
+TEST_F(MoviePlayerTest, HearsNothingWhereThereIsNoSound) {
+  const auto player = opened("silent.mov");
+  QObject::connect(player.get(), &Player::timeChanged,
+                   [&player] { EXPECT_FALSE(player->heardTime()); });
+  player->play();
+  EXPECT_TRUE(waitForEnd(*player));
+}
+
 TEST_F(MoviePlayerTest, PlaysAMovieOfOnePicture) {
   const auto player = opened("single.mov");
   player->play();

@@ -1,3 +1,0 @@
-#include "platform/player/player.h"
-
-#include "moc_player.cpp"
