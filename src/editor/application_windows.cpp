@@ -39,6 +39,8 @@ EditorWindow* ApplicationWindows::openEditor() {
       new EditorWindow([this](FinishedExport finished) { openReview(std::move(finished)); });
   connect(window, &EditorWindow::newWindowRequested, this, &ApplicationWindows::openEditor);
   connect(window, &EditorWindow::quitRequested, this, &ApplicationWindows::quit);
+  m_notices.watch(window->view()->exports(), *window->view());
+  m_taskBar.watch(window->view()->state().exportState());
   window->show();
   return window;
 }
@@ -62,6 +64,7 @@ ReviewWindow* ApplicationWindows::openReview(FinishedExport finished) {
   connect(&window->document(), &ExportReviewDocument::closed, this,
           &ApplicationWindows::continueQuitting, Qt::QueuedConnection);
   connect(window, &ReviewWindow::closeRefused, this, [this] { m_quitting = false; });
+  m_notices.setReview(*window);
   window->show();
   return window;
 }

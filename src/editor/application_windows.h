@@ -3,6 +3,8 @@
 #include <QObject>
 #include <filesystem>
 
+#include "editor/export_notices.h"
+#include "editor/task_bar_progress.h"
 #include "export/finished_export.h"
 
 namespace vantrel {
@@ -34,6 +36,8 @@ class ApplicationWindows final : public QObject {
  private:
   void continueQuitting();
 
+  ExportNotices m_notices;
+  TaskBarProgress m_taskBar;
   bool m_quitting = false;
 };
 
