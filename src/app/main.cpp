@@ -3,9 +3,16 @@
 #include <QFile>
 #include <QLocale>
 #include <csignal>
+#include <thread>
+#include <tuple>
 
+#ifdef VANTREL_DEFERS_LIBRARIES
+#include "app/deferred_functions.h"
+#endif
+#include "canvas/video_canvas_view.h"
 #include "editor/application_look.h"
 #include "editor/application_windows.h"
+#include "editor/first_paint.h"
 #include "platform/desktop/formatting.h"
 #include "platform/gl/surface_format.h"
 
@@ -31,5 +38,15 @@ int main(int argc, char** argv) {
     windows.openFile(QFile::encodeName(file).toStdString());
   }
   if (arguments.positionalArguments().isEmpty()) windows.openEditor();
+
+  // What the first window can do without comes once it is there, before anybody misses it.
+  std::jthread libraries;
+  vantrel::afterFirstPaint([&libraries] {
+#ifdef VANTREL_DEFERS_LIBRARIES
+    libraries = std::jthread(vantrel::loadDeferredFunctions);
+#endif
+    vantrel::ApplicationLook::installIcon();
+    std::ignore = vantrel::VideoCanvasView::isSupported();
+  });
   return QApplication::exec();
 }

@@ -53,8 +53,12 @@ VideoCanvasView::~VideoCanvasView() {
 }
 
 bool VideoCanvasView::isSupported() {
-  static const bool supported = canDraw();
-  return supported;
+  if (!s_supported) s_supported = canDraw();
+  return *s_supported;
+}
+
+bool VideoCanvasView::isSupportKnown() {
+  return s_supported.has_value();
 }
 
 void VideoCanvasView::setMedia(const Bitmap& image, VideoPictureSource* pictures) {

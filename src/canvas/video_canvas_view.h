@@ -4,6 +4,7 @@
 #include <QOpenGLWidget>
 #include <QPointer>
 #include <QVariantAnimation>
+#include <optional>
 #include <vector>
 
 #include "canvas/canvas_projection.h"
@@ -28,6 +29,8 @@ class VideoCanvasView final : public QOpenGLWidget {
 
   /// Whether this computer can draw the surface at all; found out once.
   [[nodiscard]] static bool isSupported();
+  /// Whether that is known, so that a surface costs little.
+  [[nodiscard]] static bool isSupportKnown();
 
   [[nodiscard]] const CanvasProjection& projection() const { return m_projection; }
   [[nodiscard]] const CropMargins& crop() const { return m_crop; }
@@ -64,6 +67,7 @@ class VideoCanvasView final : public QOpenGLWidget {
   [[nodiscard]] QSize deviceSize() const;
   [[nodiscard]] PictureView pictureView() const;
 
+  static inline std::optional<bool> s_supported;
   PictureRenderer m_pictures;
   RectanglePainter m_rectangles;
   QPointer<VideoPictureSource> m_source;

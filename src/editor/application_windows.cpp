@@ -8,6 +8,7 @@
 #include <tuple>
 #include <utility>
 
+#include "canvas/canvas_scroll_view.h"
 #include "editor/editor_view.h"
 #include "editor/editor_window.h"
 #include "export/export_temporary_storage.h"
@@ -33,14 +34,19 @@ ApplicationWindows::ApplicationWindows(QObject* parent) : QObject(parent) {
 }
 
 EditorWindow* ApplicationWindows::openEditor() {
+  return openEditor(Content::none);
+}
+
+EditorWindow* ApplicationWindows::openEditor(Content content) {
   // What a crashed process left behind goes before the first export.
   std::ignore = ExportTemporaryStorage::shared();
   auto* window =
       new EditorWindow([this](FinishedExport finished) { openReview(std::move(finished)); });
-  connect(window, &EditorWindow::newWindowRequested, this, &ApplicationWindows::openEditor);
+  connect(window, &EditorWindow::newWindowRequested, this, [this] { openEditor(); });
   connect(window, &EditorWindow::quitRequested, this, &ApplicationWindows::quit);
   m_notices.watch(window->view()->exports(), *window->view());
   m_taskBar.watch(window->view()->state().exportState());
+  if (content == Content::picture) window->view()->canvas()->prepareSurface();
   window->show();
   return window;
 }
@@ -50,7 +56,7 @@ EditorWindow* ApplicationWindows::openFile(const std::filesystem::path& path) {
   for (EditorWindow* window : openWindows<EditorWindow>()) {
     if (window->view()->state().acceptsIncomingFiles()) target = window;
   }
-  if (!target) target = openEditor();
+  if (!target) target = openEditor(Content::picture);
   target->view()->loader().loadMedia(path);
   return target;
 }

@@ -34,6 +34,10 @@ class ApplicationWindows final : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  /// What a window opens for.
+  enum class Content { none, picture };
+
+  EditorWindow* openEditor(Content content);
   void continueQuitting();
 
   ExportNotices m_notices;
