@@ -28,7 +28,7 @@ class WindowBenchmarks:
             f"that shows an empty QMainWindow; medians of {PAIRS * runs} pairs, files in the page cache. Then "
             f"turns of the main event loop of an editor with a JPEG of {WIDTH} × {HEIGHT} pixels and a film, "
             "drawn by the software renderer, which waits for its threads in them; and memory over "
-            f"{ROUNDS * runs} windows, from a tenth of them on.",
+            f"{ROUNDS * runs} windows, from half of them on.",
         )
 
     def start(self, program):

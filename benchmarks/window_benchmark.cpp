@@ -5,7 +5,7 @@
 //                         of the main event loop, in milliseconds
 //   growth ROUNDS [FILE]  opens and closes a window, with the file, as many times: the memory of
 //   the
-//                         process after a tenth of the rounds and after all, in bytes
+//                         process after half of the rounds and after all, in bytes
 
 #include <unistd.h>
 
@@ -102,7 +102,7 @@ QJsonObject growthOver(int rounds, const char* file) {
   TurnWatch watch;
   double before = 0;
   for (int round = 0; round < rounds; ++round) {
-    if (round == rounds / 10) before = residentBytes();
+    if (round == rounds / 2) before = residentBytes();
     EditorWindow* const editor = openEditor(windows, watch);
     if (file) {
       editor->view()->loader().loadMedia(file);
