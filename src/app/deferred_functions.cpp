@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <cstdio>
 
-// By the System V ABI of x86-64: a stand-in jumps to what its slot holds. That is the function, or at
-// first the entry, which finds it with all arguments kept, those of variadic functions too.
+// By the System V ABI of x86-64: a stand-in jumps to what its slot holds. That is the function, or
+// at first the entry, which finds it with all arguments kept, those of variadic functions too.
 
 extern "C" void vantrelDeferredEntry();
 
@@ -58,18 +58,19 @@ VantrelDeferred vantrelFindDeferred(unsigned number) {
 
 }  // extern "C"
 
-#define DEFERRED(number, name)                     \
-  asm(".pushsection .text\n"                       \
-      ".globl " #name "\n"                         \
-      ".type " #name ", @function\n" #name         \
-      ":\n"                                        \
-      "  endbr64\n"                                \
-      "  movl $" #number                           \
-      ", %r11d\n"                                  \
-      "  jmp *(vantrelDeferredSlots+8*" #number    \
-      ")(%rip)\n"                                  \
-      ".size " #name ", .-" #name                  \
-      "\n"                                         \
+#define DEFERRED(number, name)                  \
+  asm(".pushsection .text\n"                    \
+      ".globl " #name                           \
+      "\n"                                      \
+      ".type " #name ", @function\n" #name      \
+      ":\n"                                     \
+      "  endbr64\n"                             \
+      "  movl $" #number                        \
+      ", %r11d\n"                               \
+      "  jmp *(vantrelDeferredSlots+8*" #number \
+      ")(%rip)\n"                               \
+      ".size " #name ", .-" #name               \
+      "\n"                                      \
       ".popsection\n");
 #include "deferred_functions.inc"
 #undef DEFERRED

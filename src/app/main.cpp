@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QLocale>
 #include <csignal>
+#include <system_error>
 #include <thread>
 #include <tuple>
 
@@ -43,7 +44,11 @@ int main(int argc, char** argv) {
   std::jthread libraries;
   vantrel::afterFirstPaint([&libraries] {
 #ifdef VANTREL_DEFERS_LIBRARIES
-    libraries = std::jthread(vantrel::loadDeferredFunctions);
+    try {
+      libraries = std::jthread(vantrel::loadDeferredFunctions);
+    } catch (const std::system_error&) {
+      // Without a thread they come when they are called.
+    }
 #endif
     vantrel::ApplicationLook::installIcon();
     std::ignore = vantrel::VideoCanvasView::isSupported();
