@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
 """Runs the benchmarks and writes RESULTS.md beside this file.
 
-    benchmarks/run.py --bin build/release/bin [--runs N] [--only images|canvas|video|playback] [--out FILE]
+    benchmarks/run.py --bin build/release/bin [--runs N] [--only images|canvas|video|playback|window] [--out FILE]
 
 What is compared runs in turn, in the same minutes on the same machine, and medians are compared, so
 that a busy machine slows both sides. Needs ImageMagick (convert, identify), heif-enc,
-ffmpeg and mpv, and a display for the canvas.
+ffmpeg and mpv, and a display for the canvas and the window.
 """
 
 import argparse
@@ -22,6 +22,7 @@ from canvas import CanvasBenchmarks
 from measure import MEBIBYTE, Section, described, measure_in_turn, output_of, tool
 from playback import PlaybackBenchmarks
 from videos import VideoBenchmarks
+from window import WindowBenchmarks
 
 # The source has 24 megapixels, the crop 12, at odd margins.
 WIDTH, HEIGHT = 6000, 4000
@@ -179,7 +180,7 @@ def write_results(measured, path):
     """What was not measured this time stays as it was."""
     earlier = earlier_sections(path)
     parts = [["# Benchmark results", "", "Written by `benchmarks/run.py` (`./dev bench`)."]]
-    for title in ("Pictures", "Canvas", "Films", "Playback"):
+    for title in ("Pictures", "Canvas", "Films", "Playback", "Window"):
         parts.append(measured[title].lines() if title in measured else earlier.get(title, []))
     texts = ["\n".join(lines).strip("\n") for lines in parts if lines]
     path.write_text("\n\n".join(texts) + "\n", encoding="utf-8")
@@ -190,7 +191,7 @@ def main():
     parser = argparse.ArgumentParser(description="Runs the benchmarks and writes their results.")
     parser.add_argument("--bin", type=pathlib.Path, required=True, help="folder of the programs")
     parser.add_argument("--runs", type=int, default=5, help="measured runs of each (default: 5)")
-    parser.add_argument("--only", choices=["images", "canvas", "video", "playback"], help="one part of the benchmarks")
+    parser.add_argument("--only", choices=["images", "canvas", "video", "playback", "window"], help="one part of the benchmarks")
     parser.add_argument("--films", type=pathlib.Path, default=here.parent / "build" / "bench-films",
                         help="folder where the films are kept (default: build/bench-films)")
     parser.add_argument("--out", type=pathlib.Path, default=here / "RESULTS.md")
@@ -207,6 +208,8 @@ def main():
             parts.append(VideoBenchmarks(binaries, arguments.runs, folder, arguments.films.resolve()))
         if arguments.only in (None, "playback"):
             parts.append(PlaybackBenchmarks(binaries, arguments.runs, folder, arguments.films.resolve()))
+        if arguments.only in (None, "window"):
+            parts.append(WindowBenchmarks(binaries, arguments.runs, folder, arguments.films.resolve()))
         for part in parts:
             before = os.getloadavg()[0]
             part.run()

@@ -6,10 +6,18 @@
 #include <csignal>
 #include <filesystem>
 #include <span>
+#include <system_error>
+#include <thread>
+#include <tuple>
 
+#ifdef VANTREL_DEFERS_LIBRARIES
+#include "app/deferred_functions.h"
+#endif
 #include "editor/application_look.h"
 #include "editor/application_windows.h"
+#include "editor/first_paint.h"
 #include "platform/desktop/formatting.h"
+#include "platform/gl/picture_surface.h"
 #include "platform/gl/surface_format.h"
 
 namespace {
@@ -46,5 +54,19 @@ int main(int argc, char** argv) {
     windows.openFile(fileOf(file, {argv, static_cast<size_t>(argc)}));
   }
   if (arguments.positionalArguments().isEmpty()) windows.openEditor();
+
+  // What the first window can do without comes once it is there, before anybody misses it.
+  std::jthread libraries;
+  vantrel::afterFirstPaint([&libraries] {
+#ifdef VANTREL_DEFERS_LIBRARIES
+    try {
+      libraries = std::jthread(vantrel::loadDeferredFunctions);
+    } catch (const std::system_error&) {
+      // Without a thread they come when they are called.
+    }
+#endif
+    vantrel::ApplicationLook::installIcon();
+    std::ignore = vantrel::PictureSurface::isSupported();
+  });
   return QApplication::exec();
 }

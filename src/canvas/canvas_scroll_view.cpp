@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 #include <QWheelEvent>
 #include <algorithm>
+#include <utility>
 
 #include "canvas/canvas_input.h"
 #include "canvas/crop_canvas_fields.h"
@@ -44,16 +45,14 @@ CanvasCamera::Wish wishOf(const CropCanvas& canvas) {
 
 }  // namespace
 
-CanvasScrollView::CanvasScrollView(EditHistory& history, QWidget* parent)
+CanvasScrollView::CanvasScrollView(EditHistory& history, QWidget* parent, Surface surface)
     : QAbstractScrollArea(parent), m_canvas(new VideoCanvasView) {
   setFrameShape(QFrame::NoFrame);
   setFocusPolicy(Qt::ClickFocus);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setViewport(PictureSurface::isSupported() ? m_canvas : makeNotice());
-  viewport()->setMouseTracking(true);
+  viewport()->setBackgroundRole(QPalette::Window);
   m_overlay = new CropOverlayView(history, *this);
-  m_overlay->setVisible(viewport() == m_canvas);
   m_horizontalBar = new FloatingScrollBar(Qt::Horizontal, viewport());
   m_verticalBar = new FloatingScrollBar(Qt::Vertical, viewport());
   m_clock.start();
@@ -64,10 +63,26 @@ CanvasScrollView::CanvasScrollView(EditHistory& history, QWidget* parent)
   m_publication.setSingleShot(true);
   watchOverlay(history);
   watchInput();
+  if (surface == Surface::atOnce || PictureSurface::isSupportKnown()) prepareSurface();
 }
 
 CanvasScrollView::~CanvasScrollView() {
   if (viewport() != m_canvas) delete m_canvas;
+}
+
+void CanvasScrollView::prepareSurface() {
+  if (std::exchange(m_hasSurface, true)) return;
+  QWidget* const surface = PictureSurface::isSupported() ? m_canvas : makeNotice();
+  surface->setMouseTracking(true);
+  // The old viewport goes with all that lies on it.
+  for (QWidget* over : std::initializer_list<QWidget*>{m_overlay, m_horizontalBar, m_verticalBar}) {
+    over->setParent(surface);
+    over->show();
+  }
+  setViewport(surface);
+  m_overlay->setVisible(surface == m_canvas);
+  surface->lower();
+  showNotice();
 }
 
 void CanvasScrollView::watchOverlay(EditHistory& history) {
@@ -115,6 +130,7 @@ void CanvasScrollView::update(const CropCanvas& canvas) {
   const bool cropChanged = m_overlay->overlay().crop() != canvas.crop;
   if (mediaChanged || m_shown.sourceSize != canvas.sourceSize) abandonDrags();
   m_shown = canvas;
+  if (!canvas.sourceSize.isEmpty()) prepareSurface();
   m_camera.update(wishOf(canvas), mediaChanged,
                   previewChanged || (canvas.previewOnly && cropChanged), now());
   if (!showsMotion(*this)) m_camera.finishMove();

@@ -23,8 +23,14 @@ class CanvasScrollView final : public QAbstractScrollArea {
   Q_OBJECT
 
  public:
+  /// When the surface comes. The first one of a program takes longer than all else in its window;
+  /// one that comes to a window on the screen has the toolkit make that window anew. So
+  /// `withPicture` waits for a picture, unless OpenGL is loaded already.
+  enum class Surface { atOnce, withPicture };
+
   /// `history` outlives the view.
-  explicit CanvasScrollView(EditHistory& history, QWidget* parent = nullptr);
+  explicit CanvasScrollView(EditHistory& history, QWidget* parent = nullptr,
+                            Surface surface = Surface::atOnce);
   ~CanvasScrollView() override;
 
   [[nodiscard]] VideoCanvasView* canvas() const { return m_canvas; }
@@ -35,6 +41,8 @@ class CanvasScrollView final : public QAbstractScrollArea {
   [[nodiscard]] const CanvasCamera& camera() const { return m_camera; }
   [[nodiscard]] const CanvasPan& pan() const { return m_pan; }
 
+  /// Has the surface now; again: nothing.
+  void prepareSurface();
   /// Takes what the editor now wants.
   void update(const CropCanvas& canvas);
 
@@ -83,8 +91,10 @@ class CanvasScrollView final : public QAbstractScrollArea {
   CanvasCamera m_camera;
   CanvasPan m_pan;
   CanvasEventMonitor m_monitor{*this};
-  /// In no window, and drawing nothing, where it is not supported: the toolkit fails there.
+  /// In no window, and drawing nothing, while there is no surface, and where it is not supported:
+  /// the toolkit fails there.
   VideoCanvasView* m_canvas;
+  bool m_hasSurface = false;
   CropOverlayView* m_overlay;
   FloatingScrollBar* m_horizontalBar;
   FloatingScrollBar* m_verticalBar;

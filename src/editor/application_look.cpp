@@ -63,8 +63,11 @@ QIcon windowIcon() {
 
 }  // namespace
 
-void install() {
+void installIcon() {
   QApplication::setWindowIcon(windowIcon());
+}
+
+void install() {
   if (QApplication::style()->name() != QLatin1String("fusion")) return;
   const auto* system = new SystemAppearance(qApp);
   QApplication::setStyle(new QuietStyle);

@@ -4,8 +4,11 @@
 /// dark or light. On any other desktop its style stands.
 namespace vantrel::ApplicationLook {
 
-/// Installs the icon of the windows, and the style and the fonts unless the desktop has a style,
-/// and follows the desktop's wish for dark or light windows from then on. Needs the QApplication.
+/// Installs the style and the fonts unless the desktop has a style, and follows the desktop's wish
+/// for dark or light windows from then on. Needs the QApplication.
 void install();
+
+/// Gives all windows their icon. It takes its time, and no window needs it to be painted.
+void installIcon();
 
 }  // namespace vantrel::ApplicationLook

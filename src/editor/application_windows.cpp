@@ -9,6 +9,7 @@
 #include <tuple>
 #include <utility>
 
+#include "canvas/canvas_scroll_view.h"
 #include "editor/crop_menu_bar.h"
 #include "editor/crop_window_registry.h"
 #include "editor/editor_ending.h"
@@ -57,20 +58,23 @@ ApplicationWindows::ApplicationWindows(QObject* parent) : QObject(parent) {
 }
 
 EditorWindow* ApplicationWindows::openEditor() {
-  return openEditorAs(QUuid::createUuid());
+  return openEditorAs(QUuid::createUuid(), Content::none);
 }
 
 EditorWindow* ApplicationWindows::openTab(EditorWindow* window) {
   const QUuid identity = QUuid::createUuid();
   CropWindowRegistry::shared().requestTab(identity, window);
-  return openEditorAs(identity);
+  return openEditorAs(identity, Content::none);
 }
 
-EditorWindow* ApplicationWindows::openEditorAs(const QUuid& identity) {
+EditorWindow* ApplicationWindows::openEditorAs(const QUuid& identity, Content content) {
   // What a crashed process left behind goes before the first export.
   std::ignore = ExportTemporaryStorage::shared();
   auto* const editor = new EditorView(
       identity, [this](FinishedExport finished) { openReview(std::move(finished)); });
+  m_notices.watch(editor->exports(), *editor);
+  m_taskBar.watch(editor->state().exportState());
+  if (content == Content::picture) editor->canvas()->prepareSurface();
   if (CropWindowRegistry::shared().attach(editor)) {
     return qobject_cast<EditorWindow*>(editor->window());
   }
@@ -126,7 +130,7 @@ EditorWindow* ApplicationWindows::openFile(const std::filesystem::path& path) {
     window->selectEditor(editor);
     bringToFront(window);
   } else {
-    window = openEditor();
+    window = openEditorAs(QUuid::createUuid(), Content::picture);
     editor = window->view();
   }
   editor->loader().loadMedia(path);
@@ -142,6 +146,7 @@ ReviewWindow* ApplicationWindows::openReview(FinishedExport finished) {
   connect(&window->document(), &ExportReviewDocument::closed, this,
           &ApplicationWindows::continueQuitting, Qt::QueuedConnection);
   connect(window, &ReviewWindow::closeRefused, this, [this] { m_quitting = false; });
+  m_notices.setReview(*window);
   window->show();
   return window;
 }

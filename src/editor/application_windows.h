@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <optional>
 
+#include "editor/export_notices.h"
+#include "editor/task_bar_progress.h"
 #include "export/finished_export.h"
 
 class QUuid;
@@ -48,7 +50,10 @@ class ApplicationWindows final : public QObject {
 
  private:
   void connectMenus(CropMenuBar& menus);
-  EditorWindow* openEditorAs(const QUuid& identity);
+  /// What a window opens for.
+  enum class Content { none, picture };
+
+  EditorWindow* openEditorAs(const QUuid& identity, Content content);
   /// Shows a new window with this editor.
   EditorWindow* openWindow(EditorView* editor, const std::optional<QPoint>& globalPosition);
   [[nodiscard]] EditorView* idleEditor() const;
@@ -56,6 +61,8 @@ class ApplicationWindows final : public QObject {
 
   /// The editors' window that was in front last.
   QPointer<EditorWindow> m_front;
+  ExportNotices m_notices;
+  TaskBarProgress m_taskBar;
   bool m_quitting = false;
 };
 

@@ -184,6 +184,8 @@ void EditorView::updateEmptyView() {
 }
 
 void EditorView::updateCanvas() {
+  // Ahead of the file, so that what takes its time does not come at once.
+  if (m_state.busy()) canvas()->prepareSurface();
   const EditorState::Camera& camera = m_state.camera();
   CropCanvas shown;
   shown.player = m_state.player();

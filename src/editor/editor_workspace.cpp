@@ -20,7 +20,7 @@ constexpr QMarginsF kFramingInsets{20, 20, 20, 20};
 
 EditorWorkspace::EditorWorkspace(EditHistory& history, QWidget* parent)
     : QWidget(parent),
-      m_canvas(new CanvasScrollView(history, this)),
+      m_canvas(new CanvasScrollView(history, this, CanvasScrollView::Surface::withPicture)),
       m_empty(new EmptyCanvasView(this)),
       m_panel(new CropPanel(this)),
       m_playback(new PlaybackControls(m_panel)) {

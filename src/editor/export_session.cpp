@@ -42,8 +42,9 @@ void ExportSession::exportImage() {
   CropExportState& progress = m_state.exportState();
   m_state.setBusy(true);
   progress.setBytes(0);
-  progress.setProgress(0.0);
+  // First, so that nobody takes the progress for a percentage.
   progress.setIndeterminate(true);
+  progress.setProgress(0.0);
   progress.setMessage({});
   m_imageOperation = std::make_unique<ImageExportOperation>(
       std::move(request), [this](Outcome outcome) { finish(std::move(outcome)); });
@@ -83,12 +84,16 @@ void ExportSession::exportVideo() {
 void ExportSession::finish(Outcome outcome) {
   CropExportState& progress = m_state.exportState();
   try {
-    m_review(outcome.get());
+    FinishedExport done = outcome.get();
+    Q_EMIT finished(done.title);
+    m_review(std::move(done));
   } catch (const Cancelled&) {
     progress.setMessage(CropExportState::Message::cancelled);
   } catch (...) {
     progress.setMessage(CropExportState::Message::failed);
-    m_state.setExportError(QString::fromStdString(userMessage(std::current_exception())));
+    const QString message = QString::fromStdString(userMessage(std::current_exception()));
+    m_state.setExportError(message);
+    Q_EMIT failed(message);
   }
   m_state.setBusy(false);
   progress.setOperation({});

@@ -28,6 +28,12 @@ class ExportSession final : public QObject {
   /// Nothing when no export runs. The outcome comes later.
   void cancel();
 
+ Q_SIGNALS:
+  /// An export has ended well, as a file to be called `name`; its review opens next.
+  void finished(const QString& name);
+  /// An export has failed; `message` is for the user.
+  void failed(const QString& message);
+
  private:
   /// Of either kind of operation.
   using Outcome = BackgroundTask<FinishedExport>::Outcome;

@@ -1,8 +1,8 @@
 #include "editor/system_appearance.h"
 
 #include <QDBusConnection>
-#include <QDBusInterface>
-#include <QDBusReply>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
 #include <QDBusVariant>
 #include <QGuiApplication>
 #include <QPalette>
@@ -20,7 +20,6 @@ const QString kGroup = QStringLiteral("org.freedesktop.appearance");
 const QString kKey = QStringLiteral("color-scheme");
 // Of the portal: 0 no preference, 1 dark, 2 light.
 constexpr uint kDark = 1;
-constexpr int kTimeoutMilliseconds = 250;
 
 /// A value out of however many variants it is wrapped in: Read wraps twice.
 QVariant unwrapped(QVariant value) {
@@ -57,8 +56,14 @@ void SystemAppearance::askPortal() {
   QDBusMessage read =
       QDBusMessage::createMethodCall(kService, kPath, kSettings, QStringLiteral("Read"));
   read << kGroup << kKey;
-  const QDBusReply<QDBusVariant> reply = bus.call(read, QDBus::Block, kTimeoutMilliseconds);
-  if (reply.isValid()) takeSetting(kGroup, kKey, reply.value());
+  // Before a window is made the answer has come in most cases.
+  auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(read), this);
+  connect(watcher, &QDBusPendingCallWatcher::finished, this,
+          [this](QDBusPendingCallWatcher* finished) {
+            finished->deleteLater();
+            const QDBusPendingReply<QDBusVariant> reply = *finished;
+            if (!reply.isError()) takeSetting(kGroup, kKey, reply.value());
+          });
 }
 
 void SystemAppearance::takeSetting(const QString& group, const QString& key,

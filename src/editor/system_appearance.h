@@ -12,7 +12,7 @@ class SystemAppearance final : public QObject {
   Q_OBJECT
 
  public:
-  /// Asks the portal, for a quarter of a second at most.
+  /// Asks the portal; its answer comes as a change, from the event loop.
   explicit SystemAppearance(QObject* parent = nullptr);
 
   [[nodiscard]] bool prefersDark() const { return m_dark; }

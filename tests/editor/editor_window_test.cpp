@@ -204,7 +204,7 @@ TEST(ReviewWindow, OpensInTheMiddleAndInsideTheScreen) {
 }
 
 TEST(ApplicationLook, GivesTheWindowsAnIcon) {
-  ApplicationLook::install();
+  ApplicationLook::installIcon();
   EXPECT_FALSE(QApplication::windowIcon().pixmap(64, 64).isNull());
 }
 

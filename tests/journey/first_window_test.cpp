@@ -66,7 +66,8 @@ TEST_F(FirstWindowTest, SavesFilesOfAllNamesUnderWhatItProposes) {
     QTest::mouseClick(dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save),
                       Qt::LeftButton);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !review->document().isUnsaved(); })) << stem;
-    testing::expectPattern(folder / review->document().suggestedFileName().toStdString(), 120, 90, 0, 0);
+    testing::expectPattern(folder / review->document().suggestedFileName().toStdString(), 120, 90,
+                           0, 0);
     review->close();
     ASSERT_TRUE(waitUntilGone<ReviewWindow>());
     editor->close();

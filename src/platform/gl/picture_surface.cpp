@@ -25,8 +25,12 @@ bool canDraw() {
 }  // namespace
 
 bool PictureSurface::isSupported() {
-  static const bool supported = canDraw();
-  return supported;
+  if (!s_supported) s_supported = canDraw();
+  return *s_supported;
+}
+
+bool PictureSurface::isSupportKnown() {
+  return s_supported.has_value();
 }
 
 PictureSurface::PictureSurface(QWidget* parent) : QOpenGLWidget(parent) {
@@ -79,5 +83,3 @@ void PictureSurface::clear(const QColor& color) {
 }
 
 }  // namespace vantrel
-
-#include "moc_picture_surface.cpp"

@@ -2,6 +2,7 @@
 
 #include <QOpenGLWidget>
 #include <QPointer>
+#include <optional>
 
 #include "platform/gl/picture_renderer.h"
 #include "platform/movie/video_picture_source.h"
@@ -17,6 +18,8 @@ class PictureSurface : public QOpenGLWidget {
  public:
   /// Whether this computer can draw such a surface at all; found out once.
   [[nodiscard]] static bool isSupported();
+  /// Whether that is known, so that a surface costs little.
+  [[nodiscard]] static bool isSupportKnown();
 
   explicit PictureSurface(QWidget* parent = nullptr);
 
@@ -41,6 +44,7 @@ class PictureSurface : public QOpenGLWidget {
   void takePicture();
   void releaseContext();
 
+  static inline std::optional<bool> s_supported;
   PictureRenderer m_pictures;
   QPointer<VideoPictureSource> m_source;
 };
