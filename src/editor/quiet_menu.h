@@ -8,8 +8,9 @@ class QWidget;
 
 namespace vantrel::QuietMenu {
 
-/// In points: the room around the items, the least height of an item, and that of a divider.
-inline constexpr int kMargin = 4, kItemHeight = 26, kDividerHeight = 9;
+/// In points: the room around the items, the least height of an item, that of a divider, and what
+/// keeps a shortcut away from its item's text.
+inline constexpr int kMargin = 4, kItemHeight = 26, kDividerHeight = 9, kKeyGap = 16;
 
 void drawPanel(const QStyleOption& option, QPainter& painter);
 void drawFrame(const QStyleOption& option, QPainter& painter);

@@ -108,10 +108,13 @@ void drawMenuBarItem(const QStyleOptionMenuItem& item, QPainter* painter, const 
 
 QSize menuItemSize(const QStyleOption& option, const QSize& size) {
   const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(&option);
-  const bool divides = item && item->menuItemType == QStyleOptionMenuItem::Separator;
-  return {size.width(), divides && item->text.isEmpty()
-                            ? QuietMenu::kDividerHeight
-                            : std::max(size.height(), QuietMenu::kItemHeight)};
+  if (!item) return size;
+  if (item->menuItemType == QStyleOptionMenuItem::Separator && item->text.isEmpty()) {
+    return {size.width(), QuietMenu::kDividerHeight};
+  }
+  const bool hasKey = item->text.contains(u'\t');
+  return {size.width() + (hasKey ? QuietMenu::kKeyGap : 0),
+          std::max(size.height(), QuietMenu::kItemHeight)};
 }
 
 }  // namespace
