@@ -22,7 +22,9 @@ constexpr int kNarrowest = 100;
 /// Between the bar and a pointer that has left it.
 constexpr int kAwayDistance = 20;
 constexpr int kProgressHeight = 2;
-constexpr int kProgressInset = 12;
+constexpr int kProgressInset = 14;
+/// Above the lower edge of a tab.
+constexpr int kProgressRise = 6;
 
 /// `text` for a tool tip, which would read markup in it.
 QString plainToolTip(const QString& text) {
@@ -132,7 +134,7 @@ void EditorTabBar::paintEvent(QPaintEvent* event) {
     const auto progress = tabProgress(index);
     if (!progress) continue;
     QRect line = tabRect(index).adjusted(kProgressInset, 0, -kProgressInset, 0);
-    line.setTop(height() - 2 * kProgressHeight);
+    line.setTop(line.bottom() - kProgressRise);
     line.setHeight(kProgressHeight);
     painter.fillRect(line, palette().color(QPalette::Dark));
     line.setWidth(static_cast<int>(line.width() * std::clamp(*progress, 0.0, 1.0)));
