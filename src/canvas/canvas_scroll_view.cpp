@@ -51,7 +51,8 @@ CanvasScrollView::CanvasScrollView(EditHistory& history, QWidget* parent, Surfac
   setFocusPolicy(Qt::ClickFocus);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  viewport()->setBackgroundRole(QPalette::Window);
+  // What is behind it shows until the surface comes.
+  viewport()->setAutoFillBackground(false);
   m_overlay = new CropOverlayView(history, *this);
   m_horizontalBar = new FloatingScrollBar(Qt::Horizontal, viewport());
   m_verticalBar = new FloatingScrollBar(Qt::Vertical, viewport());

@@ -1,12 +1,14 @@
 #include "editor/quiet_style.h"
 
 #include <QAbstractSpinBox>
+#include <QApplication>
 #include <QPainter>
 #include <QStyleOption>
 #include <QToolButton>
 #include <QWidget>
 
 #include "controls/plate.h"
+#include "controls/symbol_icon.h"
 #include "editor/quiet_menu.h"
 #include "editor/quiet_slider.h"
 #include "editor/quiet_tab.h"
@@ -299,6 +301,16 @@ int QuietStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWid
     default:
       return QProxyStyle::styleHint(hint, option, widget, returned);
   }
+}
+
+QIcon QuietStyle::standardIcon(StandardPixmap which, const QStyleOption* option,
+                               const QWidget* widget) const {
+  // Every menu bar and tool bar has one; the icon themes of the desktop are not searched for it.
+  if (which == SP_ToolBarHorizontalExtensionButton) {
+    return symbolIcon(QStringLiteral("ellipsis"),
+                      widget ? widget->palette() : QApplication::palette());
+  }
+  return QProxyStyle::standardIcon(which, option, widget);
 }
 
 }  // namespace vantrel

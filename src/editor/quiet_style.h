@@ -27,6 +27,8 @@ class QuietStyle final : public QProxyStyle {
                                 const QWidget* widget) const override;
   [[nodiscard]] int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                               QStyleHintReturn* returned) const override;
+  [[nodiscard]] QIcon standardIcon(StandardPixmap which, const QStyleOption* option,
+                                   const QWidget* widget) const override;
 };
 
 }  // namespace vantrel
