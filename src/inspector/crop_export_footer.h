@@ -43,7 +43,7 @@ class CropExportFooter final : public QWidget {
   [[nodiscard]] QLabel* statusLabel() const { return m_status; }
   [[nodiscard]] QLabel* phaseLabel() const { return m_phase; }
   [[nodiscard]] QLabel* bytesLabel() const { return m_bytes; }
-  [[nodiscard]] ExportProgressBar* progressBar() const { return m_bar; }
+  [[nodiscard]] SlimProgressBar* progressBar() const { return m_bar; }
 
   void setOutput(const Output& output);
 

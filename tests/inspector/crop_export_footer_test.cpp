@@ -6,8 +6,8 @@
 #include <QToolButton>
 
 #include "controls/popover.h"
+#include "controls/slim_progress_bar.h"
 #include "inspector/export_footer_text.h"
-#include "inspector/export_progress_bar.h"
 #include "inspector/inspector_window.h"
 
 namespace vantrel {
@@ -23,7 +23,7 @@ class CropExportFooterTest : public testing::InspectorWindow {
   }
   QString phase() { return footer()->phaseLabel()->text(); }
   double fullness() {
-    const ExportProgressBar& bar = *footer()->progressBar();
+    const SlimProgressBar& bar = *footer()->progressBar();
     return static_cast<double>(bar.value()) / bar.maximum();
   }
 };
