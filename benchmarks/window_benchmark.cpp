@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "canvas/canvas_scroll_view.h"
+#include "canvas/video_canvas_view.h"
 #include "editor/application_windows.h"
 #include "editor/editor_view.h"
 #include "editor/editor_window.h"

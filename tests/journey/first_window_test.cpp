@@ -83,7 +83,7 @@ TEST_F(FirstWindowTest, SavesOntoTheSource) {
   review->save();
   auto* dialog = waitFor<SaveDialog>();
   ASSERT_NE(dialog, nullptr);
-  ASSERT_TRUE(activate(dialog));
+  ASSERT_TRUE(testing::activate(dialog));
   auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
   name->setFocus();
   name->setText(QString::fromStdString((folder / "photo.png").string()));
