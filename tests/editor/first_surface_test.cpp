@@ -15,70 +15,63 @@
 #include "support/temporary_folder.h"
 #include "support/turn_watch.h"
 
-    namespace vantrel {
-  namespace {
+namespace vantrel {
+namespace {
 
-  VideoCanvasView& surfaceOf(EditorWindow& window) {
-    return *window.view()->canvas()->canvas();
-  }
+VideoCanvasView& surfaceOf(EditorWindow& window) {
+  return *window.view()->canvas()->canvas();
+}
 
-// Milliseconds.
-#ifdef __SANITIZE_ADDRESS__
-  constexpr double kProcessorLimit = 500;
-#else
-  constexpr double kProcessorLimit = 50;
-#endif
+bool waitForPicture(EditorWindow& window) {
+  return QTest::qWaitFor([&] { return surfaceOf(window).isPictureShown(); });
+}
 
-  bool waitForPicture(EditorWindow& window) {
-    return QTest::qWaitFor([&] { return surfaceOf(window).isPictureShown(); });
-  }
+// The order matters: OpenGL is loaded once in a process.
+TEST(FirstSurface, ComesWithThePictureToAnEmptyWindowThatStaysInItsPlace) {
+  const testing::TemporaryFolder folder;
+  testing::savePng(folder / "photo.png", 120, 90);
+  ApplicationWindows windows;
+  const std::unique_ptr<EditorWindow> window(windows.openEditor());
+  window->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+  EXPECT_FALSE(PictureSurface::isSupportKnown());
+  EXPECT_FALSE(surfaceOf(*window).isVisible());
+  const QRect place = window->geometry();
 
-  // The order matters: OpenGL is loaded once in a process.
-  TEST(FirstSurface, ComesWithThePictureToAnEmptyWindowThatStaysInItsPlace) {
-    const testing::TemporaryFolder folder;
-    testing::savePng(folder / "photo.png", 120, 90);
-    ApplicationWindows windows;
-    const std::unique_ptr<EditorWindow> window(windows.openEditor());
-    window->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
-    EXPECT_FALSE(PictureSurface::isSupportKnown());
-    EXPECT_FALSE(surfaceOf(*window).isVisible());
-    const QRect place = window->geometry();
+  // As the program does once its window is painted.
+  std::ignore = PictureSurface::isSupported();
+  testing::TurnWatch watch;
+  watch.run([&] { EXPECT_EQ(windows.openFile(folder / "photo.png"), window.get()); });
+  ASSERT_TRUE(watch.waitFor([&] { return surfaceOf(*window).isPictureShown(); }));
+  std::cout << "longest turn: " << watch.longest().processor << " ms of the main thread\n";
+  EXPECT_LE(watch.longest().processor, testing::TurnWatch::kProcessorLimit);
+  EXPECT_TRUE(surfaceOf(*window).isVisible());
+  EXPECT_EQ(window->geometry(), place);
+  EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
+}
 
-    // As the program does once its window is painted.
-    std::ignore = PictureSurface::isSupported();
-    testing::TurnWatch watch;
-    watch.run([&] { EXPECT_EQ(windows.openFile(folder / "photo.png"), window.get()); });
-    ASSERT_TRUE(watch.waitFor([&] { return surfaceOf(*window).isPictureShown(); }));
-    std::cout << "longest turn: " << watch.longest().processor << " ms of the main thread\n";
-    EXPECT_LE(watch.longest().processor, kProcessorLimit);
-    EXPECT_TRUE(surfaceOf(*window).isVisible());
-    EXPECT_EQ(window->geometry(), place);
-    EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
-  }
+TEST(FirstSurface, IsThereBeforeAWindowThatOpensForAFile) {
+  const testing::TemporaryFolder folder;
+  testing::savePng(folder / "photo.png", 120, 90);
+  ApplicationWindows windows;
+  const std::unique_ptr<EditorWindow> window(windows.openFile(folder / "photo.png"));
+  EXPECT_TRUE(surfaceOf(*window).isVisible());
+  const WId native = window->winId();
+  ASSERT_TRUE(waitForPicture(*window));
+  EXPECT_EQ(window->winId(), native);
+}
 
-  TEST(FirstSurface, IsThereBeforeAWindowThatOpensForAFile) {
-    const testing::TemporaryFolder folder;
-    testing::savePng(folder / "photo.png", 120, 90);
-    ApplicationWindows windows;
-    const std::unique_ptr<EditorWindow> window(windows.openFile(folder / "photo.png"));
-    EXPECT_TRUE(surfaceOf(*window).isVisible());
-    const WId native = window->winId();
-    ASSERT_TRUE(waitForPicture(*window));
-    EXPECT_EQ(window->winId(), native);
-  }
+TEST(FirstSurface, IsThereFromTheStartOnceOpenGLIsLoaded) {
+  const testing::TemporaryFolder folder;
+  testing::savePng(folder / "photo.png", 120, 90);
+  ApplicationWindows windows;
+  const std::unique_ptr<EditorWindow> window(windows.openEditor());
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+  const WId native = window->winId();
+  windows.openFile(folder / "photo.png");
+  ASSERT_TRUE(waitForPicture(*window));
+  EXPECT_EQ(window->winId(), native);
+}
 
-  TEST(FirstSurface, IsThereFromTheStartOnceOpenGLIsLoaded) {
-    const testing::TemporaryFolder folder;
-    testing::savePng(folder / "photo.png", 120, 90);
-    ApplicationWindows windows;
-    const std::unique_ptr<EditorWindow> window(windows.openEditor());
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
-    const WId native = window->winId();
-    windows.openFile(folder / "photo.png");
-    ASSERT_TRUE(waitForPicture(*window));
-    EXPECT_EQ(window->winId(), native);
-  }
-
-  }  // namespace
+}  // namespace
 }  // namespace vantrel
