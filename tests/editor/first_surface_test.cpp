@@ -6,6 +6,7 @@
 #include <tuple>
 
 #include "canvas/canvas_scroll_view.h"
+#include "canvas/video_canvas_view.h"
 #include "editor/application_windows.h"
 #include "editor/editor_view.h"
 #include "editor/editor_window.h"
