@@ -13,9 +13,11 @@
 #ifdef VANTREL_DEFERS_LIBRARIES
 #include "app/deferred_functions.h"
 #endif
+#include "app/font_reading.h"
 #include "editor/application_look.h"
 #include "editor/application_windows.h"
 #include "editor/first_paint.h"
+#include "export/export_temporary_storage.h"
 #include "platform/desktop/formatting.h"
 #include "platform/gl/picture_surface.h"
 #include "platform/gl/surface_format.h"
@@ -38,7 +40,9 @@ int main(int argc, char** argv) {
   std::signal(SIGXFSZ, SIG_IGN);
 
   QSurfaceFormat::setDefaultFormat(vantrel::pictureSurfaceFormat());
+  std::jthread fonts = vantrel::readFontsAhead();
   QApplication application(argc, argv);
+  if (fonts.joinable()) fonts.join();
   QApplication::setApplicationName(QStringLiteral("Vantrel"));
   QApplication::setDesktopFileName(QStringLiteral("org.vantrel.Vantrel"));
   QLocale::setDefault(vantrel::CropFormatting::locale());
@@ -66,6 +70,8 @@ int main(int argc, char** argv) {
     }
 #endif
     vantrel::ApplicationLook::installIcon();
+    // What a crashed process left behind goes.
+    std::ignore = vantrel::ExportTemporaryStorage::shared();
     std::ignore = vantrel::PictureSurface::isSupported();
   });
   return QApplication::exec();

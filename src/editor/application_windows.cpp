@@ -6,7 +6,6 @@
 #include <QScreen>
 #include <QUuid>
 #include <memory>
-#include <tuple>
 #include <utility>
 
 #include "canvas/canvas_scroll_view.h"
@@ -16,7 +15,6 @@
 #include "editor/editor_view.h"
 #include "editor/editor_window.h"
 #include "editor/window_placement.h"
-#include "export/export_temporary_storage.h"
 #include "review/review_window.h"
 
 namespace vantrel {
@@ -68,8 +66,6 @@ EditorWindow* ApplicationWindows::openTab(EditorWindow* window) {
 }
 
 EditorWindow* ApplicationWindows::openEditorAs(const QUuid& identity, Content content) {
-  // What a crashed process left behind goes before the first export.
-  std::ignore = ExportTemporaryStorage::shared();
   auto* const editor = new EditorView(
       identity, [this](FinishedExport finished) { openReview(std::move(finished)); });
   m_notices.watch(editor->exports(), *editor);

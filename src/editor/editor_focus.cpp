@@ -22,9 +22,11 @@ void EditorFocus::enter(EditorView* editor) {
 bool EditorFocus::enterByKey(EditorView* editor) const {
   const QWidget* const focused = m_window.focusWidget();
   if (focused && focused != &m_window) return false;
-  for (QWidget* child = editor->nextInFocusChain(); editor->isAncestorOf(child);
+  // What was made later comes later, maybe after that of other editors.
+  for (QWidget* child = editor->nextInFocusChain(); child != editor;
        child = child->nextInFocusChain()) {
-    if (!(child->focusPolicy() & Qt::TabFocus) || !child->isVisible() || !child->isEnabled()) {
+    const bool takesTab = (child->focusPolicy() & Qt::TabFocus) != 0;
+    if (!takesTab || !editor->isAncestorOf(child) || !child->isVisible() || !child->isEnabled()) {
       continue;
     }
     child->setFocus(Qt::TabFocusReason);

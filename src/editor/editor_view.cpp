@@ -17,6 +17,7 @@
 #include "editor/empty_canvas_view.h"
 #include "editor/error_alert.h"
 #include "inspector/inspector_view.h"
+#include "platform/gl/picture_surface.h"
 
 namespace vantrel {
 namespace {
@@ -64,12 +65,22 @@ EditorView::~EditorView() {
   delete m_workspace;
 }
 
-CanvasScrollView* EditorView::canvas() const {
-  return m_workspace->canvas();
-}
-
 EmptyCanvasView* EditorView::emptyView() const {
   return m_workspace->emptyView();
+}
+
+EditorWorkspace* EditorView::workspace() {
+  makeTools();
+  return m_workspace;
+}
+
+CanvasScrollView* EditorView::canvas() {
+  return workspace()->canvas();
+}
+
+InspectorView* EditorView::inspector() {
+  makeTools();
+  return m_inspector;
 }
 
 CropWindowActions EditorView::windowActions() {
@@ -103,9 +114,7 @@ CropWindowActions EditorView::windowActions() {
 }
 
 void EditorView::buildLayout() {
-  m_workspace = new EditorWorkspace(m_state.history(), this);
-  m_inspector = new InspectorView(m_state.history(), m_state.exportState(),
-                                  CropAppearance::exportAccent(), this);
+  m_workspace = new EditorWorkspace(this);
   m_dropHighlight = new DropHighlightView(this);
   // The canvas takes the key while it is enabled.
   m_exitPreview = new QShortcut(Qt::Key_Escape, this, [this] { m_state.setPreviewOnly(false); });
@@ -114,20 +123,35 @@ void EditorView::buildLayout() {
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addWidget(m_workspace, 1);
-  layout->addWidget(m_inspector);
 
-  connect(canvas(), &CanvasScrollView::zoomChanged, &m_state, &EditorState::setZoom);
-  connect(canvas(), &CanvasScrollView::cropChanged, &m_state, [this](const CropMargins& crop) {
-    // In mid-drag the canvas learns later than the state that the file is closed.
-    if (m_state.loaded()) m_state.history().setCrop(crop);
-  });
-  connect(canvas(), &CanvasScrollView::fitRequested, &m_state, &EditorState::requestFit);
-  connect(canvas(), &CanvasScrollView::exitPreviewRequested, &m_state,
-          [this] { m_state.setPreviewOnly(false); });
-  connect(m_workspace, &EditorWorkspace::framingInsetsChanged, this, &EditorView::scheduleUpdate);
   connect(emptyView(), &EmptyCanvasView::openRequested, this, &EditorView::openMedia);
   connect(emptyView(), &EmptyCanvasView::sampleRequested, &m_loader,
           [this] { m_loader.loadSample(); });
+  // A surface that comes later has the toolkit make the window anew.
+  if (PictureSurface::isSupportKnown()) makeTools();
+}
+
+void EditorView::makeTools() {
+  if (m_inspector) return;
+  m_workspace->makeCanvas(m_state.history());
+  m_inspector = new InspectorView(m_state.history(), m_state.exportState(),
+                                  CropAppearance::exportAccent(), this);
+  layout()->addWidget(m_inspector);
+  connectTools();
+  updateTools();
+}
+
+void EditorView::connectTools() {
+  CanvasScrollView* const canvas = m_workspace->canvas();
+  connect(canvas, &CanvasScrollView::zoomChanged, &m_state, &EditorState::setZoom);
+  connect(canvas, &CanvasScrollView::cropChanged, &m_state, [this](const CropMargins& crop) {
+    // In mid-drag the canvas learns later than the state that the file is closed.
+    if (m_state.loaded()) m_state.history().setCrop(crop);
+  });
+  connect(canvas, &CanvasScrollView::fitRequested, &m_state, &EditorState::requestFit);
+  connect(canvas, &CanvasScrollView::exitPreviewRequested, &m_state,
+          [this] { m_state.setPreviewOnly(false); });
+  connect(m_workspace, &EditorWorkspace::framingInsetsChanged, this, &EditorView::scheduleUpdate);
   connect(m_inspector, &InspectorView::canvasColorChanged, &m_state, &EditorState::setCanvasColor);
   connect(m_inspector, &InspectorView::exportRequested, &m_exports, &ExportSession::exportMedia);
   connect(m_inspector, &InspectorView::cancelRequested, &m_exports, &ExportSession::cancel);
@@ -162,17 +186,25 @@ void EditorView::scheduleUpdate() {
 
 void EditorView::updateChildren() {
   m_updateScheduled = false;
-  m_workspace->setPlayer(m_state.player(), m_state.loaded() ? m_state.file()->duration : 0);
-  updateCanvas();
+  if (m_inspector) {
+    updateTools();
+  } else if (m_state.loaded() || m_state.busy()) {
+    makeTools();
+  }
   updateEmptyView();
-  InspectorSource source = inspectorSource(m_state);
-  source.canvasColor = canvasColor();
-  m_inspector->setSource(source);
-  m_inspector->setVisible(m_state.loaded() && m_state.showInspector());
   m_dropHighlight->setVisible(m_state.dropTargeted());
   m_dropHighlight->raise();
   m_exitPreview->setEnabled(m_state.busy() && m_state.previewOnly());
   Q_EMIT updated();
+}
+
+void EditorView::updateTools() {
+  m_workspace->setPlayer(m_state.player(), m_state.loaded() ? m_state.file()->duration : 0);
+  updateCanvas();
+  InspectorSource source = inspectorSource(m_state);
+  source.canvasColor = canvasColor();
+  m_inspector->setSource(source);
+  m_inspector->setVisible(m_state.loaded() && m_state.showInspector());
 }
 
 void EditorView::updateEmptyView() {

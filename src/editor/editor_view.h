@@ -33,10 +33,11 @@ class EditorView final : public QWidget {
   [[nodiscard]] EditorState& state() { return m_state; }
   [[nodiscard]] MediaLoader& loader() { return m_loader; }
   [[nodiscard]] ExportSession& exports() { return m_exports; }
-  [[nodiscard]] EditorWorkspace* workspace() const { return m_workspace; }
-  [[nodiscard]] CanvasScrollView* canvas() const;
-  [[nodiscard]] InspectorView* inspector() const { return m_inspector; }
   [[nodiscard]] EmptyCanvasView* emptyView() const;
+  // What only a file needs is made when it is first asked for, and with the first file.
+  [[nodiscard]] EditorWorkspace* workspace();
+  [[nodiscard]] CanvasScrollView* canvas();
+  [[nodiscard]] InspectorView* inspector();
 
   /// What it offers to the menus at this moment; the actions do as long as the view lives.
   [[nodiscard]] CropWindowActions windowActions();
@@ -59,10 +60,13 @@ class EditorView final : public QWidget {
 
  private:
   void buildLayout();
+  void makeTools();
+  void connectTools();
   void watchState();
   void watchErrors();
   void scheduleUpdate();
   void updateChildren();
+  void updateTools();
   void updateEmptyView();
   void updateCanvas();
   [[nodiscard]] QColor canvasColor() const;
@@ -72,6 +76,7 @@ class EditorView final : public QWidget {
   MediaLoader m_loader;
   ExportSession m_exports;
   EditorWorkspace* m_workspace = nullptr;
+  /// Made together with the canvas.
   InspectorView* m_inspector = nullptr;
   DropHighlightView* m_dropHighlight = nullptr;
   QShortcut* m_exitPreview = nullptr;

@@ -18,12 +18,16 @@ constexpr QMarginsF kFramingInsets{20, 20, 20, 20};
 
 }  // namespace
 
-EditorWorkspace::EditorWorkspace(EditHistory& history, QWidget* parent)
-    : QWidget(parent),
-      m_canvas(new CanvasScrollView(history, this, CanvasScrollView::Surface::withPicture)),
-      m_empty(new EmptyCanvasView(this)),
-      m_panel(new CropPanel(this)),
-      m_playback(new PlaybackControls(m_panel)) {
+EditorWorkspace::EditorWorkspace(QWidget* parent)
+    : QWidget(parent), m_empty(new EmptyCanvasView(this)) {}
+
+void EditorWorkspace::makeCanvas(EditHistory& history) {
+  m_canvas = new CanvasScrollView(history, this, CanvasScrollView::Surface::withPicture);
+  m_canvas->setGeometry(rect());
+  m_canvas->lower();
+  m_canvas->show();
+  m_panel = new CropPanel(this);
+  m_playback = new PlaybackControls(m_panel);
   auto* const layout = new QVBoxLayout(m_panel);
   layout->setContentsMargins({});
   layout->addWidget(m_playback);
@@ -57,7 +61,7 @@ void EditorWorkspace::placePlayback() {
 
 void EditorWorkspace::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
-  m_canvas->setGeometry(rect());
+  if (m_canvas) m_canvas->setGeometry(rect());
   m_empty->setGeometry(rect());
   if (m_hasPlayer) placePlayback();
 }

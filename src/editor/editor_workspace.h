@@ -14,13 +14,16 @@ class Player;
 
 /// The area beside the inspector, filled by the canvas. Over it comes what stands there without a
 /// file, and over all floats the playback bar of a video. Main thread.
+///
+/// Canvas and bar are null until `makeCanvas`: a window without a file is there sooner.
 class EditorWorkspace final : public QWidget {
   Q_OBJECT
 
  public:
-  /// `history` outlives the workspace.
-  explicit EditorWorkspace(EditHistory& history, QWidget* parent = nullptr);
+  explicit EditorWorkspace(QWidget* parent = nullptr);
 
+  /// With the playback bar. `history` outlives the workspace. Once only.
+  void makeCanvas(EditHistory& history);
   [[nodiscard]] CanvasScrollView* canvas() const { return m_canvas; }
   [[nodiscard]] EmptyCanvasView* emptyView() const { return m_empty; }
   [[nodiscard]] PlaybackControls* playback() const { return m_playback; }
@@ -42,10 +45,10 @@ class EditorWorkspace final : public QWidget {
  private:
   void placePlayback();
 
-  CanvasScrollView* m_canvas;
   EmptyCanvasView* m_empty;
-  CropPanel* m_panel;
-  PlaybackControls* m_playback;
+  CanvasScrollView* m_canvas = nullptr;
+  CropPanel* m_panel = nullptr;
+  PlaybackControls* m_playback = nullptr;
   bool m_hasPlayer = false;
   /// As last measured, in points.
   double m_playbackHeight = 48;

@@ -3,12 +3,23 @@
 #include <QEvent>
 
 #include "editor/desktop_notification.h"
+#include "editor/editor_view.h"
+#include "editor/editor_window.h"
 #include "editor/export_session.h"
 
 namespace vantrel {
 namespace {
 
-void bringToFront(QWidget& window) {
+bool isSeen(const QWidget& target) {
+  return target.isVisible() && target.isActiveWindow();
+}
+
+/// The window in which `target` is by now, with its tab.
+void bringToFront(QWidget& target) {
+  QWidget& window = *target.window();
+  auto* const tabs = qobject_cast<EditorWindow*>(&window);
+  auto* const editor = qobject_cast<EditorView*>(&target);
+  if (tabs && editor) tabs->selectEditor(editor);
   window.setWindowState(window.windowState().setFlag(Qt::WindowMinimized, false));
   window.show();
   window.raise();
@@ -27,35 +38,38 @@ void ExportNotices::watch(ExportSession& exports, QWidget& editor) {
 
 void ExportNotices::tell(const ExportNotice& notice, QWidget& editor) {
   m_last = nullptr;
-  if (editor.isVisible() && editor.isActiveWindow()) return;
+  if (isSeen(editor)) return;
   m_last = new DesktopNotification(notice, this);
-  show(*m_last, *editor.window());
+  show(*m_last, editor);
 }
 
 void ExportNotices::setReview(QWidget& review) {
   if (!m_last) return;
   disconnect(m_last, &DesktopNotification::activated, nullptr, nullptr);
   std::erase_if(m_shown, [this](const auto& shown) { return shown.second == m_last; });
-  show(*m_last, *review.window());
+  show(*m_last, review);
   m_last = nullptr;
 }
 
-void ExportNotices::show(DesktopNotification& notification, QWidget& window) {
-  m_shown.emplace(&window, &notification);
-  window.installEventFilter(this);
-  connect(&notification, &DesktopNotification::activated, &window,
-          [&window] { bringToFront(window); });
-  connect(&window, &QObject::destroyed, &notification,
+void ExportNotices::show(DesktopNotification& notification, QWidget& target) {
+  m_shown.emplace(&target, &notification);
+  target.installEventFilter(this);
+  connect(&notification, &DesktopNotification::activated, &target,
+          [&target] { bringToFront(target); });
+  connect(&target, &QObject::destroyed, &notification,
           [this](const QObject* gone) { closeNoticesOf(gone); });
 }
 
 bool ExportNotices::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::WindowActivate) closeNoticesOf(watched);
+  // Of the activation of their window all learn that are visible in it.
+  const bool isShown =
+      event->type() == QEvent::Show && static_cast<QWidget*>(watched)->isActiveWindow();
+  if (isShown || event->type() == QEvent::WindowActivate) closeNoticesOf(watched);
   return QObject::eventFilter(watched, event);
 }
 
-void ExportNotices::closeNoticesOf(const QObject* window) {
-  const auto [first, last] = m_shown.equal_range(window);
+void ExportNotices::closeNoticesOf(const QObject* target) {
+  const auto [first, last] = m_shown.equal_range(target);
   for (auto shown = first; shown != last; ++shown) {
     // One may be telling of its click just now.
     if (shown->second) shown->second->deleteLater();

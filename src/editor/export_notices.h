@@ -12,9 +12,9 @@ namespace vantrel {
 class DesktopNotification;
 class ExportSession;
 
-/// Tells the desktop of exports that end in windows that are not active. A click on the notice
-/// brings the review to the front, or the editor if there is none; the notice goes when that window
-/// becomes active or is closed. Main thread.
+/// Tells the desktop of exports that end unseen: in windows that are not active, or behind another
+/// tab. A click on the notice brings the review to the front, or the editor, with its tab, if there
+/// is none; the notice goes when that is seen or closed. Main thread.
 class ExportNotices final : public QObject {
  public:
   using QObject::QObject;
@@ -29,10 +29,10 @@ class ExportNotices final : public QObject {
 
  private:
   void tell(const ExportNotice& notice, QWidget& editor);
-  void show(DesktopNotification& notification, QWidget& window);
-  void closeNoticesOf(const QObject* window);
+  void show(DesktopNotification& notification, QWidget& target);
+  void closeNoticesOf(const QObject* target);
 
-  /// By the window that each leads to.
+  /// By the editor or window that each leads to.
   std::multimap<const QObject*, QPointer<DesktopNotification>> m_shown;
   /// Of the export that ended last, until its review is there.
   QPointer<DesktopNotification> m_last;

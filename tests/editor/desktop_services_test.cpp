@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "editor/desktop_notification.h"
+#include "editor/editor_view.h"
+#include "editor/editor_window.h"
 #include "editor/export_notices.h"
 #include "editor/export_session.h"
 #include "editor/media_loader.h"
@@ -207,6 +209,64 @@ TEST_F(DesktopServicesTest, LeadsToTheReviewAndGoesWithIt) {
   EXPECT_TRUE(QTest::qWaitFor([this] { return !review->isMinimized(); }));
   EXPECT_EQ(qgetenv("XDG_ACTIVATION_TOKEN"), "token-1");
   EXPECT_TRUE(waitClosed());
+}
+
+/// A window of two tabs, the first of which is seen.
+class TabNoticesTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    window.setAttribute(Qt::WA_DeleteOnClose, false);
+    window.addEditor(second);
+    window.selectEditor(first);
+    notices.watch(second->exports(), *second);
+    ASSERT_TRUE(activate(window));
+  }
+  bool endUnseen() {
+    Q_EMIT second->exports().finished(QStringLiteral("photo-framed"));
+    return QTest::qWaitFor([this] { return service.shown.size() == 1; });
+  }
+  bool waitClosed() {
+    return QTest::qWaitFor([&] { return service.closed == std::vector<uint>{101}; });
+  }
+
+  FakeNotifications service;
+  QWidget elsewhere;
+  EditorWindow window{[](const FinishedExport&) {}};
+  EditorView* const first = window.view();
+  EditorView* const second = new EditorView(QUuid::createUuid(), [](const FinishedExport&) {});
+  ExportNotices notices;
+};
+
+TEST_F(TabNoticesTest, TellOfAnExportBehindAnotherTabOfTheActiveWindow) {
+  ASSERT_TRUE(endUnseen());
+  ASSERT_TRUE(activate(elsewhere));
+  ASSERT_TRUE(activate(window));
+  EXPECT_TRUE(service.closed.empty()) << "its tab has not been seen";
+  window.selectEditor(second);
+  EXPECT_TRUE(waitClosed());
+}
+
+TEST_F(TabNoticesTest, LeadToTheTab) {
+  ASSERT_TRUE(endUnseen());
+  ASSERT_TRUE(activate(elsewhere));
+  Q_EMIT service.ActionInvoked(101, QStringLiteral("default"));
+  EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+  EXPECT_EQ(window.view(), second);
+  EXPECT_TRUE(waitClosed());
+}
+
+TEST_F(TabNoticesTest, LeadToTheTabAlsoInAnotherWindow) {
+  ASSERT_TRUE(endUnseen());
+  EditorWindow other([](const FinishedExport&) {});
+  other.setAttribute(Qt::WA_DeleteOnClose, false);
+  EditorView* const front = other.view();
+  other.addEditor(second);
+  other.selectEditor(front);
+  ASSERT_TRUE(activate(other));
+  ASSERT_TRUE(activate(window));
+  Q_EMIT service.ActionInvoked(101, QStringLiteral("default"));
+  EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
+  EXPECT_EQ(other.view(), second);
 }
 
 TEST_F(DesktopServicesTest, ClosesTheNoticeOfAReviewThatBecomesActive) {
