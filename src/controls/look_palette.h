@@ -9,4 +9,7 @@ namespace vantrel {
 /// PlaceholderText, focus and selection Highlight.
 [[nodiscard]] QPalette lookPalette(bool dark);
 
+/// The same over a floating panel: secondary text is read there whatever picture lies beneath.
+[[nodiscard]] QPalette panelPalette(bool dark);
+
 }  // namespace vantrel

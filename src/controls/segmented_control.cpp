@@ -17,7 +17,7 @@ constexpr int kInset = 2;
 constexpr int kSegmentHeight = 20, kSegmentPadding = 11;
 constexpr double kRadius = 7, kSegmentRadius = 5, kFocusWidth = 2;
 
-constexpr double kDisabledOpacity = 0.45;
+constexpr double kDisabledOpacity = 0.45, kUnselectedOpacity = 0.72;
 constexpr float kHoverOpacity = 0.06F;
 constexpr int kSelectedLighter = 138;
 constexpr int kShadowDarker = 115;
@@ -48,7 +48,10 @@ class Segment final : public QRadioButton {
       hover.setAlphaF(kHoverOpacity);
       drawPlate(&painter, rect(), kSegmentRadius, hover, {}, 0);
     }
-    painter.setPen(color(isChecked() ? QPalette::WindowText : QPalette::PlaceholderText));
+    // The secondary colour would be too faint on the track.
+    QColor ink = color(QPalette::WindowText);
+    if (!isChecked()) ink.setAlphaF(kUnselectedOpacity);
+    painter.setPen(ink);
     painter.drawText(rect(), Qt::AlignCenter, text());
     if (hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
       drawPlate(&painter, rect(), kSegmentRadius, Qt::transparent, color(QPalette::Highlight),

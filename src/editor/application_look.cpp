@@ -41,9 +41,17 @@ QFont interfaceFont() {
   return font;
 }
 
+/// What is pressed is a little stronger than what is read.
+QFont buttonFont() {
+  QFont font = interfaceFont();
+  font.setWeight(QFont::Medium);
+  return font;
+}
+
 void setDark(bool dark) {
   QApplication::setPalette(lookPalette(dark));
   QApplication::setPalette(inspectorPalette(dark), "vantrel::InspectorView");
+  QApplication::setPalette(panelPalette(dark), "vantrel::CropPanel");
 }
 
 /// Drawn here, as the plugin that reads SVG into icons is not installed with Qt everywhere.
@@ -72,6 +80,7 @@ void install() {
   const auto* system = new SystemAppearance(qApp);
   QApplication::setStyle(new QuietStyle);
   QApplication::setFont(interfaceFont());
+  QApplication::setFont(buttonFont(), "QPushButton");
   setDark(system->prefersDark());
   QObject::connect(system, &SystemAppearance::changed, qApp,
                    [system] { setDark(system->prefersDark()); });

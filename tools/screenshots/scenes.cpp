@@ -37,8 +37,8 @@ constexpr CropMargins kSampleCrop{40, 20, 72, 34};
 
 constexpr int64_t kPlaySeconds = 3;
 constexpr double kPartOfExport = 0.37;
-constexpr int64_t kBytesOfPart = 49'600'000;
-constexpr int64_t kBytesOfWhole = 134'200'000;
+constexpr int64_t kBytesOfPart = 8'900'000;
+constexpr int64_t kBytesOfWhole = 24'100'000;
 constexpr double kBitrate = 24;
 
 EditorState& stateOf(EditorWindow* window) {
@@ -152,22 +152,25 @@ void Scenes::showImage() {
   state.history().setCrop(kImageCrop);
   useJpeg(state.history());
   const CropOverlayView* overlay = window->view()->canvas()->overlay();
-  overlay->fields()->field(CropMargins::Edge::left)->field()->setFocus(Qt::TabFocusReason);
+  CropNumberField* left = overlay->fields()->field(CropMargins::Edge::left)->field();
+  // While it is edited, a field keeps what it shows.
+  waitUntil("the margins", [left] { return left->text() == QString::number(kImageCrop.left); });
+  left->setFocus(Qt::TabFocusReason);
   take(window, "image");
   window->view()->canvas()->setFocus();
   CropExportFooter* footer = window->view()->inspector()->footer();
   footer->helpButton()->click();
   take(window, "help");
   footer->helpButton()->click();
-  QAction* edit = window->commands()->actions().at(2);
-  edit->menu()->popup(window->commands()->mapToGlobal(
-      window->commands()->actionGeometry(edit).bottomLeft() + QPoint(0, 1)));
-  take(window, "menu");
-  edit->menu()->close();
   const QWidget* preview = window->toolBar()->widgetForAction(window->toolBar()->previewAction());
   QToolTip::showText(preview->mapToGlobal(preview->rect().center()), preview->toolTip());
   take(window, "tip");
   QToolTip::hideText();
+  QAction* view = window->commands()->actions().at(2);
+  view->menu()->popup(window->commands()->mapToGlobal(
+      window->commands()->actionGeometry(view).bottomLeft() + QPoint(0, 1)));
+  take(window, "menu");
+  view->menu()->close();
   state.setPreviewOnly(true);
   take(window, "preview");
 }
@@ -215,6 +218,7 @@ void Scenes::showTabs() {
     return stateOf(window).loaded() && window->view()->canvas()->canvas()->isPictureShown();
   });
   stateOf(window).history().setCrop(kVideoCrop);
+  stateOf(window).history().setBitrate(kBitrate);
   showProgress(stateOf(window), kPartOfExport, kBytesOfPart);
   take(window, "tabs");
   endExport(stateOf(window), {});
