@@ -20,6 +20,9 @@ constexpr double kDisabledOpacity = 0.45;
 /// Of text over a floating panel, through which what is beneath it shines.
 constexpr QRgb kDarkPanelCaption = 0xffbbbdc4, kLightPanelCaption = 0xff55585f;
 
+/// Of the inspector.
+constexpr QRgb kDarkPanel = 0xff232428, kLightPanel = 0xfff7f7f9;
+
 /// `part` of `top` over the rest of `ground`.
 QColor mixed(const QColor& top, const QColor& ground, double part) {
   const auto channel = [part](int upper, int lower) {
@@ -65,6 +68,16 @@ QPalette panelPalette(bool dark) {
   palette.setColor(QPalette::Inactive, QPalette::PlaceholderText,
                    palette.color(QPalette::Active, QPalette::PlaceholderText));
   return palette;
+}
+
+QPalette inspectorPalette(bool dark) {
+  QPalette palette = lookPalette(dark);
+  palette.setColor(QPalette::Window, QColor(dark ? kDarkPanel : kLightPanel));
+  return palette;
+}
+
+QColor panelFill(bool dark) {
+  return dark ? QColor(0x20, 0x21, 0x25, 209) : QColor(0xfa, 0xfa, 0xfc, 219);
 }
 
 }  // namespace vantrel

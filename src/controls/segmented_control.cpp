@@ -7,6 +7,7 @@
 #include <QSignalBlocker>
 
 #include "controls/plate.h"
+#include "controls/text_scale.h"
 
 namespace vantrel {
 namespace {
@@ -27,7 +28,8 @@ class Segment final : public QRadioButton {
   using QRadioButton::QRadioButton;
 
   [[nodiscard]] QSize sizeHint() const override {
-    return {fontMetrics().horizontalAdvance(text()) + 2 * kSegmentPadding, kSegmentHeight};
+    return {fontMetrics().horizontalAdvance(text()) + 2 * kSegmentPadding,
+            scaledForText(kSegmentHeight)};
   }
   [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -77,7 +79,7 @@ SegmentedControl::SegmentedControl(const QString& name, const QStringList& title
   setAccessibleName(name);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   QFont small = font();
-  small.setPixelSize(kTextSize);
+  small.setPixelSize(scaledForText(kTextSize));
   setFont(small);
   auto* const layout = new QHBoxLayout(this);
   layout->setContentsMargins(kInset, kInset, kInset, kInset);

@@ -27,6 +27,7 @@ constexpr int kToolBarMargin = 14;
 constexpr int kToolBarSpacing = 8;
 constexpr int kMenuBarMargin = 2;
 constexpr int kMenuBarItemHeight = 26, kMenuBarItemExtra = 6;
+constexpr int kTabPadding = 12;
 constexpr int kLeastButton = 48, kLeastDialogButton = 80, kButtonPadding = 16;
 constexpr int kFieldPadding = 5;
 
@@ -269,11 +270,12 @@ QSize QuietStyle::sizeFromContents(ContentsType type, const QStyleOption* option
     case CT_ToolButton:
       return size.expandedTo({kToolButton, kToolButton});
     case CT_MenuBarItem:
-      return {size.width() + kMenuBarItemExtra, kMenuBarItemHeight};
+      return {size.width() + kMenuBarItemExtra, std::max(size.height(), kMenuBarItemHeight)};
     case CT_MenuItem:
       return menuItemSize(*option, size);
     case CT_TabBarTab:
-      return {size.width(), QuietTab::kHeight};
+      return {size.width(),
+              std::max(QuietTab::kHeight, option->fontMetrics.height() + kTabPadding)};
     default:
       return size;
   }
@@ -340,6 +342,8 @@ int QuietStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
 int QuietStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                           QStyleHintReturn* returned) const {
   switch (hint) {
+    case SH_Widget_Animation_Duration:
+      return m_showsMotion ? QProxyStyle::styleHint(hint, option, widget, returned) : 0;
     case SH_Slider_AbsoluteSetButtons:
       return Qt::LeftButton;
     case SH_UnderlineShortcut:
