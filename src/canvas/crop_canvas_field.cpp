@@ -15,6 +15,12 @@ constexpr int kFieldHeight = 22;
 constexpr int kSpacing = 4;
 constexpr int kFieldTop = CropCanvasField::kHeight - CropPanel::kPadding - kFieldHeight;
 
+/// The panel is of one size, and so is its text.
+QFont ofSize(int points, QFont font) {
+  font.setPixelSize(points);
+  return font;
+}
+
 }  // namespace
 
 CropCanvasField::CropCanvasField(EditHistory& history, const QString& title, QWidget* parent)
@@ -23,6 +29,8 @@ CropCanvasField::CropCanvasField(EditHistory& history, const QString& title, QWi
   // The padding above is the caption's too, so that no font is cut off.
   QLabel* const caption = PanelText::caption(title, this);
   caption->setGeometry(kPadding, 0, kFieldWidth, kFieldTop - kSpacing);
+  caption->setFont(ofSize(PanelText::kCaptionSize, caption->font()));
+  m_field->setFont(ofSize(PanelText::kTextSize, m_field->font()));
   caption->setAlignment(Qt::AlignLeading | Qt::AlignBottom);
   m_field->setGeometry(kPadding, kFieldTop, kFieldWidth, kFieldHeight);
   m_field->setAcceptDrops(false);  // A file dropped here is for the window.

@@ -7,7 +7,7 @@
 namespace vantrel {
 namespace {
 
-constexpr int kIcon = 16;
+constexpr int kIcon = 14;
 
 }  // namespace
 

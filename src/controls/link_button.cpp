@@ -3,6 +3,7 @@
 #include <QPainter>
 
 #include "controls/panel_text.h"
+#include "controls/text_scale.h"
 
 namespace vantrel {
 namespace {
@@ -19,7 +20,7 @@ LinkButton::LinkButton(const QString& text, QWidget* parent) : QAbstractButton(p
   setFocusPolicy(Qt::TabFocus);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   QFont small = font();
-  small.setPixelSize(PanelText::kCaptionSize);
+  small.setPixelSize(scaledForText(PanelText::kCaptionSize));
   small.setUnderline(true);
   setFont(small);
 }

@@ -15,6 +15,23 @@ constexpr Tokens kDark{0xff1f2023, 0xff26272b, 0xff17181a, 0xff35363c, 0xff36373
 constexpr Tokens kLight{0xfff5f5f7, 0xfffbfbfc, 0xffffffff, 0xffffffff, 0xffd3d4da, 0xffe3e4e8,
                         0xffd9dae0, 0xff1c1d20, 0xff5f626b, 0xff8b8e97, 0xff2f6fed};
 
+constexpr double kDisabledOpacity = 0.45;
+
+/// Of text over a floating panel, through which what is beneath it shines.
+constexpr QRgb kDarkPanelCaption = 0xffbbbdc4, kLightPanelCaption = 0xff55585f;
+
+/// Of the inspector.
+constexpr QRgb kDarkPanel = 0xff232428, kLightPanel = 0xfff7f7f9;
+
+/// `part` of `top` over the rest of `ground`.
+QColor mixed(const QColor& top, const QColor& ground, double part) {
+  const auto channel = [part](int upper, int lower) {
+    return qRound(upper * part + lower * (1 - part));
+  };
+  return {channel(top.red(), ground.red()), channel(top.green(), ground.green()),
+          channel(top.blue(), ground.blue())};
+}
+
 }  // namespace
 
 QPalette lookPalette(bool dark) {
@@ -35,11 +52,32 @@ QPalette lookPalette(bool dark) {
     palette.setColor(QPalette::Disabled, role, QColor(token.disabled));
   }
   palette.setColor(QPalette::PlaceholderText, QColor(token.secondary));
-  palette.setColor(QPalette::Disabled, QPalette::PlaceholderText, QColor(token.disabled));
+  palette.setColor(QPalette::Disabled, QPalette::PlaceholderText,
+                   mixed(QColor(token.secondary), QColor(token.window), kDisabledOpacity));
   palette.setColor(QPalette::Highlight, QColor(token.accent));
-  palette.setColor(QPalette::HighlightedText, Qt::white);
+  // White is too faint on the accent of the dark look.
+  palette.setColor(QPalette::HighlightedText, dark ? QColor(token.field) : Qt::white);
   palette.setColor(QPalette::Link, QColor(token.accent));
   return palette;
+}
+
+QPalette panelPalette(bool dark) {
+  QPalette palette = lookPalette(dark);
+  palette.setColor(QPalette::Active, QPalette::PlaceholderText,
+                   QColor(dark ? kDarkPanelCaption : kLightPanelCaption));
+  palette.setColor(QPalette::Inactive, QPalette::PlaceholderText,
+                   palette.color(QPalette::Active, QPalette::PlaceholderText));
+  return palette;
+}
+
+QPalette inspectorPalette(bool dark) {
+  QPalette palette = lookPalette(dark);
+  palette.setColor(QPalette::Window, QColor(dark ? kDarkPanel : kLightPanel));
+  return palette;
+}
+
+QColor panelFill(bool dark) {
+  return dark ? QColor(0x20, 0x21, 0x25, 209) : QColor(0xfa, 0xfa, 0xfc, 219);
 }
 
 }  // namespace vantrel

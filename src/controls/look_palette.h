@@ -9,4 +9,13 @@ namespace vantrel {
 /// PlaceholderText, focus and selection Highlight.
 [[nodiscard]] QPalette lookPalette(bool dark);
 
+/// The same over a floating panel: secondary text is read there whatever picture lies beneath.
+[[nodiscard]] QPalette panelPalette(bool dark);
+
+/// The same in the inspector, which has a shade of its own.
+[[nodiscard]] QPalette inspectorPalette(bool dark);
+
+/// Of a floating panel, translucent.
+[[nodiscard]] QColor panelFill(bool dark);
+
 }  // namespace vantrel

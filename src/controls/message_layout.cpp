@@ -1,5 +1,7 @@
 #include "controls/message_layout.h"
 
+#include <QDialogButtonBox>
+#include <QGridLayout>
 #include <QLabel>
 #include <QMessageBox>
 #include <QTextBoundaryFinder>
@@ -9,9 +11,25 @@ namespace {
 
 // Points.
 constexpr int kLineWidth = 280;
+constexpr int kMargin = 20, kButtonGap = 12;
 
 constexpr int kLongestWord = 40;
 constexpr QChar kZeroWidthSpace(0x200b);
+
+/// The toolkit leaves room for an icon, which there is none of.
+void evenMargins(QMessageBox& box) {
+  auto* const grid = qobject_cast<QGridLayout*>(box.layout());
+  if (!grid) return;
+  for (int index = 0; index < grid->count(); ++index) {
+    if (QSpacerItem* indent = grid->itemAt(index)->spacerItem()) indent->changeSize(0, 0);
+  }
+  grid->setHorizontalSpacing(0);
+  grid->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  if (auto* buttons = box.findChild<QDialogButtonBox*>()) {
+    buttons->setContentsMargins(0, kButtonGap, 0, 0);
+  }
+  grid->invalidate();
+}
 
 }  // namespace
 
@@ -30,6 +48,7 @@ void layOutMessage(QMessageBox& box) {
     more->setText(withBreaksInLongWords(more->text()));
     more->setMinimumWidth(kLineWidth);
   }
+  evenMargins(box);
 }
 
 QString withBreaksInLongWords(const QString& text) {

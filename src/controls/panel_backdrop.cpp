@@ -10,6 +10,7 @@
 
 #include "controls/dark_palette.h"
 #include "controls/device_pixels.h"
+#include "controls/look_palette.h"
 
 namespace vantrel {
 namespace {
@@ -31,9 +32,7 @@ struct Look {
   double devicePixelRatio;
   bool dark;
 
-  [[nodiscard]] QColor fill() const {
-    return dark ? QColor(0x20, 0x21, 0x25, 209) : QColor(0xfa, 0xfa, 0xfc, 219);
-  }
+  [[nodiscard]] QColor fill() const { return panelFill(dark); }
   [[nodiscard]] QColor hairline() const {
     return dark ? QColor(255, 255, 255, 26) : QColor(0, 0, 0, 26);
   }

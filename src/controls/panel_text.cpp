@@ -5,6 +5,7 @@
 #include <QStyle>
 
 #include "controls/tabular_digits.h"
+#include "controls/text_scale.h"
 
 namespace vantrel::PanelText {
 namespace {
@@ -25,7 +26,7 @@ class ElidedLabel final : public QLabel {
 
 QLabel* styled(QLabel* label, int size, QFont::Weight weight) {
   QFont font = label->font();
-  font.setPixelSize(size);
+  font.setPixelSize(scaledForText(size));
   font.setWeight(weight);
   label->setFont(withTabularDigits(font));
   label->setTextFormat(Qt::PlainText);

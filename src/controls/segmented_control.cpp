@@ -7,6 +7,7 @@
 #include <QSignalBlocker>
 
 #include "controls/plate.h"
+#include "controls/text_scale.h"
 
 namespace vantrel {
 namespace {
@@ -17,7 +18,7 @@ constexpr int kInset = 2;
 constexpr int kSegmentHeight = 20, kSegmentPadding = 11;
 constexpr double kRadius = 7, kSegmentRadius = 5, kFocusWidth = 2;
 
-constexpr double kDisabledOpacity = 0.45;
+constexpr double kDisabledOpacity = 0.45, kUnselectedOpacity = 0.72;
 constexpr float kHoverOpacity = 0.06F;
 constexpr int kSelectedLighter = 138;
 constexpr int kShadowDarker = 115;
@@ -27,7 +28,8 @@ class Segment final : public QRadioButton {
   using QRadioButton::QRadioButton;
 
   [[nodiscard]] QSize sizeHint() const override {
-    return {fontMetrics().horizontalAdvance(text()) + 2 * kSegmentPadding, kSegmentHeight};
+    return {fontMetrics().horizontalAdvance(text()) + 2 * kSegmentPadding,
+            scaledForText(kSegmentHeight)};
   }
   [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -48,7 +50,10 @@ class Segment final : public QRadioButton {
       hover.setAlphaF(kHoverOpacity);
       drawPlate(&painter, rect(), kSegmentRadius, hover, {}, 0);
     }
-    painter.setPen(color(isChecked() ? QPalette::WindowText : QPalette::PlaceholderText));
+    // The secondary colour would be too faint on the track.
+    QColor ink = color(QPalette::WindowText);
+    if (!isChecked()) ink.setAlphaF(kUnselectedOpacity);
+    painter.setPen(ink);
     painter.drawText(rect(), Qt::AlignCenter, text());
     if (hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
       drawPlate(&painter, rect(), kSegmentRadius, Qt::transparent, color(QPalette::Highlight),
@@ -74,7 +79,7 @@ SegmentedControl::SegmentedControl(const QString& name, const QStringList& title
   setAccessibleName(name);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   QFont small = font();
-  small.setPixelSize(kTextSize);
+  small.setPixelSize(scaledForText(kTextSize));
   setFont(small);
   auto* const layout = new QHBoxLayout(this);
   layout->setContentsMargins(kInset, kInset, kInset, kInset);

@@ -5,6 +5,8 @@
 #include <QTimerEvent>
 #include <cmath>
 
+#include "controls/motion.h"
+
 namespace vantrel {
 namespace {
 
@@ -15,6 +17,8 @@ constexpr int kTravelMilliseconds = 1400;
 // The length of the travelling part, of the whole.
 constexpr double kTravellerLength = 0.3;
 constexpr float kTrackOpacity = 0.16F;
+// Of the whole, where nothing may travel.
+constexpr float kStillOpacity = 0.45F;
 
 }  // namespace
 
@@ -30,7 +34,7 @@ QSize SlimProgressBar::sizeHint() const {
 
 void SlimProgressBar::showEvent(QShowEvent* event) {
   m_clock.start();
-  m_frames.start(kFrameMilliseconds, this);
+  if (showsMotion(*this)) m_frames.start(kFrameMilliseconds, this);
   QProgressBar::showEvent(event);
 }
 
@@ -61,7 +65,10 @@ void SlimProgressBar::paintEvent(QPaintEvent* /*event*/) {
   painter.fillRect(track, trackColor);
 
   QRectF part = track;
-  if (maximum() == minimum()) {
+  QColor color = m_accent;
+  if (maximum() == minimum() && !showsMotion(*this)) {
+    color.setAlphaF(kStillOpacity);
+  } else if (maximum() == minimum()) {
     const double phase =
         std::fmod(static_cast<double>(m_clock.elapsed()) / kTravelMilliseconds, 1.0);
     part.setWidth(track.width() * kTravellerLength);
@@ -69,7 +76,7 @@ void SlimProgressBar::paintEvent(QPaintEvent* /*event*/) {
   } else {
     part.setWidth(track.width() * (value() - minimum()) / (maximum() - minimum()));
   }
-  painter.setBrush(m_accent);
+  painter.setBrush(color);
   painter.drawRoundedRect(part, radius, radius);
 }
 

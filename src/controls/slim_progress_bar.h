@@ -7,7 +7,8 @@
 
 namespace vantrel {
 
-/// A thin rounded bar in one accent colour. Without a range (0 to 0) a part of it travels.
+/// A thin rounded bar in one accent colour. Without a range (0 to 0) a part of it travels, or
+/// all of it is faintly coloured where the desktop asks for less motion.
 class SlimProgressBar final : public QProgressBar {
   Q_OBJECT
 

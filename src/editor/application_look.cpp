@@ -5,6 +5,7 @@
 #include <QIcon>
 #include <QPainter>
 #include <QPixmap>
+#include <QPointer>
 #include <QStyle>
 #include <QSvgRenderer>
 
@@ -16,16 +17,6 @@ namespace vantrel::ApplicationLook {
 namespace {
 
 constexpr int kTextPixels = 13;
-
-/// Of the inspector.
-constexpr QRgb kDarkPanel = 0xff232428, kLightPanel = 0xfff7f7f9;
-
-/// The panel at the side has a shade of its own.
-QPalette inspectorPalette(bool dark) {
-  QPalette palette = lookPalette(dark);
-  palette.setColor(QPalette::Window, QColor(dark ? kDarkPanel : kLightPanel));
-  return palette;
-}
 
 /// The font of a desktop that names none is whatever comes first; an interface font is better.
 QFont interfaceFont() {
@@ -41,9 +32,17 @@ QFont interfaceFont() {
   return font;
 }
 
+/// What is pressed is a little stronger than what is read.
+QFont buttonFont() {
+  QFont font = interfaceFont();
+  font.setWeight(QFont::Medium);
+  return font;
+}
+
 void setDark(bool dark) {
   QApplication::setPalette(lookPalette(dark));
   QApplication::setPalette(inspectorPalette(dark), "vantrel::InspectorView");
+  QApplication::setPalette(panelPalette(dark), "vantrel::CropPanel");
 }
 
 /// Drawn here, as the plugin that reads SVG into icons is not installed with Qt everywhere.
@@ -70,11 +69,16 @@ void installIcon() {
 void install() {
   if (QApplication::style()->name() != QLatin1String("fusion")) return;
   const auto* system = new SystemAppearance(qApp);
-  QApplication::setStyle(new QuietStyle);
+  auto* const style = new QuietStyle;
+  style->setShowsMotion(!system->prefersLessMotion());
+  QApplication::setStyle(style);
   QApplication::setFont(interfaceFont());
+  QApplication::setFont(buttonFont(), "QPushButton");
   setDark(system->prefersDark());
-  QObject::connect(system, &SystemAppearance::changed, qApp,
-                   [system] { setDark(system->prefersDark()); });
+  QObject::connect(system, &SystemAppearance::changed, qApp, [system, style = QPointer(style)] {
+    if (style) style->setShowsMotion(!system->prefersLessMotion());
+    setDark(system->prefersDark());
+  });
 }
 
 }  // namespace vantrel::ApplicationLook

@@ -15,6 +15,7 @@ namespace {
 
 // Points.
 constexpr int kHeight = 48;
+constexpr int kLeastPadding = 8;
 constexpr int kGap = 16;
 
 }  // namespace
@@ -23,13 +24,13 @@ EditorToolBar::EditorToolBar(CropMenuBar& menus, QWidget* parent)
     : QToolBar(parent), m_menus(menus) {
   setWindowTitle(tr("Tools"));
   setMovable(false);
-  setFixedHeight(kHeight);
   setToolButtonStyle(Qt::ToolButtonIconOnly);
   buildEditing();
   auto* const stretch = new QWidget(this);
   stretch->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
   addWidget(stretch);
   buildViewing();
+  setFixedHeight(std::max(kHeight, m_zoom->sizeHint().height() + 2 * kLeastPadding));
   updateIcons();
   updateState();
 }

@@ -11,6 +11,7 @@
 #include "canvas/canvas_scroll_view.h"
 #include "canvas/crop_appearance.h"
 #include "canvas/crop_canvas.h"
+#include "controls/file_dialog_layout.h"
 #include "controls/open_dialog.h"
 #include "editor/drop_highlight_view.h"
 #include "editor/editor_workspace.h"
@@ -250,6 +251,7 @@ void EditorView::openMedia() {
   auto* dialog = new OpenDialog(this, tr("Open"), {}, MediaLoader::openFilter());
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setFileMode(QFileDialog::ExistingFile);
+  layOutFileDialog(*dialog);
   connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& file) {
     m_loader.loadMedia(QFile::encodeName(file).toStdString());
   });

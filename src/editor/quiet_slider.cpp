@@ -18,7 +18,7 @@ constexpr double kFocusWidth = 2;
 
 constexpr double kDisabledOpacity = 0.45;
 constexpr int kPressDarker = 108;
-constexpr QColor kKnobEdge(0, 0, 0, 46);
+constexpr QColor kKnobEdge(0, 0, 0, 46), kKnobShadow(0, 0, 0, 26);
 
 // Sizes in device pixels.
 
@@ -53,6 +53,8 @@ void drawKnob(const QStyleOptionSlider& option, const QRectF& disc, QPainter& pa
       isFocused ? std::round(kFocusWidth * scale) : std::max(1.0, std::floor(scale));
   const bool isHeld = option.state.testFlag(QStyle::State_Sunken);
   painter.setPen(Qt::NoPen);
+  painter.setBrush(kKnobShadow);
+  painter.drawEllipse(disc.translated(0, line));
   painter.setBrush(QColor(Qt::white).darker(isHeld ? kPressDarker : 100));
   painter.drawEllipse(disc);
   painter.setPen(QPen(isFocused ? option.palette.color(QPalette::Highlight) : kKnobEdge, line));

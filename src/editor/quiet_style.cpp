@@ -2,6 +2,7 @@
 
 #include <QAbstractSpinBox>
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QPainter>
 #include <QStyleOption>
 #include <QToolButton>
@@ -22,10 +23,12 @@ constexpr double kButtonRadius = 7;
 constexpr double kFocusWidth = 2;
 constexpr int kToolIcon = 18;
 constexpr int kToolButton = 32;
-constexpr int kToolBarMargin = 12;
+constexpr int kToolBarMargin = 14;
 constexpr int kToolBarSpacing = 8;
-constexpr int kMenuBarMargin = 6;
-constexpr int kMenuBarItemHeight = 26;
+constexpr int kMenuBarMargin = 2;
+constexpr int kMenuBarItemHeight = 26, kMenuBarItemExtra = 6;
+constexpr int kTabPadding = 12;
+constexpr int kLeastButton = 48, kLeastDialogButton = 80, kButtonPadding = 16;
 constexpr int kFieldPadding = 5;
 
 constexpr double kDisabledOpacity = 0.45;
@@ -63,11 +66,14 @@ void drawButton(const QStyleOption* option, QPainter* painter) {
   const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
   const bool marked =
       focused || (button && button->features.testFlag(QStyleOptionButton::DefaultButton));
+  painter->save();
+  if (!enabled) painter->setOpacity(kDisabledOpacity);
   // A coloured button needs no border.
   const bool plain = palette.color(QPalette::Button).saturation() < kColoredSaturation;
   const double border = focused ? kFocusWidth : (plain ? 1 : 0);
   drawPlate(painter, option->rect, kButtonRadius, fill,
-            palette.color(marked ? QPalette::Highlight : QPalette::Mid), border);
+            palette.color(marked && enabled ? QPalette::Highlight : QPalette::Mid), border);
+  painter->restore();
 }
 
 void drawToolButton(const QStyleOption* option, QPainter* painter) {
@@ -117,6 +123,48 @@ QSize menuItemSize(const QStyleOption& option, const QSize& size) {
   const bool hasKey = item->text.contains(u'\t');
   return {size.width() + (hasKey ? QuietMenu::kKeyGap : 0),
           std::max(size.height(), QuietMenu::kItemHeight)};
+}
+
+/// The buttons of a dialog are of one size, whatever stands on them.
+int leastWidth(const QWidget* button) {
+  return button && qobject_cast<const QDialogButtonBox*>(button->parentWidget())
+             ? kLeastDialogButton
+             : kLeastButton;
+}
+
+/// The names of the drawings that stand for those of the toolkit: in dialogs of files, and in bars
+/// that are too short.
+QString symbolOf(QStyle::StandardPixmap which) {
+  switch (which) {
+    case QStyle::SP_ToolBarHorizontalExtensionButton:
+      return QStringLiteral("ellipsis");
+    case QStyle::SP_DirIcon:
+    case QStyle::SP_DirClosedIcon:
+    case QStyle::SP_DirHomeIcon:
+      return QStringLiteral("folder");
+    case QStyle::SP_DirOpenIcon:
+      return QStringLiteral("folder-open");
+    case QStyle::SP_FileIcon:
+      return QStringLiteral("file");
+    case QStyle::SP_ComputerIcon:
+    case QStyle::SP_DriveHDIcon:
+      return QStringLiteral("monitor");
+    case QStyle::SP_ArrowBack:
+    case QStyle::SP_FileDialogBack:
+      return QStringLiteral("arrow-left");
+    case QStyle::SP_ArrowForward:
+      return QStringLiteral("arrow-right");
+    case QStyle::SP_FileDialogToParent:
+      return QStringLiteral("arrow-up");
+    case QStyle::SP_FileDialogNewFolder:
+      return QStringLiteral("folder-plus");
+    case QStyle::SP_FileDialogListView:
+      return QStringLiteral("layout-grid");
+    case QStyle::SP_FileDialogDetailedView:
+      return QStringLiteral("list");
+    default:
+      return {};
+  }
 }
 
 }  // namespace
@@ -217,14 +265,17 @@ QSize QuietStyle::sizeFromContents(ContentsType type, const QStyleOption* option
                                    const QSize& contents, const QWidget* widget) const {
   const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
   switch (type) {
+    case CT_PushButton:
+      return {std::max(contents.width() + 2 * kButtonPadding, leastWidth(widget)), size.height()};
     case CT_ToolButton:
       return size.expandedTo({kToolButton, kToolButton});
     case CT_MenuBarItem:
-      return {size.width(), kMenuBarItemHeight};
+      return {size.width() + kMenuBarItemExtra, std::max(size.height(), kMenuBarItemHeight)};
     case CT_MenuItem:
       return menuItemSize(*option, size);
     case CT_TabBarTab:
-      return {size.width(), QuietTab::kHeight};
+      return {size.width(),
+              std::max(QuietTab::kHeight, option->fontMetrics.height() + kTabPadding)};
     default:
       return size;
   }
@@ -291,6 +342,8 @@ int QuietStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
 int QuietStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                           QStyleHintReturn* returned) const {
   switch (hint) {
+    case SH_Widget_Animation_Duration:
+      return m_showsMotion ? QProxyStyle::styleHint(hint, option, widget, returned) : 0;
     case SH_Slider_AbsoluteSetButtons:
       return Qt::LeftButton;
     case SH_UnderlineShortcut:
@@ -306,9 +359,9 @@ int QuietStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWid
 QIcon QuietStyle::standardIcon(StandardPixmap which, const QStyleOption* option,
                                const QWidget* widget) const {
   // Every menu bar and tool bar has one; the icon themes of the desktop are not searched for it.
-  if (which == SP_ToolBarHorizontalExtensionButton) {
-    return symbolIcon(QStringLiteral("ellipsis"),
-                      widget ? widget->palette() : QApplication::palette());
+  const QString symbol = symbolOf(which);
+  if (!symbol.isEmpty()) {
+    return symbolIcon(symbol, widget ? widget->palette() : QApplication::palette());
   }
   return QProxyStyle::standardIcon(which, option, widget);
 }

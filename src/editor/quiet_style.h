@@ -13,6 +13,9 @@ class QuietStyle final : public QProxyStyle {
  public:
   QuietStyle();
 
+  /// Whether anything may move or fade. So it is from the start.
+  void setShowsMotion(bool shows) { m_showsMotion = shows; }
+
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;
   void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
@@ -29,6 +32,9 @@ class QuietStyle final : public QProxyStyle {
                               QStyleHintReturn* returned) const override;
   [[nodiscard]] QIcon standardIcon(StandardPixmap which, const QStyleOption* option,
                                    const QWidget* widget) const override;
+
+ private:
+  bool m_showsMotion = true;
 };
 
 }  // namespace vantrel

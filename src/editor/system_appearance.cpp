@@ -16,10 +16,13 @@ namespace {
 const QString kService = QStringLiteral("org.freedesktop.portal.Desktop");
 const QString kPath = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString kSettings = QStringLiteral("org.freedesktop.portal.Settings");
-const QString kGroup = QStringLiteral("org.freedesktop.appearance");
-const QString kKey = QStringLiteral("color-scheme");
-// Of the portal: 0 no preference, 1 dark, 2 light.
-constexpr uint kDark = 1;
+const QString kAppearance = QStringLiteral("org.freedesktop.appearance");
+const QString kColorScheme = QStringLiteral("color-scheme");
+const QString kReducedMotion = QStringLiteral("reduced-motion");
+const QString kInterface = QStringLiteral("org.gnome.desktop.interface");
+const QString kAnimations = QStringLiteral("enable-animations");
+// Of the portal's colour scheme: 0 no preference, 1 dark, 2 light; of its motion: 1 less.
+constexpr uint kDark = 1, kLess = 1;
 
 /// A value out of however many variants it is wrapped in: Read wraps twice.
 QVariant unwrapped(QVariant value) {
@@ -41,7 +44,7 @@ SystemAppearance::SystemAppearance(QObject* parent)
     : QObject(parent), m_dark(toolkitPrefersDark()) {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
   connect(QGuiApplication::styleHints(), &QStyleHints::colorSchemeChanged, this,
-          [this](Qt::ColorScheme scheme) { setDark(scheme == Qt::ColorScheme::Dark); });
+          [this](Qt::ColorScheme scheme) { set(m_dark, scheme == Qt::ColorScheme::Dark); });
 #endif
   askPortal();
 }
@@ -53,28 +56,41 @@ void SystemAppearance::askPortal() {
   qRegisterMetaType<QDBusVariant>();
   bus.connect(kService, kPath, kSettings, QStringLiteral("SettingChanged"), this,
               SLOT(takeSetting(QString, QString, QDBusVariant)));
-  QDBusMessage read =
+  // Before a window is made the first answer has come in most cases.
+  read(kAppearance, kColorScheme);
+  read(kAppearance, kReducedMotion);
+  read(kInterface, kAnimations);
+}
+
+void SystemAppearance::read(const QString& group, const QString& key) {
+  QDBusMessage question =
       QDBusMessage::createMethodCall(kService, kPath, kSettings, QStringLiteral("Read"));
-  read << kGroup << kKey;
-  // Before a window is made the answer has come in most cases.
-  auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(read), this);
+  question << group << key;
+  auto* const watcher =
+      new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
   connect(watcher, &QDBusPendingCallWatcher::finished, this,
-          [this](QDBusPendingCallWatcher* finished) {
+          [this, group, key](QDBusPendingCallWatcher* finished) {
             finished->deleteLater();
             const QDBusPendingReply<QDBusVariant> reply = *finished;
-            if (!reply.isError()) takeSetting(kGroup, kKey, reply.value());
+            if (!reply.isError()) takeSetting(group, key, reply.value());
           });
 }
 
 void SystemAppearance::takeSetting(const QString& group, const QString& key,
                                    const QDBusVariant& value) {
-  if (group != kGroup || key != kKey) return;
-  setDark(unwrapped(value.variant()).toUInt() == kDark);
+  const QVariant setting = unwrapped(value.variant());
+  if (group == kAppearance && key == kColorScheme) {
+    set(m_dark, setting.toUInt() == kDark);
+  } else if (group == kAppearance && key == kReducedMotion) {
+    set(m_reducedMotion, setting.toUInt() == kLess);
+  } else if (group == kInterface && key == kAnimations) {
+    set(m_noAnimations, !setting.toBool());
+  }
 }
 
-void SystemAppearance::setDark(bool dark) {
-  if (dark == m_dark) return;
-  m_dark = dark;
+void SystemAppearance::set(bool& wish, bool value) {
+  if (value == wish) return;
+  wish = value;
   Q_EMIT changed();
 }
 

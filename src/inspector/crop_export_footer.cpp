@@ -13,6 +13,7 @@
 #include "controls/popover.h"
 #include "controls/slim_progress_bar.h"
 #include "controls/symbol_icon.h"
+#include "controls/text_scale.h"
 #include "export/crop_export_state.h"
 #include "inspector/export_footer_text.h"
 #include "platform/desktop/formatting.h"
@@ -43,7 +44,7 @@ constexpr int kBarSteps = 1000;
 CropExportFooter::CropExportFooter(const CropExportState& state, const QColor& accent,
                                    QWidget* parent)
     : QWidget(parent), m_state(state), m_accent(accent) {
-  setFixedHeight(kHeight);
+  setFixedHeight(scaledForText(kHeight));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(kHorizontalPadding, kVerticalPadding,
                              kHorizontalPadding - kHelpOverhang, kVerticalPadding);
@@ -59,7 +60,7 @@ CropExportFooter::CropExportFooter(const CropExportState& state, const QColor& a
 
 QWidget* CropExportFooter::makeActionRow() {
   auto* row = new QWidget(this);
-  row->setFixedHeight(kActionHeight);
+  row->setFixedHeight(scaledForText(kActionHeight));
   m_export = new QPushButton(tr("Export"), row);
   m_export->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   m_export->setToolTip(
@@ -114,10 +115,10 @@ QHBoxLayout* CropExportFooter::makeStatusRow() {
 void CropExportFooter::makeCancel() {
   m_cancel = new QPushButton(tr("Cancel"), this);
   m_cancel->setToolTip(tr("Cancel export"));
-  m_cancel->setFixedHeight(kStatusHeight);
+  m_cancel->setFixedHeight(scaledForText(kStatusHeight));
   m_cancel->setAutoDefault(false);
   QFont font = m_cancel->font();
-  font.setPixelSize(PanelText::kCaptionSize);
+  font.setPixelSize(scaledForText(PanelText::kCaptionSize));
   m_cancel->setFont(font);
   m_cancel->setFixedWidth(m_cancel->fontMetrics().horizontalAdvance(m_cancel->text()) +
                           2 * kCancelPadding);

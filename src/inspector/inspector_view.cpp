@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 
 #include "controls/crop_reset_button.h"
+#include "controls/text_scale.h"
 #include "inspector/crop_canvas_section.h"
 #include "inspector/crop_encoding_section.h"
 #include "inspector/crop_export_footer.h"
@@ -45,7 +46,7 @@ CropExportFooter::Output outputOf(const EditHistory& history, const InspectorSou
 InspectorView::InspectorView(EditHistory& history, const CropExportState& exportState,
                              const QColor& accent, QWidget* parent)
     : QWidget(parent), m_history(history) {
-  setFixedWidth(kWidth);
+  setFixedWidth(scaledForText(kWidth));
   setAttribute(Qt::WA_OpaquePaintEvent);
   auto* scroll = new InspectorScrollArea(this);
   scroll->setWidget(makeSections());

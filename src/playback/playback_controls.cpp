@@ -8,6 +8,7 @@
 
 #include "controls/symbol_icon.h"
 #include "controls/tabular_digits.h"
+#include "controls/text_scale.h"
 #include "platform/desktop/formatting.h"
 #include "playback/play_button.h"
 #include "playback/playback_state.h"
@@ -45,7 +46,7 @@ PlaybackControls::PlaybackControls(QWidget* parent)
   row->addWidget(m_mute);
 
   QFont font = withTabularDigits(m_time->font());
-  font.setPixelSize(kCaptionSize);
+  font.setPixelSize(scaledForText(kCaptionSize));
   m_time->setFont(font);
   m_time->setTextFormat(Qt::PlainText);
   m_mute->setAutoRaise(true);

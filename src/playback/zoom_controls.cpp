@@ -10,6 +10,7 @@
 
 #include "controls/symbol_icon.h"
 #include "controls/tabular_digits.h"
+#include "controls/text_scale.h"
 #include "platform/desktop/key_names.h"
 
 namespace vantrel {
@@ -47,7 +48,7 @@ ZoomControls::ZoomControls(double least, double most, QWidget* parent)
   m_slider->setToolTip(tr("Adjust canvas zoom"));
   m_percentage->setAutoRaise(true);
   m_percentage->setFont(withTabularDigits(m_percentage->font()));
-  m_percentage->setFixedWidth(kPercentageWidth);
+  m_percentage->setFixedWidth(scaledForText(kPercentageWidth));
   m_percentage->setToolTip(tr("Actual size (%1)").arg(keyText(QKeySequence(Qt::CTRL | Qt::Key_1))));
   m_fit->setMinimumWidth(kLeastFitWidth);
   m_fit->setToolTip(tr("Fit to window (%1)").arg(keyText(QKeySequence(Qt::CTRL | Qt::Key_0))));

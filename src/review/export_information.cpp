@@ -4,6 +4,8 @@
 #include <QPainter>
 #include <cmath>
 
+#include "controls/text_scale.h"
+
 namespace vantrel {
 namespace {
 
@@ -21,7 +23,7 @@ ExportInformation::ExportInformation(const ExportSummary& summary, QWidget* pare
   setAttribute(Qt::WA_TransparentForMouseEvents);
   setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
   QFont caption = font();
-  caption.setPixelSize(kCaptionPixels);
+  caption.setPixelSize(scaledForText(kCaptionPixels));
   setFont(caption);
   setAccessibleName(m_description);
 }

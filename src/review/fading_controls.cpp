@@ -1,7 +1,8 @@
 #include "review/fading_controls.h"
 
 #include <QEasingCurve>
-#include <QStyle>
+
+#include "controls/motion.h"
 
 namespace vantrel {
 
@@ -46,9 +47,8 @@ void FadingControls::follow() {
 }
 
 void FadingControls::fade() {
-  const bool moves = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
   m_fade.stop();
-  m_fade.setDuration(moves ? kFadeMilliseconds : 0);
+  m_fade.setDuration(showsMotion(*this) ? kFadeMilliseconds : 0);
   m_fade.setStartValue(m_opacity);
   m_fade.setEndValue(areShown() ? 1.0 : 0.0);
   m_fade.start();

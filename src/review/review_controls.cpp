@@ -10,6 +10,7 @@
 #include "controls/panel_text.h"
 #include "controls/symbol_icon.h"
 #include "controls/tabular_digits.h"
+#include "controls/text_scale.h"
 #include "playback/play_button.h"
 #include "playback/playback_state.h"
 #include "playback/position_slider.h"
@@ -38,7 +39,7 @@ QToolButton* sized(QToolButton* button) {
 QLabel* timeLabel(QWidget* parent) {
   QLabel* const label = PanelText::body({}, parent);
   QFont font = withTabularDigits(label->font());
-  font.setPixelSize(PanelText::kCaptionSize);
+  font.setPixelSize(scaledForText(PanelText::kCaptionSize));
   label->setFont(font);
   label->setAlignment(Qt::AlignCenter);
   return label;

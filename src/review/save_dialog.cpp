@@ -7,6 +7,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+#include "controls/file_dialog_layout.h"
 #include "controls/message_layout.h"
 #include "review/export_review_document.h"
 
@@ -17,6 +18,7 @@ SaveDialog::SaveDialog(const ExportReviewDocument& document, QWidget* parent)
   setAcceptMode(AcceptSave);
   setFileMode(AnyFile);
   setMimeTypeFilters({document.contentType().name()});
+  layOutFileDialog(*this);
   // A path, since a mere name may begin with what makes it one.
   selectFile(pathOf(document.suggestedFileName(), directory().absolutePath()));
 }

@@ -4,8 +4,6 @@
 
 #include <QPalette>
 
-#include "controls/look_palette.h"
-
 namespace vantrel {
 namespace {
 
@@ -20,11 +18,6 @@ TEST(DarkPalette, HasWindowsDarkerThanTheirText) {
   EXPECT_TRUE(isDarkWith(Qt::black, Qt::white));
   EXPECT_FALSE(isDarkWith(Qt::white, Qt::black));
   EXPECT_FALSE(isDarkWith(Qt::gray, Qt::gray));
-}
-
-TEST(LookPalette, IsDarkOrLight) {
-  EXPECT_TRUE(isDark(lookPalette(true)));
-  EXPECT_FALSE(isDark(lookPalette(false)));
 }
 
 }  // namespace

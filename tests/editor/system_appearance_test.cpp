@@ -12,14 +12,19 @@ namespace {
 
 const QString kDesktop = QStringLiteral("org.freedesktop.portal.Desktop");
 
-/// Tells everyone on the bus that the color scheme has another value, as the portal does.
-void changeColorScheme(const QDBusConnection& portal, uint value) {
-  QDBusMessage change = QDBusMessage::createSignal(
+/// Tells everyone on the bus that a setting has another value, as the portal does.
+void change(const QDBusConnection& portal, const char* group, const char* key,
+            const QVariant& value) {
+  QDBusMessage message = QDBusMessage::createSignal(
       QStringLiteral("/org/freedesktop/portal/desktop"),
       QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("SettingChanged"));
-  change << QStringLiteral("org.freedesktop.appearance") << QStringLiteral("color-scheme")
-         << QVariant::fromValue(QDBusVariant(value));
-  ASSERT_TRUE(portal.send(change));
+  message << QString::fromLatin1(group) << QString::fromLatin1(key)
+          << QVariant::fromValue(QDBusVariant(value));
+  ASSERT_TRUE(portal.send(message));
+}
+
+void changeColorScheme(const QDBusConnection& portal, uint value) {
+  change(portal, "org.freedesktop.appearance", "color-scheme", value);
 }
 
 /// The portal's settings, as they are read.
@@ -34,7 +39,9 @@ class FakeSettings final : public QObject {
   // The portal's own name for it.
   QDBusVariant Read(const QString& group, const QString& key) {
     asked << group << key;
-    return QDBusVariant(QVariant::fromValue(QDBusVariant(1U)));
+    const QVariant value =
+        key == QLatin1String("enable-animations") ? QVariant(true) : QVariant(1U);
+    return QDBusVariant(QVariant::fromValue(QDBusVariant(value)));
   }
 };
 
@@ -55,6 +62,25 @@ TEST(SystemAppearance, FollowsThePortalWhileTheProgramRuns) {
   EXPECT_FALSE(appearance.prefersDark());
 }
 
+TEST(SystemAppearance, AsksForLessMotionAsThePortalDoes) {
+  SystemAppearance appearance;
+  QSignalSpy changed(&appearance, &SystemAppearance::changed);
+  ASSERT_FALSE(appearance.prefersLessMotion());
+  QDBusConnection portal =
+      QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("portal"));
+  ASSERT_TRUE(portal.registerService(kDesktop));
+
+  change(portal, "org.freedesktop.appearance", "reduced-motion", 1U);
+  ASSERT_TRUE(changed.wait());
+  EXPECT_TRUE(appearance.prefersLessMotion());
+  change(portal, "org.freedesktop.appearance", "reduced-motion", 0U);
+  ASSERT_TRUE(changed.wait());
+  EXPECT_FALSE(appearance.prefersLessMotion());
+  change(portal, "org.gnome.desktop.interface", "enable-animations", false);
+  ASSERT_TRUE(changed.wait());
+  EXPECT_TRUE(appearance.prefersLessMotion());
+}
+
 TEST(SystemAppearance, AsksThePortalWithoutWaitingForIt) {
   QDBusConnection portal =
       QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("portal"));
@@ -67,8 +93,8 @@ TEST(SystemAppearance, AsksThePortalWithoutWaitingForIt) {
   EXPECT_TRUE(settings.asked.isEmpty());
   ASSERT_TRUE(changed.wait());
   EXPECT_TRUE(appearance.prefersDark());
-  EXPECT_EQ(settings.asked, (QStringList{QStringLiteral("org.freedesktop.appearance"),
-                                         QStringLiteral("color-scheme")}));
+  EXPECT_EQ(settings.asked.mid(0, 2), (QStringList{QStringLiteral("org.freedesktop.appearance"),
+                                                   QStringLiteral("color-scheme")}));
 }
 
 }  // namespace
