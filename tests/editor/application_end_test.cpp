@@ -144,7 +144,7 @@ TEST_F(ApplicationEndTest, QuittingTakesAlertsAndFileDialogsAlong) {
 }
 
 TEST_F(ApplicationEndTest, QuittingTwiceAsksOnceForEachReview) {
-  openTabs(1);
+  EditorWindow* const editor = openTabs(1);
   for (const char* name : {"photo.png", "other.png"}) {
     windows.openReview({TemporaryExport(folder / name), {}, ContentType::png(), QString()});
   }
@@ -158,6 +158,7 @@ TEST_F(ApplicationEndTest, QuittingTwiceAsksOnceForEachReview) {
            QEvent wish(QEvent::Quit);
            QCoreApplication::sendEvent(qApp, &wish);
            windows.quit();
+           EXPECT_TRUE(editor->isVisible());
            EXPECT_TRUE(shown<QMessageBox>());
            if (auto* const question = shown<QMessageBox>())
              question->button(QMessageBox::Discard)->click();
