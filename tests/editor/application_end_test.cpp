@@ -157,7 +157,6 @@ TEST_F(ApplicationEndTest, QuittingTwiceAsksOnceForEachReview) {
            // As the desktop does.
            QEvent wish(QEvent::Quit);
            QCoreApplication::sendEvent(qApp, &wish);
-           windows.quit();
            EXPECT_TRUE(editor->isVisible());
            EXPECT_TRUE(shown<QMessageBox>());
            if (auto* const question = shown<QMessageBox>())
