@@ -170,7 +170,9 @@ void ApplicationWindows::continueQuitting() {
     window->close();
     return;
   }
+  m_ending = true;
   QApplication::quit();
+  m_ending = m_quitting = false;
 }
 
 bool ApplicationWindows::eventFilter(QObject* watched, QEvent* event) {
@@ -178,7 +180,7 @@ bool ApplicationWindows::eventFilter(QObject* watched, QEvent* event) {
     if (auto* const window = qobject_cast<EditorWindow*>(watched)) m_front = window;
   }
   if (watched != qApp) return false;
-  if (event->type() == QEvent::Quit && !m_quitting) {
+  if (event->type() == QEvent::Quit && !m_ending) {
     quit();
     return true;
   }

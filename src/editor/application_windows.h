@@ -64,6 +64,8 @@ class ApplicationWindows final : public QObject {
   ExportNotices m_notices;
   TaskBarProgress m_taskBar;
   bool m_quitting = false;
+  /// All reviews are closed, so that nothing is left to ask.
+  bool m_ending = false;
 };
 
 }  // namespace vantrel

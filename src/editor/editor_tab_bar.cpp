@@ -75,14 +75,26 @@ std::optional<double> EditorTabBar::tabProgress(int index) const {
 }
 
 int EditorTabBar::insertionIndex(const QPoint& position) const {
+  const bool isMirrored = layoutDirection() == Qt::RightToLeft;
   for (int index = 0; index < count(); ++index) {
-    if (position.x() < tabRect(index).center().x()) return index;
+    const int center = tabRect(index).center().x();
+    if (isMirrored ? position.x() > center : position.x() < center) return index;
   }
   return count();
 }
 
 bool EditorTabBar::isTabOff() const {
   return m_dragImage != nullptr;
+}
+
+void EditorTabBar::endDrag() {
+  m_middlePressed = -1;
+  if (m_held < 0) return;
+  letGo();
+  const QPoint position = rect().center();
+  QMouseEvent release(QEvent::MouseButtonRelease, position, mapToGlobal(position), Qt::LeftButton,
+                      Qt::NoButton, Qt::NoModifier);
+  QTabBar::mouseReleaseEvent(&release);
 }
 
 QSize EditorTabBar::tabSizeHint(int index) const {
@@ -95,10 +107,16 @@ QSize EditorTabBar::minimumTabSizeHint(int index) const {
 
 void EditorTabBar::tabInserted(int index) {
   QTabBar::tabInserted(index);
+  endDrag();
   for (const ButtonPosition side : {LeftSide, RightSide}) {
     if (QWidget* const button = tabButton(index, side)) button->setAccessibleName(tr("Close Tab"));
   }
   updateCloseButtons();
+}
+
+void EditorTabBar::tabRemoved(int index) {
+  QTabBar::tabRemoved(index);
+  endDrag();
 }
 
 bool EditorTabBar::event(QEvent* event) {
@@ -137,8 +155,10 @@ void EditorTabBar::paintEvent(QPaintEvent* event) {
     line.setTop(line.bottom() - kProgressRise);
     line.setHeight(kProgressHeight);
     painter.fillRect(line, palette().color(QPalette::Dark));
-    line.setWidth(static_cast<int>(line.width() * std::clamp(*progress, 0.0, 1.0)));
-    painter.fillRect(line, CropAppearance::exportAccent());
+    QRect done = line;
+    done.setWidth(static_cast<int>(line.width() * std::clamp(*progress, 0.0, 1.0)));
+    painter.fillRect(QStyle::visualRect(layoutDirection(), line, done),
+                     CropAppearance::exportAccent());
   }
 }
 

@@ -26,6 +26,8 @@ class EditorTabBar final : public QTabBar {
   [[nodiscard]] int insertionIndex(const QPoint& position) const;
   /// Whether a tab is being held outside the bar.
   [[nodiscard]] bool isTabOff() const;
+  /// As if the button that holds a tab were released over the bar: all tabs stay.
+  void endDrag();
 
  Q_SIGNALS:
   /// A tab was let go outside the bar, at this point of the screen.
@@ -37,6 +39,7 @@ class EditorTabBar final : public QTabBar {
   QSize tabSizeHint(int index) const override;
   QSize minimumTabSizeHint(int index) const override;
   void tabInserted(int index) override;
+  void tabRemoved(int index) override;
   bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;

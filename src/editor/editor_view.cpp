@@ -262,8 +262,8 @@ void EditorView::stop() {
   m_loader.cancel();
   m_exports.cancel();
   if (m_state.player()) m_state.player()->pause();
-  disconnect(&m_state, &EditorState::openErrorChanged, this, nullptr);
-  disconnect(&m_state, &EditorState::exportErrorChanged, this, nullptr);
+  disconnect(&m_state, &EditorState::openErrorChanged, nullptr, nullptr);
+  disconnect(&m_state, &EditorState::exportErrorChanged, nullptr, nullptr);
 }
 
 void EditorView::dragEnterEvent(QDragEnterEvent* event) {

@@ -229,6 +229,8 @@ std::optional<int> EditorWindow::tabPlaceAt(const QPoint& globalPosition) const 
 }
 
 bool EditorWindow::event(QEvent* event) {
+  // The release of the button goes to the dialog that comes.
+  if (event->type() == QEvent::WindowBlocked) m_tabs->endDrag();
   // A window in which nothing has the focus would give it to its first field, and so begin to edit.
   if (event->type() == QEvent::WindowActivate && m_view && m_view->state().loaded() &&
       !focusWidget()) {

@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QFileDialog>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
@@ -126,6 +127,109 @@ TEST_F(ApplicationEndTest, QuittingInMidExportLeavesNothingBehind) {
   EXPECT_FALSE(std::filesystem::exists(session));
   EXPECT_EQ(testing::namesIn(folder.path()),
             (std::vector<std::string>{"large.png", "other.png", "photo.png"}));
+}
+
+TEST_F(ApplicationEndTest, QuittingTakesAlertsAndFileDialogsAlong) {
+  EditorWindow* const first = openTabs(2);
+  EditorWindow* const second = openTabs(1);
+  when([&] { return first->isVisible() && second->isVisible(); },
+       [&] {
+         first->view()->openMedia();
+         second->view()->state().setOpenError(QStringLiteral("No."));
+       });
+  when([] { return shown<QFileDialog>() && shown<QMessageBox>(); }, [&] { windows.quit(); });
+  EXPECT_TRUE(endsByItself());
+  EXPECT_EQ(shown<QFileDialog>(), nullptr);
+  EXPECT_EQ(shown<QMessageBox>(), nullptr);
+}
+
+TEST_F(ApplicationEndTest, QuittingTwiceAsksOnceForEachReview) {
+  EditorWindow* const editor = openTabs(1);
+  for (const char* name : {"photo.png", "other.png"}) {
+    windows.openReview({TemporaryExport(folder / name), {}, ContentType::png(), QString()});
+  }
+  int questions = 0;
+  when([] { return shown<ReviewWindow>() != nullptr; }, [&] { windows.quit(); });
+  for (int review = 0; review < 2; ++review) {
+    when([&, review] { return questions == review && shown<QMessageBox>() != nullptr; },
+         [&] {
+           ++questions;
+           // As the desktop does.
+           QEvent wish(QEvent::Quit);
+           QCoreApplication::sendEvent(qApp, &wish);
+           EXPECT_TRUE(editor->isVisible());
+           EXPECT_TRUE(shown<QMessageBox>());
+           if (auto* const question = shown<QMessageBox>())
+             question->button(QMessageBox::Discard)->click();
+         });
+  }
+  EXPECT_TRUE(endsByItself());
+  EXPECT_EQ(questions, 2);
+  EXPECT_FALSE(std::filesystem::exists(folder / "photo.png"));
+}
+
+TEST_F(ApplicationEndTest, AReviewThatOpensWhileQuittingAsksIsAskedForToo) {
+  openTabs(1);
+  windows.openReview(
+      {TemporaryExport(folder / "photo.png"), {}, ContentType::png(), QStringLiteral("first")});
+  int questions = 0;
+  when([] { return shown<ReviewWindow>() != nullptr; }, [&] { windows.quit(); });
+  when([] { return shown<QMessageBox>() != nullptr; },
+       [&] {
+         ++questions;
+         QMessageBox* const question = shown<QMessageBox>();
+         windows.openReview({TemporaryExport(folder / "other.png"),
+                             {},
+                             ContentType::png(),
+                             QStringLiteral("second")});
+         when([question] { return shown<QMessageBox>() && shown<QMessageBox>() != question; },
+              [&] {
+                ++questions;
+                shown<QMessageBox>()->button(QMessageBox::Discard)->click();
+              });
+         question->button(QMessageBox::Discard)->click();
+       });
+  EXPECT_TRUE(endsByItself());
+  EXPECT_EQ(questions, 2);
+}
+
+TEST_F(ApplicationEndTest, QuittingWhileAReviewAsksForAPlaceWaitsForIt) {
+  EditorWindow* const editor = openTabs(1);
+  ReviewWindow* const review = windows.openReview(
+      {TemporaryExport(folder / "photo.png"), {}, ContentType::png(), QStringLiteral("kept")});
+  bool stayed = false;
+  when([&] { return review->isVisible(); }, [&] { review->save(); });
+  when([] { return shown<QFileDialog>() != nullptr; },
+       [&] {
+         windows.quit();
+         stayed = editor->isVisible() && review->isVisible();
+         shown<QFileDialog>()->reject();
+         when([] { return shown<QFileDialog>() == nullptr; },
+              [&] {
+                stayed = stayed && editor->isVisible() && review->isVisible();
+                // Given up, it does not go on by itself.
+                editor->close();
+                when([&] { return shown<EditorWindow>() == nullptr; }, [&] { review->close(); });
+                when([] { return shown<QMessageBox>() != nullptr; },
+                     [] { shown<QMessageBox>()->button(QMessageBox::Discard)->click(); });
+              });
+       });
+  EXPECT_TRUE(endsByItself());
+  EXPECT_TRUE(stayed);
+}
+
+TEST_F(ApplicationEndTest, QuittingTakesTheDialogOfASavedReviewAlong) {
+  openTabs(1);
+  ReviewWindow* const review = windows.openReview(
+      {TemporaryExport(folder / "photo.png"), {}, ContentType::png(), QStringLiteral("kept")});
+  when([&] { return review->isVisible(); }, [&] { review->document().save(folder / "kept.png"); });
+  when([&] { return !review->document().isUnsaved(); },
+       [&] {
+         review->save();
+         when([] { return shown<QFileDialog>() != nullptr; }, [&] { windows.quit(); });
+       });
+  EXPECT_TRUE(endsByItself());
+  EXPECT_TRUE(std::filesystem::exists(folder / "kept.png"));
 }
 
 }  // namespace

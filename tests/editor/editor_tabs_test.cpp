@@ -260,6 +260,19 @@ TEST_F(EditorTabsTest, ATabLetGoOverAnotherWindowsTabsJoinsThere) {
   EXPECT_EQ(editorWindows().size(), 2);
 }
 
+TEST_F(EditorTabsTest, FromRightToLeftATabJoinsWhereItIsLetGoToo) {
+  EditorWindow* const window = openTabs(3);
+  window->setLayoutDirection(Qt::RightToLeft);
+  QCoreApplication::processEvents();
+  const EditorTabBar* const bar = tabs(window);
+  ASSERT_GT(bar->tabRect(0).left(), bar->tabRect(2).left());
+  for (int index = 0; index < 3; ++index) {
+    const QPoint center = bar->tabRect(index).center();
+    EXPECT_EQ(bar->insertionIndex(center + QPoint(10, 0)), index);
+    EXPECT_EQ(bar->insertionIndex(center - QPoint(10, 0)), index + 1);
+  }
+}
+
 TEST_F(EditorTabsTest, AWindowWhoseLastTabLeavesCloses) {
   EditorWindow* const target = openTabs(1);
   QPointer<EditorWindow> source = openTabs(1);
