@@ -17,6 +17,7 @@
 #include "editor/application_windows.h"
 #include "editor/first_paint.h"
 #include "platform/desktop/formatting.h"
+#include "platform/desktop/translations.h"
 #include "platform/gl/picture_surface.h"
 #include "platform/gl/surface_format.h"
 
@@ -42,6 +43,7 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName(QStringLiteral("Vantrel"));
   QApplication::setDesktopFileName(QStringLiteral("org.vantrel.Vantrel"));
   QLocale::setDefault(vantrel::CropFormatting::locale());
+  vantrel::installTranslations(vantrel::userLanguages(), vantrel::translationsFolder());
   vantrel::ApplicationLook::install();
 
   QCommandLineParser arguments;
