@@ -19,6 +19,7 @@
 #include "editor/first_paint.h"
 #include "export/export_temporary_storage.h"
 #include "platform/desktop/formatting.h"
+#include "platform/desktop/translations.h"
 #include "platform/gl/picture_surface.h"
 #include "platform/gl/surface_format.h"
 
@@ -46,6 +47,7 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName(QStringLiteral("Vantrel"));
   QApplication::setDesktopFileName(QStringLiteral("org.vantrel.Vantrel"));
   QLocale::setDefault(vantrel::CropFormatting::locale());
+  vantrel::installTranslations(vantrel::userLanguages(), vantrel::translationsFolder());
   vantrel::ApplicationLook::install();
 
   QCommandLineParser arguments;

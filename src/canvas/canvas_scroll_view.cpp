@@ -49,6 +49,7 @@ CanvasScrollView::CanvasScrollView(EditHistory& history, QWidget* parent, Surfac
     : QAbstractScrollArea(parent), m_canvas(new VideoCanvasView) {
   setFrameShape(QFrame::NoFrame);
   setFocusPolicy(Qt::ClickFocus);
+  setAccessibleName(tr("Canvas"));
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   // What is behind it shows until the surface comes.
@@ -75,6 +76,8 @@ void CanvasScrollView::prepareSurface() {
   if (std::exchange(m_hasSurface, true)) return;
   QWidget* const surface = PictureSurface::isSupported() ? m_canvas : makeNotice();
   surface->setMouseTracking(true);
+  // In the window first: what then moves within it keeps its place on the way of the Tab key.
+  surface->setParent(this);
   // The old viewport goes with all that lies on it.
   for (QWidget* over : std::initializer_list<QWidget*>{m_overlay, m_horizontalBar, m_verticalBar}) {
     over->setParent(surface);

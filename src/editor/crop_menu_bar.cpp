@@ -21,6 +21,7 @@ CropMenuBar::CropMenuBar(QWidget* window) : QMenuBar(window) {
     // The window's as well: those of a bar that is hidden would have no effect.
     if (!action->shortcuts().isEmpty()) window->addAction(action);
   }
+  addMenuKey(*window);
   window->installEventFilter(this);
   connect(qApp, &QApplication::focusChanged, this, &CropMenuBar::updateCommands);
   connect(qApp, &QApplication::focusWindowChanged, this, &CropMenuBar::updateCommands);
@@ -100,6 +101,16 @@ void CropMenuBar::buildMenus() {
                                     decreaseBitrate, matchOriginalBitrate}) {
     add(*menu, command);
   }
+}
+
+void CropMenuBar::addMenuKey(QWidget& window) {
+  auto* const openFirst = new QAction(this);
+  openFirst->setShortcut(Qt::Key_F10);
+  openFirst->setAutoRepeat(false);
+  connect(openFirst, &QAction::triggered, this, [this] {
+    if (isVisible()) setActiveAction(actions().constFirst());
+  });
+  window.addAction(openFirst);
 }
 
 QMenu* CropMenuBar::buildMenu(const QString& title) {

@@ -61,6 +61,8 @@ class CropMenuBar final : public QMenuBar {
   using Keys = QList<QKeySequence>;
 
   void buildMenus();
+  /// The key that opens the first menu, as on other desktops.
+  void addMenuKey(QWidget& window);
   QMenu* buildMenu(const QString& title);
   void add(QMenu& menu, CropCommand command, const Keys& keys = {});
   void addRepeating(QMenu& menu, CropCommand command, const Keys& keys);

@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QEvent>
+#include <QWidget>
 
 #include "canvas/crop_zoom_stops.h"
 #include "controls/symbol_icon.h"
@@ -71,6 +72,8 @@ QAction* EditorToolBar::addCommand(CropCommand command, const QString& help) {
   QAction* const action = addAction(QString(), this, [this, command] { m_menus.perform(command); });
   const QString keys = keyText(m_menus.action(command)->shortcut());
   action->setToolTip(QStringLiteral("%1 (%2)").arg(help, keys));
+  // The toolkit keeps the buttons of a tool bar from the keyboard.
+  widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
   return action;
 }
 

@@ -127,6 +127,18 @@ void EditorWindow::addTabKeys() {
       {kTabModifier | Qt::ShiftModifier | Qt::Key_Tab,
        kTabModifier | Qt::ShiftModifier | Qt::Key_Backtab, Qt::CTRL | Qt::Key_PageUp},
       -1);
+  addMoveKey(Qt::CTRL | Qt::SHIFT | Qt::Key_PageDown, 1);
+  addMoveKey(Qt::CTRL | Qt::SHIFT | Qt::Key_PageUp, -1);
+}
+
+void EditorWindow::addMoveKey(const QKeySequence& key, int step) {
+  auto* const action = new QAction(this);
+  action->setShortcut(key);
+  connect(action, &QAction::triggered, this, [this, step] {
+    const int index = m_tabs->currentIndex();
+    if (index + step >= 0 && index + step < m_tabs->count()) m_tabs->moveTab(index, index + step);
+  });
+  addAction(action);
 }
 
 void EditorWindow::selectBeside(int step) {

@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "base/cancelled.h"
-#include "base/failure.h"
 #include "controls/text_editing.h"
 #include "export/export_temporary_storage.h"
+#include "platform/desktop/user_text.h"
 
 namespace vantrel {
 
@@ -91,7 +91,7 @@ void ExportSession::finish(Outcome outcome) {
     progress.setMessage(CropExportState::Message::cancelled);
   } catch (...) {
     progress.setMessage(CropExportState::Message::failed);
-    const QString message = QString::fromStdString(userMessage(std::current_exception()));
+    const QString message = userText(std::current_exception());
     m_state.setExportError(message);
     Q_EMIT failed(message);
   }

@@ -9,12 +9,12 @@
 #include <utility>
 
 #include "base/cancelled.h"
-#include "base/failure.h"
 #include "controls/text_editing.h"
 #include "editor/portal_transfer.h"
 #include "export/video_geometry.h"
 #include "platform/desktop/bundled_file.h"
 #include "platform/desktop/file_error.h"
+#include "platform/desktop/user_text.h"
 
 namespace vantrel {
 namespace {
@@ -149,7 +149,7 @@ void MediaLoader::finish(int64_t load, BackgroundTask<SourceFile>::Outcome outco
   } catch (const Cancelled&) {
     // Whoever cancels knows.
   } catch (...) {
-    m_state.setOpenError(QString::fromStdString(userMessage(std::current_exception())));
+    m_state.setOpenError(userText(std::current_exception()));
   }
   m_state.setBusy(false);
 }

@@ -5,9 +5,9 @@ namespace vantrel {
 QString CropExportState::text(Message message) {
   switch (message) {
     case Message::cancelled:
-      return QStringLiteral("Export cancelled");
+      return tr("Export cancelled");
     case Message::failed:
-      return QStringLiteral("Export failed");
+      return tr("Export failed");
   }
   return {};
 }

@@ -1,5 +1,7 @@
 #include "export/export_summary.h"
 
+#include <QCoreApplication>
+
 #include "platform/desktop/formatting.h"
 
 namespace vantrel {
@@ -11,7 +13,8 @@ QString ExportSummary::description() const {
   if (imageFormat) {
     return QStringLiteral("%1 · %2 × %3 px · %4").arg(*imageFormat, width, height, size);
   }
-  return QStringLiteral("%1 · %2 · %3 × %4 · %5 Mbps · %6 · exported in %7 s")
+  return QCoreApplication::translate("ExportSummary",
+                                     "%1 · %2 · %3 × %4 · %5 Mbps · %6 · exported in %7 s")
       .arg(codec, isHDR ? QStringLiteral("HDR") : QStringLiteral("SDR"), width, height,
            CropFormatting::fixed(bitrate, 2), size, CropFormatting::fixed(elapsed, 1));
 }

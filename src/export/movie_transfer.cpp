@@ -1,5 +1,7 @@
 #include "export/movie_transfer.h"
 
+#include <QtGlobal>
+
 #include "base/cancelled.h"
 #include "export/transfer_group.h"
 
@@ -11,11 +13,12 @@ constexpr MediaTime kStart{0, 1};
 constexpr double kFinishing = 0.99;
 
 void start(ReadingSession& reader, WritingSession& writer) {
-  if (!writer.startWriting()) throwError(writer.error(), "Cannot start encoding.");
+  if (!writer.startWriting())
+    throwError(writer.error(), QT_TRANSLATE_NOOP("Failure", "Cannot start encoding."));
   writer.startSession(kStart);
   if (!reader.startReading()) {
     writer.cancelWriting();
-    throwError(reader.error(), "Cannot start decoding.");
+    throwError(reader.error(), QT_TRANSLATE_NOOP("Failure", "Cannot start decoding."));
   }
 }
 
@@ -47,13 +50,13 @@ int64_t transferMovie(ReadingSession& reader, WritingSession& writer,
     group.wait();
     throwIfCancelled(stop);
     if (reader.status() != ReadingSession::Status::completed) {
-      throwError(reader.error(), "Decoding did not complete.");
+      throwError(reader.error(), QT_TRANSLATE_NOOP("Failure", "Decoding did not complete."));
     }
     if (progress) progress(kFinishing);
     writer.endSession(duration);
     writer.finishWriting();
     if (writer.status() != WritingSession::Status::completed) {
-      throwError(writer.error(), "Encoding did not complete.");
+      throwError(writer.error(), QT_TRANSLATE_NOOP("Failure", "Encoding did not complete."));
     }
     return count;
   } catch (...) {

@@ -1,5 +1,6 @@
 #include "export/sample_transfer.h"
 
+#include <QtGlobal>
 #include <algorithm>
 #include <cmath>
 #include <condition_variable>
@@ -23,10 +24,10 @@ constexpr double kRounding = 1e-12;
 void throwUnlessRunning(const ReadingSession& reader, const WritingSession& writer) {
   const ReadingSession::Status reading = reader.status();
   if (reading == ReadingSession::Status::failed || reading == ReadingSession::Status::cancelled) {
-    throwError(reader.error(), "Reading was interrupted.");
+    throwError(reader.error(), QT_TRANSLATE_NOOP("Failure", "Reading was interrupted."));
   }
   if (writer.status() != WritingSession::Status::writing) {
-    throwError(writer.error(), "Encoding was interrupted.");
+    throwError(writer.error(), QT_TRANSLATE_NOOP("Failure", "Encoding was interrupted."));
   }
 }
 
@@ -69,7 +70,7 @@ int64_t transfer(SampleOutput& output, SampleInput& input, const ReadingSession&
     }
     const MediaTime time = sample->presentationTime();
     if (!input.append(std::move(*sample))) {
-      throwError(writer.error(), "Cannot append an encoded sample.");
+      throwError(writer.error(), QT_TRANSLATE_NOOP("Failure", "Cannot append an encoded sample."));
     }
     ++count;
     if (!progress || !(duration > 0)) continue;

@@ -1,5 +1,6 @@
 #include "export/video_exporter.h"
 
+#include <QtGlobal>
 #include <string>
 #include <vector>
 
@@ -29,14 +30,17 @@ struct Plan {
 Plan planOf(const Movie& movie, const QRectF& crop, const EncodingSettings& settings) {
   const VideoGeometry found = geometry(movie);
   if (!isLegalCrop(crop, found.bounds)) {
-    throw Failure(
-        "The crop must fit inside the video and have even dimensions of at least two pixels.");
+    throw Failure(QT_TRANSLATE_NOOP(
+        "Failure",
+        "The crop must fit inside the video and have even dimensions of at least two pixels."));
   }
   const CropVideoColor color = colorInfo(found.track);
   if (color.isHDR() && settings.codec != EncodingSettings::Codec::hevc) {
-    throw Failure("HDR video requires HEVC. Select HEVC to preserve the video's dynamic range.");
+    throw Failure(QT_TRANSLATE_NOOP(
+        "Failure", "HDR video requires HEVC. Select HEVC to preserve the video's dynamic range."));
   }
-  if (!settings.isValid()) throw Failure("Choose a positive supported video bitrate.");
+  if (!settings.isValid())
+    throw Failure(QT_TRANSLATE_NOOP("Failure", "Choose a positive supported video bitrate."));
   return {found.track, videoOutputSettings(found, crop, color),
           videoInputSettings(found.track, crop, settings, color)};
 }
@@ -47,16 +51,18 @@ TrackTransfer addVideo(MovieReader& reader, MovieWriter& writer, const Plan& pla
                   thisComputer() + ".");
   }
   if (!reader.canAdd(plan.track, plan.output) || !writer.canAdd(plan.input)) {
-    throw Failure("Cannot configure the video pipeline.");
+    throw Failure(QT_TRANSLATE_NOOP("Failure", "Cannot configure the video pipeline."));
   }
   return {&reader.addVideoOutput(plan.track, plan.output), &writer.addVideoInput(plan.input)};
 }
 
 TrackTransfer addAudio(MovieReader& reader, MovieWriter& writer, const MovieTrack& track) {
-  if (!track.hasFormatDescription) throw Failure("Cannot read the original audio format.");
+  if (!track.hasFormatDescription)
+    throw Failure(QT_TRANSLATE_NOOP("Failure", "Cannot read the original audio format."));
   const AudioInputSettings settings = audioInputSettings(track);
   if (!reader.canAdd(track) || !writer.canAdd(settings)) {
-    throw Failure("The original audio cannot be copied into a MOV file.");
+    throw Failure(
+        QT_TRANSLATE_NOOP("Failure", "The original audio cannot be copied into a MOV file."));
   }
   return {&reader.addAudioOutput(track), &writer.addAudioInput(settings)};
 }

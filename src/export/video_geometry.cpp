@@ -1,5 +1,6 @@
 #include "export/video_geometry.h"
 
+#include <QtGlobal>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -42,7 +43,8 @@ double pointsOf(double croppedPixels, double points, double pixels) {
 
 VideoGeometry VideoExporter::geometry(const Movie& movie) {
   std::vector<MovieTrack> tracks = movie.tracks(MovieTrack::Kind::Video);
-  if (tracks.empty()) throw Failure("This file has no readable video track.");
+  if (tracks.empty())
+    throw Failure(QT_TRANSLATE_NOOP("Failure", "This file has no readable video track."));
   return geometry(std::move(tracks.front()));
 }
 

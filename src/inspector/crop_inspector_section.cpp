@@ -35,8 +35,11 @@ QWidget* CropInspectorSection::addRow(const QString& title,
   QLabel* const text = PanelText::body(title, row);
   text->setMinimumHeight(kRowHeight);
   layout->addWidget(text, 1);
-  for (QWidget* const control : controls)
+  for (QWidget* const control : controls) {
     layout->addWidget(control);
+    // Assistive tools then read the name of the two but once.
+    if (control->accessibleName() == title) text->setBuddy(control);
+  }
   endRow(layout, *(controls.end() - 1));
   m_rows->addWidget(row);
   return row;

@@ -12,31 +12,32 @@ namespace {
 
 constexpr double kFinalizingFrom = 0.99;
 
-QString tr(const char* text) {
-  return QCoreApplication::translate("vantrel::CropExportFooter", text);
-}
+class Words final {
+  Q_DECLARE_TR_FUNCTIONS(ExportFooterText)
+};
 
 }  // namespace
 
 QString phase(double progress, bool indeterminate) {
-  if (indeterminate) return tr("Exporting…");
-  if (progress >= kFinalizingFrom) return tr("Finalizing…");
-  return tr("Exporting") + u' ' + QString::number(static_cast<int>(std::trunc(progress * 100))) +
-         u'%';
+  if (indeterminate) return Words::tr("Exporting…");
+  if (progress >= kFinalizingFrom) return Words::tr("Finalizing…");
+  return Words::tr("Exporting") + u' ' +
+         QString::number(static_cast<int>(std::trunc(progress * 100))) + u'%';
 }
 
 QString status(std::optional<CropExportState::Message> message, bool loaded, int64_t outputWidth,
                int64_t outputHeight, const QString& encodingName) {
   if (message) return CropExportState::text(*message);
-  if (!loaded) return tr("Ready");
+  if (!loaded) return Words::tr("Ready");
   return PanelText::pixelSize(outputWidth, outputHeight) + QStringLiteral(" px · ") + encodingName;
 }
 
 QString help() {
-  QString zoom = tr("Zoom: CMD-Scroll.");
+  QString zoom = Words::tr("Zoom: CMD-Scroll.");
   zoom.replace(QLatin1String("CMD"), commandKeyName());
-  return QStringList{tr("Pan: middle or right mouse buttons."), zoom, tr("Fit: double-click."),
-                     tr("Keep crop ratio: Shift-drag a corner.")}
+  return QStringList{Words::tr("Pan: middle or right mouse buttons."), zoom,
+                     Words::tr("Fit: double-click."),
+                     Words::tr("Keep crop ratio: Shift-drag a corner.")}
       .join(u'\n');
 }
 

@@ -10,9 +10,9 @@
 namespace vantrel {
 namespace {
 
-QString tr(const char* text) {
-  return QCoreApplication::translate("vantrel::OriginalSection", text);
-}
+class Words final {
+  Q_DECLARE_TR_FUNCTIONS(SourceFacts)
+};
 
 QString resolution(const InspectorSource& source) {
   return PanelText::pixelSize(static_cast<int64_t>(source.sourceSize.width()),
@@ -27,13 +27,14 @@ QString measured(double value, int digits, const QString& unit) {
 
 std::vector<SourceFact> imageFacts(const InspectorSource& source) {
   const ImageSource& image = *source.imageSource;
-  std::vector<SourceFact> facts{{tr("Format"), image.formatName(), {}},
-                                {tr("Resolution"), resolution(source), tr("Pixels")},
-                                {tr("Size"), CropFormatting::byteCount(source.sourceBytes), {}}};
+  std::vector<SourceFact> facts{
+      {Words::tr("Format"), image.formatName(), {}},
+      {Words::tr("Resolution"), resolution(source), Words::tr("Pixels")},
+      {Words::tr("Size"), CropFormatting::byteCount(source.sourceBytes), {}}};
   if (const std::optional<QString>& profile = image.colorProfileName) {
     // Marked up, so that the name itself, which comes out of the file, is not taken for markup.
-    facts.push_back(
-        {tr("Color profile"), *profile, QStringLiteral("<p>%1</p>").arg(profile->toHtmlEscaped())});
+    facts.push_back({Words::tr("Color profile"), *profile,
+                     QStringLiteral("<p>%1</p>").arg(profile->toHtmlEscaped())});
   }
   return facts;
 }
@@ -45,12 +46,14 @@ std::vector<SourceFact> sourceFacts(const InspectorSource& source) {
   const auto shown = [&source](const QString& value) {
     return source.loaded ? value : PanelNumbers::kNone;
   };
-  return {{tr("Dynamic range"), shown(source.sourceIsHDR ? tr("HDR") : tr("SDR")), {}},
-          {tr("Resolution"), source.loaded ? resolution(source) : PanelNumbers::kNoSize, {}},
-          {tr("Bitrate"), shown(measured(source.sourceMbps, 2, tr(" Mbps"))), {}},
-          {tr("Frame rate"), shown(measured(source.sourceFPS, 0, tr(" fps"))), {}},
-          {tr("Duration"), shown(measured(source.duration, 2, tr(" s"))), {}},
-          {tr("Size"), shown(CropFormatting::byteCount(source.sourceBytes)), {}}};
+  return {{Words::tr("Dynamic range"),
+           shown(source.sourceIsHDR ? Words::tr("HDR") : Words::tr("SDR")),
+           {}},
+          {Words::tr("Resolution"), source.loaded ? resolution(source) : PanelNumbers::kNoSize, {}},
+          {Words::tr("Bitrate"), shown(measured(source.sourceMbps, 2, Words::tr(" Mbps"))), {}},
+          {Words::tr("Frame rate"), shown(measured(source.sourceFPS, 0, Words::tr(" fps"))), {}},
+          {Words::tr("Duration"), shown(measured(source.duration, 2, Words::tr(" s"))), {}},
+          {Words::tr("Size"), shown(CropFormatting::byteCount(source.sourceBytes)), {}}};
 }
 
 }  // namespace vantrel

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "platform/desktop/formatting.h"
 #include "playback/playback_state.h"
 
 namespace vantrel {
@@ -19,10 +20,14 @@ int ticks(double seconds) {
                                            std::numeric_limits<int>::max()));
 }
 
+QString inWords(double seconds) {
+  return PositionSlider::tr("%1 s").arg(CropFormatting::fixed(seconds, 1));
+}
+
 }  // namespace
 
 PositionSlider::PositionSlider(PlaybackState& playback, QWidget* parent)
-    : QSlider(Qt::Horizontal, parent), m_playback(playback) {
+    : NumberSlider(kTicks, inWords, parent), m_playback(playback) {
   setAccessibleName(tr("Playback position"));
   setSingleStep(kArrowTicks);
   setPageStep(kPageTicks);

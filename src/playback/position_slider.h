@@ -1,13 +1,13 @@
 #pragma once
 
-#include <QSlider>
+#include "controls/number_slider.h"
 
 namespace vantrel {
 
 class PlaybackState;
 
 /// Shows where the playback stands, and seeks as it is moved. Main thread.
-class PositionSlider final : public QSlider {
+class PositionSlider final : public NumberSlider {
   Q_OBJECT
 
  public:

@@ -4,10 +4,10 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QSignalBlocker>
-#include <QSlider>
 #include <QToolButton>
 #include <cmath>
 
+#include "controls/number_slider.h"
 #include "controls/symbol_icon.h"
 #include "controls/tabular_digits.h"
 #include "controls/text_scale.h"
@@ -29,6 +29,11 @@ int ticks(double zoom) {
   return static_cast<int>(std::lround(zoom * kTicks));
 }
 
+/// Assistive tools are told hundredths.
+QString inWords(double hundredths) {
+  return ZoomControls::percentage(hundredths / 100);
+}
+
 }  // namespace
 
 ZoomControls::ZoomControls(double least, double most, QWidget* parent)
@@ -36,7 +41,7 @@ ZoomControls::ZoomControls(double least, double most, QWidget* parent)
       m_least(least),
       m_most(most),
       m_zoomOut(stepButton(tr("Zoom out"), false)),
-      m_slider(new QSlider(Qt::Horizontal, this)),
+      m_slider(new NumberSlider(kTicks / 100.0, inWords, this)),
       m_zoomIn(stepButton(tr("Zoom in"), true)),
       m_percentage(new QToolButton(this)),
       m_fit(new QPushButton(tr("Fit"), this)) {

@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "base/cancelled.h"
-#include "base/failure.h"
 #include "platform/desktop/file_error.h"
+#include "platform/desktop/user_text.h"
 #include "platform/image/image_reader.h"
 
 namespace vantrel {
@@ -63,7 +63,7 @@ void ExportReviewDocument::finishSave(FileSave::Outcome outcome) {
     Q_EMIT saveCancelled();
     return;
   } catch (...) {
-    Q_EMIT saveFailed(QString::fromStdString(userMessage(std::current_exception())));
+    Q_EMIT saveFailed(userText(std::current_exception()));
     return;
   }
   m_unsaved = false;

@@ -41,6 +41,7 @@ ImageReviewView::ImageReviewView(const std::filesystem::path& file, const Export
                                  QWidget* parent)
     : QWidget(parent), m_imageSize(summary.resolution), m_preview(new PicturePreview(this)) {
   setMinimumSize(kMinimumSize);
+  setAccessibleName(tr("Exported image"));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(kInformationPadding, kInformationPadding, kInformationPadding,
                              kInformationPadding);

@@ -50,6 +50,7 @@ VideoReviewView::VideoReviewView(ExportReviewDocument& document, QWidget* parent
       m_controls(new ReviewControls(document.playback(), this)) {
   setMinimumSize(kMinimumSize);
   setFocusPolicy(Qt::StrongFocus);
+  setAccessibleName(tr("Exported video"));
   QPalette black = palette();
   black.setColor(QPalette::Window, Qt::black);
   setPalette(black);

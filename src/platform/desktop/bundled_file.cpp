@@ -17,9 +17,13 @@ constexpr const char* kFolder = "../share/vantrel";
 
 }  // namespace
 
-std::optional<std::filesystem::path> bundledFile(const QString& name) {
+QString bundledPath(const QString& name) {
   const QDir folder(QCoreApplication::applicationDirPath() + u'/' + QLatin1String(kFolder));
-  const QString file = QDir::cleanPath(folder.filePath(name));
+  return QDir::cleanPath(folder.filePath(name));
+}
+
+std::optional<std::filesystem::path> bundledFile(const QString& name) {
+  const QString file = bundledPath(name);
   if (!QFileInfo(file).isFile()) return std::nullopt;
   return QFile::encodeName(file).toStdString();
 }

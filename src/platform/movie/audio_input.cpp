@@ -1,5 +1,7 @@
 #include "platform/movie/audio_input.h"
 
+#include <QtGlobal>
+
 extern "C" {
 #include <libavutil/mathematics.h>
 }
@@ -63,7 +65,8 @@ void AudioInput::write(AVPacket& packet, AVRational timeBase) {
   } catch (const MovieError& error) {
     // The muxer looks into packets of some codecs.
     if (error.code() != AVERROR_INVALIDDATA) throw;
-    throw Failure("The original audio is damaged and cannot be copied into a MOV file.");
+    throw Failure(QT_TRANSLATE_NOOP(
+        "Failure", "The original audio is damaged and cannot be copied into a MOV file."));
   }
 }
 
