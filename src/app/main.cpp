@@ -40,11 +40,14 @@ int main(int argc, char** argv) {
   QSurfaceFormat::setDefaultFormat(vantrel::pictureSurfaceFormat());
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Vantrel"));
+  QApplication::setApplicationVersion(QStringLiteral(VANTREL_VERSION));
   QApplication::setDesktopFileName(QStringLiteral("org.vantrel.Vantrel"));
   QLocale::setDefault(vantrel::CropFormatting::locale());
   vantrel::ApplicationLook::install();
 
   QCommandLineParser arguments;
+  arguments.addHelpOption();
+  arguments.addVersionOption();
   arguments.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("Files to open."),
                                   QStringLiteral("[FILE…]"));
   arguments.process(application);
