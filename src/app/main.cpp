@@ -45,12 +45,15 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   if (fonts.joinable()) fonts.join();
   QApplication::setApplicationName(QStringLiteral("Vantrel"));
+  QApplication::setApplicationVersion(QStringLiteral(VANTREL_VERSION));
   QApplication::setDesktopFileName(QStringLiteral("org.vantrel.Vantrel"));
   QLocale::setDefault(vantrel::CropFormatting::locale());
   vantrel::installTranslations(vantrel::userLanguages(), vantrel::translationsFolder());
   vantrel::ApplicationLook::install();
 
   QCommandLineParser arguments;
+  arguments.addHelpOption();
+  arguments.addVersionOption();
   arguments.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("Files to open."),
                                   QStringLiteral("[FILE…]"));
   arguments.process(application);

@@ -3,7 +3,17 @@
 #include <QFileInfo>
 #include <QLineEdit>
 
+#include "controls/dialog_folder.h"
+
 namespace vantrel {
+
+OpenDialog::OpenDialog(QWidget* parent, const QString& caption, const QString& filter)
+    : QFileDialog(parent, caption, DialogFolder::last(), filter) {
+  // A filter of every kind of video is longer than any dialog is wide.
+  setOption(HideNameFilterDetails);
+  setFileMode(ExistingFile);
+  connect(this, &QFileDialog::fileSelected, this, &DialogFolder::remember);
+}
 
 void OpenDialog::accept() {
   // The toolkit's name for it; a desktop's dialog has none.

@@ -5,12 +5,14 @@
 namespace vantrel {
 
 /// Asks for one file to open. The toolkit's own dialog, which stands in where the desktop has none,
-/// reads quotes as marks between several names; here they are part of the one name. Main thread.
+/// reads quotes as marks between several names; here they are part of the one name. It begins where
+/// the last dialog ended. Main thread.
 class OpenDialog final : public QFileDialog {
   Q_OBJECT
 
  public:
-  using QFileDialog::QFileDialog;
+  explicit OpenDialog(QWidget* parent = nullptr, const QString& caption = {},
+                      const QString& filter = {});
 
  protected:
   void accept() override;

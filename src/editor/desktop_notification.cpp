@@ -60,12 +60,14 @@ DesktopNotification::~DesktopNotification() {
 
 void DesktopNotification::listen() {
   QDBusConnection bus = QDBusConnection::sessionBus();
-  // The toolkit's bus knows slots and the types of their arguments by name only.
-  bus.connect(kService, kPath, kService, QStringLiteral("ActivationToken"), this,
+  // Of any sender: for a named one the toolkit would wait until the bus tells who that is. It knows
+  // slots and the types of their arguments by name only.
+  const QString any;
+  bus.connect(any, kPath, kService, QStringLiteral("ActivationToken"), this,
               SLOT(takeToken(uint, QString)));
-  bus.connect(kService, kPath, kService, QStringLiteral("ActionInvoked"), this,
+  bus.connect(any, kPath, kService, QStringLiteral("ActionInvoked"), this,
               SLOT(takeAction(uint, QString)));
-  bus.connect(kService, kPath, kService, QStringLiteral("NotificationClosed"), this,
+  bus.connect(any, kPath, kService, QStringLiteral("NotificationClosed"), this,
               SLOT(takeClosing(uint, uint)));
 }
 

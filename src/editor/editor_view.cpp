@@ -248,9 +248,8 @@ void EditorView::changeEvent(QEvent* event) {
 }
 
 void EditorView::openMedia() {
-  auto* dialog = new OpenDialog(this, tr("Open"), {}, MediaLoader::openFilter());
+  auto* dialog = new OpenDialog(this, tr("Open"), MediaLoader::openFilter());
   dialog->setAttribute(Qt::WA_DeleteOnClose);
-  dialog->setFileMode(QFileDialog::ExistingFile);
   layOutFileDialog(*dialog);
   connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& file) {
     m_loader.loadMedia(QFile::encodeName(file).toStdString());

@@ -31,6 +31,12 @@ std::optional<QString> keyOf(const QMimeData& data) {
 }
 
 void retrieve(const QString& key, QObject& receiver, Retrieved retrieved) {
+  if (!QDBusConnection::sessionBus().isConnected()) {
+    // A call would never be answered.
+    QMetaObject::invokeMethod(
+        &receiver, [retrieved = std::move(retrieved)] { retrieved({}, {}); }, Qt::QueuedConnection);
+    return;
+  }
   QDBusMessage call =
       QDBusMessage::createMethodCall(kService, kPath, kInterface, QStringLiteral("RetrieveFiles"));
   call << key << QVariantMap();

@@ -13,7 +13,7 @@ class QObject;
 /// org.freedesktop.portal.FileTransfer). Main thread.
 namespace vantrel::PortalTransfer {
 
-/// Told the paths, or none and why.
+/// Told the paths, or none and why; nothing of why where there is no session bus.
 using Retrieved = std::function<void(const QStringList& paths, const QString& error)>;
 
 /// Whether the data has such a key. Asks for no contents, which a drag may not give out yet.

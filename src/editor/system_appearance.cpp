@@ -52,9 +52,11 @@ SystemAppearance::SystemAppearance(QObject* parent)
 void SystemAppearance::askPortal() {
   QDBusConnection bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) return;
-  // The toolkit's bus knows slots and the types of their arguments by name only.
+  // Of any sender: for a named one the toolkit would wait until the bus tells who that is. It knows
+  // slots and the types of their arguments by name only.
+  const QString any;
   qRegisterMetaType<QDBusVariant>();
-  bus.connect(kService, kPath, kSettings, QStringLiteral("SettingChanged"), this,
+  bus.connect(any, kPath, kSettings, QStringLiteral("SettingChanged"), this,
               SLOT(takeSetting(QString, QString, QDBusVariant)));
   // Before a window is made the first answer has come in most cases.
   read(kAppearance, kColorScheme);

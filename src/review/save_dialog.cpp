@@ -7,6 +7,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+#include "controls/dialog_folder.h"
 #include "controls/file_dialog_layout.h"
 #include "controls/message_layout.h"
 #include "review/export_review_document.h"
@@ -14,7 +15,7 @@
 namespace vantrel {
 
 SaveDialog::SaveDialog(const ExportReviewDocument& document, QWidget* parent)
-    : QFileDialog(parent, tr("Save")), m_document(document) {
+    : QFileDialog(parent, tr("Save"), DialogFolder::last()), m_document(document) {
   setAcceptMode(AcceptSave);
   setFileMode(AnyFile);
   setMimeTypeFilters({document.contentType().name()});
@@ -81,6 +82,7 @@ void SaveDialog::askToReplace(const QString& path) {
 
 void SaveDialog::take(const QString& path) {
   m_chosen = path;
+  DialogFolder::remember(path);
   QDialog::accept();
 }
 

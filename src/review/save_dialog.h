@@ -11,7 +11,7 @@ class ExportReviewDocument;
 
 /// Asks where a finished export is to be saved. A name without an extension of the export's type
 /// gets it. What is typed is one name, whatever characters it holds. Nothing that exists is
-/// replaced unasked. Main thread.
+/// replaced unasked. It begins where the last dialog ended. Main thread.
 class SaveDialog final : public QFileDialog {
   Q_OBJECT
 

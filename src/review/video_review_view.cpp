@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QWindow>
 #include <algorithm>
 
@@ -18,6 +19,9 @@ namespace {
 constexpr QSize kMinimumSize{300, 200};
 constexpr int kInformationPadding = 12;
 constexpr int kControlsSideDistance = 12, kControlsBottomDistance = 24;
+constexpr int kNoticePadding = 40;
+
+constexpr QColor kNoticeColor(0xa3, 0xa5, 0xad);
 
 constexpr double kArrowSeconds = 1;
 constexpr auto kKeysOfOthers =
@@ -55,9 +59,24 @@ VideoReviewView::VideoReviewView(ExportReviewDocument& document, QWidget* parent
   black.setColor(QPalette::Window, Qt::black);
   setPalette(black);
   setAutoFillBackground(true);
+  if (!m_surface) showNotice();
   connectControls();
   document.openPlayer();
   followPlayer();
+}
+
+void VideoReviewView::showNotice() {
+  m_notice = new QLabel(
+      tr("The video cannot be shown, because this display has no OpenGL 3.2. Everything else "
+         "works."),
+      this);
+  QPalette onBlack = palette();
+  onBlack.setColor(QPalette::WindowText, kNoticeColor);
+  m_notice->setPalette(onBlack);
+  m_notice->setAlignment(Qt::AlignCenter);
+  m_notice->setWordWrap(true);
+  m_notice->setAttribute(Qt::WA_TransparentForMouseEvents);
+  m_notice->lower();
 }
 
 void VideoReviewView::connectControls() {
@@ -83,6 +102,9 @@ void VideoReviewView::followPlayer() {
 
 void VideoReviewView::resizeEvent(QResizeEvent* /*event*/) {
   if (m_surface) m_surface->setGeometry(rect());
+  if (m_notice) {
+    m_notice->setGeometry(rect().adjusted(kNoticePadding, 0, -kNoticePadding, 0));
+  }
   const int room = std::max(0, width() - 2 * kInformationPadding);
   m_information->setGeometry({{kInformationPadding, kInformationPadding},
                               m_information->sizeHint().boundedTo({room, height()})});

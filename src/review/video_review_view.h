@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+class QLabel;
+
 namespace vantrel {
 
 class ExportInformation;
@@ -21,7 +23,7 @@ class VideoReviewView final : public QWidget {
   /// `document` outlives the view.
   explicit VideoReviewView(ExportReviewDocument& document, QWidget* parent = nullptr);
 
-  /// Null where there is no OpenGL: the movie is heard then, and not seen.
+  /// Null where there is no OpenGL: the movie is heard then, and not seen, and a line says so.
   [[nodiscard]] PlayerSurface* surface() const { return m_surface; }
   [[nodiscard]] ExportInformation* information() const { return m_information; }
   [[nodiscard]] ReviewControls* controls() const { return m_controls; }
@@ -42,12 +44,15 @@ class VideoReviewView final : public QWidget {
 
  private:
   void connectControls();
+  void showNotice();
   void followPlayer();
   void toggleFullScreen();
   void seekBy(double seconds);
 
   ExportReviewDocument& m_document;
   PlayerSurface* const m_surface;
+  /// In place of the surface; null beside it.
+  QLabel* m_notice = nullptr;
   ExportInformation* m_information;
   ReviewControls* m_controls;
   bool m_isFullScreen = false;

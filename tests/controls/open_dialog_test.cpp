@@ -3,11 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
 
+#include "controls/dialog_folder.h"
 #include "support/temporary_folder.h"
 
 namespace vantrel {
@@ -16,10 +19,7 @@ namespace {
 class OpenDialogTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
-  void SetUp() override {
-    dialog.setFileMode(QFileDialog::ExistingFile);
-    dialog.setDirectory(QString::fromStdString(folder.path().string()));
-  }
+  void SetUp() override { dialog.setDirectory(QString::fromStdString(folder.path().string())); }
   void choose(const char* name) {
     dialog.selectFile(QString::fromUtf8(name));
     dialog.open();
@@ -51,6 +51,29 @@ TEST_F(OpenDialogTest, OpensAnyOtherFile) {
   testing::writeFile(folder / "b.png", "x");
   choose("b.png");
   EXPECT_EQ(chosen(), path("b.png"));
+}
+
+TEST_F(OpenDialogTest, BeginsWhereTheLastOneEnded) {
+  testing::writeFile(folder / "b.png", "x");
+  choose("b.png");
+  EXPECT_EQ(OpenDialog().directory().absolutePath(),
+            QString::fromStdString(folder.path().string()));
+}
+
+TEST(DialogFolder, ForgetsAFolderThatIsGone) {
+  {
+    const testing::TemporaryFolder brief;
+    DialogFolder::remember(QString::fromStdString((brief / "b.png").string()));
+    EXPECT_EQ(DialogFolder::last(), QString::fromStdString(brief.path().string()));
+  }
+  EXPECT_EQ(DialogFolder::last(), QString());
+}
+
+TEST_F(OpenDialogTest, NamesAFilterWithoutItsPatterns) {
+  const OpenDialog filtered(nullptr, {}, QStringLiteral("Images and Videos (*.png *.mov)"));
+  const auto* const types = filtered.findChild<QComboBox*>(QStringLiteral("fileTypeCombo"));
+  EXPECT_EQ(types->currentText(), QStringLiteral("Images and Videos"));
+  EXPECT_EQ(filtered.selectedNameFilter(), QStringLiteral("Images and Videos"));
 }
 
 }  // namespace

@@ -72,6 +72,13 @@ TEST_F(SaveDialogTest, TakesTheNameItProposesWhateverItHolds) {
   }
 }
 
+TEST_F(SaveDialogTest, BeginsWhereTheLastOneEnded) {
+  propose("photo.png");
+  save();
+  const SaveDialog next(*document, nullptr);
+  EXPECT_EQ(next.directory().absolutePath(), QString::fromStdString(folder.path().string()));
+}
+
 TEST_F(SaveDialogTest, TakesANameThatIsNoText) {
   propose("caf\xe9.png");
   save();

@@ -1,5 +1,6 @@
 #include "platform/gl/picture_surface.h"
 
+#include <QGuiApplication>
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
@@ -12,6 +13,8 @@ namespace vantrel {
 namespace {
 
 bool canDraw() {
+  // The one platform that has contexts, but no windows that show what is drawn with them.
+  if (QGuiApplication::platformName() == QLatin1String("offscreen")) return false;
   QOpenGLContext context;
   context.setFormat(pictureSurfaceFormat());
   if (!context.create() || context.isOpenGLES()) return false;
