@@ -11,6 +11,7 @@
 #include "canvas/crop_canvas_fields.h"
 #include "canvas/crop_overlay_view.h"
 #include "canvas/video_canvas_view.h"
+#include "canvas/window_remaking.h"
 #include "controls/floating_scroll_bar.h"
 #include "controls/motion.h"
 #include "model/edit_history.h"
@@ -74,6 +75,7 @@ CanvasScrollView::~CanvasScrollView() {
 void CanvasScrollView::prepareSurface() {
   if (std::exchange(m_hasSurface, true)) return;
   QWidget* const surface = PictureSurface::isSupported() ? m_canvas : makeNotice();
+  const WindowRemaking window(*this);
   surface->setMouseTracking(true);
   // The old viewport goes with all that lies on it.
   for (QWidget* over : std::initializer_list<QWidget*>{m_overlay, m_horizontalBar, m_verticalBar}) {
