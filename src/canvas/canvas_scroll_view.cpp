@@ -11,6 +11,7 @@
 #include "canvas/crop_canvas_fields.h"
 #include "canvas/crop_overlay_view.h"
 #include "canvas/video_canvas_view.h"
+#include "canvas/window_remaking.h"
 #include "controls/floating_scroll_bar.h"
 #include "controls/motion.h"
 #include "model/edit_history.h"
@@ -75,6 +76,7 @@ CanvasScrollView::~CanvasScrollView() {
 void CanvasScrollView::prepareSurface() {
   if (std::exchange(m_hasSurface, true)) return;
   QWidget* const surface = PictureSurface::isSupported() ? m_canvas : makeNotice();
+  const WindowRemaking window(*this);
   surface->setMouseTracking(true);
   // In the window first: what then moves within it keeps its place on the way of the Tab key.
   surface->setParent(this);
