@@ -141,6 +141,21 @@ TEST_F(ExportingWindowsTest, ClosingTheWindowOfAnExportCancelsIt) {
   EXPECT_TRUE(nothingIsLeft());
 }
 
+TEST_F(ExportingWindowsTest, ClosingOneOfTwoWindowsThatExportLeavesTheOtherAlone) {
+  QPointer<EditorWindow> closing = exportingInSecondTab();
+  EditorWindow* const other = openTabs(1);
+  EditorView* const editor = other->view();
+  ASSERT_TRUE(load(editor, *s_films / "film.mp4"));
+  editor->exports().exportMedia();
+  ASSERT_TRUE(editor->state().busy());
+  closing->close();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return closing.isNull(); }));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !editor->state().busy(); }, 60'000));
+  EXPECT_FALSE(editor->state().exportError());
+  EXPECT_FALSE(editor->state().exportState().message());
+  EXPECT_EQ(testing::waitingExports(), before + 1);
+}
+
 TEST_F(ExportingWindowsTest, AnExportGoesOnInATabThatIsTornOff) {
   EditorWindow* const window = exportingInSecondTab();
   EditorView* const editor = window->view();

@@ -125,21 +125,29 @@ TEST_F(InterruptedTabsTest, AnAlertOfAnotherTabEndsADragOfTheCrop) {
   EditorWindow* const window = openTabs(2);
   EditorView* const editor = window->view();
   ASSERT_TRUE(load(editor, folder / "photo.png"));
-  const QPoint c = editor->canvas()->mapTo(window, editor->canvas()->rect().center());
-  press(window, c);
-  move(window, c + QPoint(10, 10));
-  move(window, c + QPoint(30, 30));
+  EditHistory& history = editor->state().history();
+  history.setCrop({10, 10, 10, 10});
+  QCoreApplication::processEvents();
+  const QPoint center = editor->canvas()->mapTo(window, editor->canvas()->rect().center());
+  press(window, center);
+  move(window, center + QPoint(10, 10));
+  move(window, center + QPoint(60, 40));
+  ASSERT_NE(history.crop(), (CropMargins{10, 10, 10, 10}));
   window->editors().last()->state().setOpenError(QStringLiteral("No."));
   ASSERT_TRUE(QTest::qWaitFor([] { return shown<QMessageBox>() != nullptr; }));
-  release(window, c + QPoint(30, 30));
+  release(window, center + QPoint(60, 40));
   shown<QMessageBox>()->accept();
   ASSERT_TRUE(QTest::qWaitFor([] { return shown<QMessageBox>() == nullptr; }));
   window->selectEditor(editor);
   QCoreApplication::processEvents();
-  const CropMargins before = editor->state().history().crop();
-  move(window, c + QPoint(50, 60));
-  move(window, c + QPoint(70, 80));
-  EXPECT_EQ(editor->state().history().crop(), before);
+  const CropMargins before = history.crop();
+  move(window, center + QPoint(80, 60));
+  move(window, center + QPoint(120, 80));
+  EXPECT_EQ(history.crop(), before);
+  // The drag is one edit.
+  history.setCrop({1, 1, 1, 1});
+  history.undo();
+  EXPECT_EQ(history.crop(), before);
 }
 
 TEST_F(InterruptedTabsTest, AStoppedEditorSaysNothing) {
