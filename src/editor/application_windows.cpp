@@ -5,6 +5,7 @@
 #include <QFileOpenEvent>
 #include <QScreen>
 #include <QUuid>
+#include <QWindow>
 #include <memory>
 #include <utility>
 
@@ -34,6 +35,8 @@ QList<Window*> openWindows() {
 void placeBeside(const EditorWindow& front, EditorWindow& window,
                  const std::optional<QPoint>& globalPosition) {
   if (!front.isMaximized() && !front.isFullScreen()) window.resize(front.size());
+  // One that has not come to the screen yet has no place there: the desktop finds one for both.
+  if (!globalPosition && !front.windowHandle()->isExposed()) return;
   // It will have the same frame.
   const QSize size = window.size() + front.frameGeometry().size() - front.size();
   const QRect room = front.screen()->availableGeometry();

@@ -45,6 +45,13 @@ TEST_F(ApplicationWindowsTest, EachFurtherFileOpensAWindow) {
   EXPECT_EQ(second->editors().size(), 1);
 }
 
+TEST_F(ApplicationWindowsTest, LeavesThePlaceOfWindowsThatOpenTogetherToTheDesktop) {
+  const EditorWindow* const first = windows.openFile(folder / "photo.png");
+  const EditorWindow* const second = windows.openFile(folder / "other.png");
+  EXPECT_FALSE(first->testAttribute(Qt::WA_Moved));
+  EXPECT_FALSE(second->testAttribute(Qt::WA_Moved));
+}
+
 TEST_F(ApplicationWindowsTest, AnIdleTabTakesAFileAndComesToTheFront) {
   EditorWindow* const window = openTabs(2);
   EditorView* const idle = window->editors().last();

@@ -106,6 +106,36 @@ TEST_F(VideoExportTest, LeavesNothingWhenItGoesInTheMiddle) {
   expectNothingLeft();
 }
 
+TEST_F(VideoExportTest, RunsBesideTheExportOfAnotherEditor) {
+  EditorState other([](const Movie&) { return std::make_unique<testing::FakePlayer>(); });
+  const auto otherIsIdle = [&other] { return !other.busy(); };
+  MediaLoader otherLoader(other);
+  otherLoader.loadMedia(film("odd.mp4"));
+  ASSERT_TRUE(QTest::qWaitFor(otherIsIdle));
+  std::optional<FinishedExport> otherFinished;
+  ExportSession otherSession(other,
+                             [&](FinishedExport done) { otherFinished.emplace(std::move(done)); });
+  open("plain.mp4");
+  state.history().setCrop({0, 0, 20, 20});
+
+  session->exportMedia();
+  otherSession.exportMedia();
+  EXPECT_TRUE(state.busy());
+  EXPECT_TRUE(other.busy());
+  EXPECT_NE(state.exportState().operation(), other.exportState().operation());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !state.busy() && !other.busy(); }, 60000));
+
+  ASSERT_TRUE(finished);
+  ASSERT_TRUE(otherFinished);
+  const auto sizeOf = [](const FinishedExport& done) {
+    return VideoExporter::geometry(Movie::open(done.file.path())).bounds.size();
+  };
+  EXPECT_EQ(sizeOf(*finished), QSizeF(140, 100));
+  EXPECT_EQ(sizeOf(*otherFinished), QSizeF(160, 120));
+  EXPECT_EQ(finished->title, QStringLiteral("plain-framed"));
+  EXPECT_EQ(otherFinished->title, QStringLiteral("odd-framed"));
+}
+
 TEST_F(VideoExportTest, RefusesAnHdrVideoAsH264) {
   open("hdr.mov");
   state.history().setCodec(Codec::h264);
