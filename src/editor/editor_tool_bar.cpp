@@ -2,6 +2,8 @@
 
 #include <QAction>
 #include <QEvent>
+#include <QLayout>
+#include <algorithm>
 
 #include "canvas/crop_zoom_stops.h"
 #include "controls/symbol_icon.h"
@@ -15,7 +17,7 @@ namespace {
 
 // Points.
 constexpr int kHeight = 48;
-constexpr int kLeastPadding = 8;
+constexpr int kSideMargin = 14, kLeastPadding = 4;
 constexpr int kGap = 16;
 
 }  // namespace
@@ -31,8 +33,14 @@ EditorToolBar::EditorToolBar(CropMenuBar& menus, QWidget* parent)
   addWidget(stretch);
   buildViewing();
   setFixedHeight(std::max(kHeight, m_zoom->sizeHint().height() + 2 * kLeastPadding));
+  updateMargins();
   updateIcons();
   updateState();
+}
+
+// A style leaves the same room on all sides.
+void EditorToolBar::updateMargins() {
+  layout()->setContentsMargins(kSideMargin, kLeastPadding, kSideMargin, kLeastPadding);
 }
 
 void EditorToolBar::buildEditing() {
@@ -110,6 +118,7 @@ void EditorToolBar::updateIcons() {
 
 void EditorToolBar::changeEvent(QEvent* event) {
   QToolBar::changeEvent(event);
+  if (event->type() == QEvent::StyleChange && m_inspector) updateMargins();
   if (event->type() != QEvent::PaletteChange || !m_inspector) return;
   updateIcons();
   updateState();
