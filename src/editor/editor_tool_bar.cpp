@@ -2,7 +2,6 @@
 
 #include <QAction>
 #include <QEvent>
-#include <QLayout>
 #include <algorithm>
 
 #include "canvas/crop_zoom_stops.h"
@@ -17,7 +16,7 @@ namespace {
 
 // Points.
 constexpr int kHeight = 48;
-constexpr int kSideMargin = 14, kLeastPadding = 4;
+constexpr int kLeastPadding = 12;
 constexpr int kGap = 16;
 
 }  // namespace
@@ -33,14 +32,8 @@ EditorToolBar::EditorToolBar(CropMenuBar& menus, QWidget* parent)
   addWidget(stretch);
   buildViewing();
   setFixedHeight(std::max(kHeight, m_zoom->sizeHint().height() + 2 * kLeastPadding));
-  updateMargins();
   updateIcons();
   updateState();
-}
-
-// A style leaves the same room on all sides.
-void EditorToolBar::updateMargins() {
-  layout()->setContentsMargins(kSideMargin, kLeastPadding, kSideMargin, kLeastPadding);
 }
 
 void EditorToolBar::buildEditing() {
@@ -118,7 +111,6 @@ void EditorToolBar::updateIcons() {
 
 void EditorToolBar::changeEvent(QEvent* event) {
   QToolBar::changeEvent(event);
-  if (event->type() == QEvent::StyleChange && m_inspector) updateMargins();
   if (event->type() != QEvent::PaletteChange || !m_inspector) return;
   updateIcons();
   updateState();

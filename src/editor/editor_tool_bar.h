@@ -41,7 +41,6 @@ class EditorToolBar final : public QToolBar {
   void buildViewing();
   QAction* addCommand(CropCommand command, const QString& help);
   void addGap();
-  void updateMargins();
   void updateIcons();
 
   CropMenuBar& m_menus;
