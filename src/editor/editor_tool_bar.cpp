@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QEvent>
 #include <QWidget>
+#include <algorithm>
 
 #include "canvas/crop_zoom_stops.h"
 #include "controls/symbol_icon.h"
@@ -16,7 +17,7 @@ namespace {
 
 // Points.
 constexpr int kHeight = 48;
-constexpr int kLeastPadding = 8;
+constexpr int kLeastPadding = 12;
 constexpr int kGap = 16;
 
 }  // namespace

@@ -23,11 +23,12 @@ constexpr double kButtonRadius = 7;
 constexpr double kFocusWidth = 2;
 constexpr int kToolIcon = 18;
 constexpr int kToolButton = 32;
-constexpr int kToolBarMargin = 14;
+constexpr int kToolBarMargin = 12;
 constexpr int kToolBarSpacing = 8;
 constexpr int kMenuBarMargin = 2;
 constexpr int kMenuBarItemHeight = 26, kMenuBarItemExtra = 6;
 constexpr int kTabPadding = 12;
+constexpr int kOpaque = 255;
 constexpr int kLeastButton = 48, kLeastDialogButton = 80, kButtonPadding = 16;
 constexpr int kFieldPadding = 5;
 
@@ -200,6 +201,10 @@ void QuietStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
     case PE_FrameMenu:
       QuietMenu::drawFrame(*option, *painter);
       return;
+    case PE_PanelTipLabel:
+      painter->fillRect(option->rect, option->palette.color(QPalette::ToolTipBase));
+      QuietMenu::drawFrame(*option, *painter);
+      return;
     case PE_IndicatorTabClose:
       QuietTab::drawCloseButton(*option, *painter);
       return;
@@ -346,6 +351,8 @@ int QuietStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWid
       return m_showsMotion ? QProxyStyle::styleHint(hint, option, widget, returned) : 0;
     case SH_Slider_AbsoluteSetButtons:
       return Qt::LeftButton;
+    case SH_ToolTipLabel_Opacity:
+      return kOpaque;
     case SH_UnderlineShortcut:
     case SH_DialogButtonBox_ButtonsHaveIcons:
     case SH_EtchDisabledText:

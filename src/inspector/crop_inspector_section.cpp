@@ -5,6 +5,7 @@
 
 #include "controls/crop_reset_button.h"
 #include "controls/panel_text.h"
+#include "controls/text_scale.h"
 
 namespace vantrel {
 namespace {
@@ -21,7 +22,7 @@ CropInspectorSection::CropInspectorSection(const QString& title, QWidget* parent
   m_rows->setSpacing(kSpacing);
   m_header->setSpacing(kControlSpacing);
   QLabel* const text = PanelText::title(title, this);
-  text->setMinimumHeight(kTitleHeight);
+  text->setMinimumHeight(scaledForText(kTitleHeight));
   m_header->addWidget(text, 1);
   m_rows->addLayout(m_header);
 }
@@ -33,7 +34,7 @@ QWidget* CropInspectorSection::addRow(const QString& title,
   layout->setContentsMargins({});
   layout->setSpacing(kControlSpacing);
   QLabel* const text = PanelText::body(title, row);
-  text->setMinimumHeight(kRowHeight);
+  text->setMinimumHeight(scaledForText(kRowHeight));
   layout->addWidget(text, 1);
   for (QWidget* const control : controls) {
     layout->addWidget(control);

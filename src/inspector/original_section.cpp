@@ -5,6 +5,7 @@
 
 #include "controls/crop_reset_button.h"
 #include "controls/panel_text.h"
+#include "controls/text_scale.h"
 #include "inspector/source_facts.h"
 
 namespace vantrel {
@@ -22,7 +23,7 @@ OriginalSection::Row OriginalSection::makeRow() {
   const Row made{row, PanelText::body({}, row), PanelText::value(row)};
   auto* const layout = new QHBoxLayout(row);
   layout->setSpacing(kTitleSpacing);
-  made.title->setMinimumHeight(kRowHeight);
+  made.title->setMinimumHeight(scaledForText(kRowHeight));
   layout->addWidget(made.title);
   layout->addWidget(made.value, 1);
   endRow(layout, made.value);

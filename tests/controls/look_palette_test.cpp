@@ -5,6 +5,7 @@
 #include <QColor>
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "controls/dark_palette.h"
 
@@ -24,7 +25,7 @@ double luminance(const QColor& color) {
 }
 
 double contrast(const QColor& one, const QColor& other) {
-  const auto [low, high] = std::minmax(luminance(one), luminance(other));
+  const auto [low, high] = std::minmax({luminance(one), luminance(other)});
   return (high + 0.05) / (low + 0.05);
 }
 

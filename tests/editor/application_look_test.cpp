@@ -206,6 +206,8 @@ TEST_P(LargeTextTest, IsNowhereCutOff) {
     expectWholeText(*label);
   }
   for (const QAbstractButton* button : shown<QAbstractButton>()) {
+    EXPECT_TRUE(button->parentWidget()->rect().contains(button->geometry()))
+        << qPrintable(button->accessibleName()) << qPrintable(button->text());
     const auto* tool = qobject_cast<const QToolButton*>(button);
     const bool isIcon =
         tool && tool->toolButtonStyle() == Qt::ToolButtonIconOnly && !tool->icon().isNull();
