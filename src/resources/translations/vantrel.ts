@@ -958,6 +958,10 @@
         <source>Exported video</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>The video cannot be shown, because this display has no OpenGL 3.2. Everything else works.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>vantrel::ZoomControls</name>
