@@ -17,7 +17,7 @@ namespace {
 
 // Points.
 constexpr int kHeight = 48;
-constexpr int kLeastPadding = 12;
+constexpr int kLeastPadding = 14;
 constexpr int kGap = 16;
 
 }  // namespace
@@ -32,7 +32,7 @@ EditorToolBar::EditorToolBar(CropMenuBar& menus, QWidget* parent)
   stretch->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
   addWidget(stretch);
   buildViewing();
-  setFixedHeight(std::max(kHeight, m_zoom->sizeHint().height() + 2 * kLeastPadding));
+  setFixedHeight(std::max(kHeight, fontMetrics().height() + 2 * kLeastPadding));
   updateIcons();
   updateState();
 }

@@ -20,6 +20,7 @@
 #include "canvas/crop_appearance.h"
 #include "controls/look_palette.h"
 #include "controls/motion.h"
+#include "editor/editor_tool_bar.h"
 #include "editor/editor_view.h"
 #include "editor/editor_window.h"
 #include "inspector/crop_export_footer.h"
@@ -120,6 +121,7 @@ bool isNear(const QColor& one, const QColor& other) {
 
 TEST_F(ApplicationLookTest, FollowsTheDesktopWhileWindowsAreOpen) {
   open();
+  EXPECT_EQ(m_window->toolBar()->height(), 48);
   for (const bool dark : {true, false}) {
     s_desktop->setDark(dark);
     const QColor window = lookPalette(dark).color(QPalette::Window);
