@@ -10,11 +10,17 @@ namespace vantrel {
 
 VideoExportOperation::VideoExportOperation(VideoExportRequest request, Reports reports,
                                            Completion completion)
-    : m_task(
-          [request = std::move(request), reports = Reports{delivered(std::move(reports.fileSize)),
-                                                           delivered(std::move(reports.progress))}](
-              const std::stop_token& stop) { return run(request, reports, stop); },
-          std::move(completion)) {}
+    : m_fileSize(m_receiver, std::move(reports.fileSize)),
+      m_progress(m_receiver, std::move(reports.progress)),
+      m_task([request = std::move(request), reports = Reports{m_fileSize, m_progress}](
+                 const std::stop_token& stop) { return run(request, reports, stop); },
+             [this, completion = std::move(completion)](Outcome outcome) {
+               m_fileSize.deliver();
+               m_progress.deliver();
+               // It may destroy what it stands in.
+               const Completion complete = completion;
+               complete(std::move(outcome));
+             }) {}
 
 FinishedExport VideoExportOperation::run(const VideoExportRequest& request, const Reports& reports,
                                          const std::stop_token& stop) {
@@ -41,15 +47,6 @@ FinishedExport VideoExportOperation::run(const VideoExportRequest& request, cons
   summary.isHDR = request.isHDR;
   summary.resolution = request.crop.size();
   return {std::move(file), std::move(summary), type, title};
-}
-
-template <class Value>
-std::function<void(Value)> VideoExportOperation::delivered(std::function<void(Value)> report) {
-  if (!report) return {};
-  return [receiver = &m_receiver, report = std::move(report)](Value value) {
-    QMetaObject::invokeMethod(
-        receiver, [report, value] { report(value); }, Qt::QueuedConnection);
-  };
 }
 
 }  // namespace vantrel

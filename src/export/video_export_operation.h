@@ -11,6 +11,7 @@
 #include "export/video_exporter.h"
 #include "model/encoding_settings.h"
 #include "platform/desktop/background_task.h"
+#include "platform/desktop/latest_report.h"
 
 namespace vantrel {
 
@@ -41,10 +42,10 @@ class VideoExportOperation final {
     VideoExporter::Progress progress;
   };
 
-  /// Starts at once. The reports come from the event loop, all of them before the completion and
-  /// none after this object's end. `completion` is called once, later, from the event loop: with
-  /// the finished export, or with what `run` throws; with Cancelled whenever `cancel` came before.
-  /// It may destroy the operation.
+  /// Starts at once. The reports come from the event loop as those of LatestReport do, the last of
+  /// them before the completion, and none after this object's end. `completion` is called once,
+  /// later, from the event loop: with the finished export, or with what `run` throws; with
+  /// Cancelled whenever `cancel` came before. It may destroy the operation.
   VideoExportOperation(VideoExportRequest request, Reports reports, Completion completion);
 
   /// The work itself, blocking, on any thread; reports come from several. Throws what
@@ -55,12 +56,10 @@ class VideoExportOperation final {
   void cancel() { m_task.cancel(); }
 
  private:
-  /// `report` called on the thread of this object instead.
-  template <class Value>
-  [[nodiscard]] std::function<void(Value)> delivered(std::function<void(Value)> report);
-
   /// Takes the reports that are on their way, and outlives the task that sends them.
   QObject m_receiver;
+  LatestReport<int64_t> m_fileSize;
+  LatestReport<double> m_progress;
   BackgroundTask<FinishedExport> m_task;
 };
 

@@ -12,12 +12,14 @@
 #include <utility>
 
 #include "base/cancelled.h"
+#include "platform/desktop/background_priority.h"
 
 namespace vantrel {
 
-/// One piece of blocking work on a thread of its own, with its outcome delivered to the thread that
-/// started it. Lives on that thread, which must run an event loop. The destructor cancels, joins,
-/// and drops an outcome that has not been delivered, so that no outcome reaches a dead owner.
+/// One piece of blocking work on a thread of its own, which gives way to windows, with its outcome
+/// delivered to the thread that started it. Lives on that thread, which must run an event loop. The
+/// destructor cancels, joins, and drops an outcome that has not been delivered, so that no outcome
+/// reaches a dead owner.
 template <class Result>
 class BackgroundTask final {
  public:
@@ -51,6 +53,7 @@ class BackgroundTask final {
     try {
       m_thread = std::jthread([work = std::move(work), stop = m_stop.get_token(),
                                receiver = m_receiver.get(), mailbox = m_mailbox]() mutable {
+        giveWayToWindows();
         run(std::exchange(work, nullptr), std::move(stop), mailbox->outcome);
         post(receiver, std::move(mailbox));
       });
