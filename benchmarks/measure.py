@@ -6,6 +6,7 @@ import statistics
 import subprocess
 import sys
 import time
+from concurrent.futures import ThreadPoolExecutor
 from dataclasses import dataclass, field
 
 MEBIBYTE = 1 << 20
@@ -16,6 +17,14 @@ class Run:
     wall: float
     processor: float
     peak_bytes: int
+
+
+@dataclass
+class Ratio:
+    """What our times are to theirs."""
+
+    wall: float
+    processor: float
 
 
 @dataclass
@@ -95,6 +104,28 @@ def measure_in_turn(commands, runs, folder):
             if number > 0:
                 result.append(run)
     return [medians(result) for result in results]
+
+
+def compare(ours, theirs, runs, folder):
+    """Medians of both, and the medians of what each pair's times are to each other.
+
+    Both of a pair run at the same time and share the machine: what slows it for a moment slows them
+    alike, and whichever takes more of it, or makes worse use of its processors, ends later.
+    """
+    pairs = []
+    with ThreadPoolExecutor(max_workers=2) as threads:
+        for number in range(runs + 1):
+            order = [ours, theirs] if number % 2 else [theirs, ours]
+            pair = list(threads.map(lambda command: measure(command, folder), order))
+            # After one that fills the caches.
+            if number > 0:
+                pairs.append(pair if number % 2 else pair[::-1])
+    ratio = Ratio(
+        statistics.median(our.wall / their.wall for our, their in pairs),
+        statistics.median(our.processor / their.processor for our, their in pairs),
+    )
+    our, their = (medians(results) for results in zip(*pairs))
+    return our, their, ratio
 
 
 def described(run, file):

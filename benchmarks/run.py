@@ -3,7 +3,7 @@
 
     benchmarks/run.py --bin build/release/bin [--runs N] [--only images|canvas|video|playback|window] [--out FILE]
 
-What is compared runs in turn, in the same minutes on the same machine, and medians are compared, so
+What is compared runs in turn, or at the same time, on the same machine, and medians are compared, so
 that a busy machine slows both sides. Needs ImageMagick (convert, identify), heif-enc,
 ffmpeg and mpv, and a display for the canvas and the window.
 """
