@@ -3,12 +3,14 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTest>
+#include <QWidget>
 #include <algorithm>
 #include <cstdint>
 #include <ctime>
 #include <fstream>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace vantrel::testing {
 
@@ -27,13 +29,22 @@ struct Turn {
 /// The longest turns of the main event loop. Main thread.
 class TurnWatch final {
  public:
-  /// Milliseconds of processor time that no turn takes on any machine, and that reading, decoding
-  /// or encoding a file would. How far below it the turns are is for the benchmark.
-#ifdef __SANITIZE_ADDRESS__
-  static constexpr double kProcessorLimit = 2'000;
-#else
-  static constexpr double kProcessorLimit = 250;
-#endif
+  /// What the main thread may do in one turn, in paintings of a whole window, so that no machine's
+  /// speed decides: about 50 milliseconds where one takes two.
+  static constexpr double kMostPaintings = 24;
+
+  /// Processor time of painting the window once on this machine at this moment, in milliseconds.
+  static double paintingOf(QWidget& window) {
+    constexpr int kTries = 9;
+    std::vector<double> times;
+    for (int number = 0; number < kTries; ++number) {
+      const Turn before = now();
+      window.repaint();
+      times.push_back(now().processor - before.processor);
+    }
+    std::sort(times.begin(), times.end());
+    return times[kTries / 2];
+  }
 
   /// Runs `work` as a turn of its own, as an event would.
   void run(const std::function<void()>& work) {
@@ -60,9 +71,7 @@ class TurnWatch final {
   }
 
   /// The most of each kind in one turn, and all that was read.
-  [[nodiscard]] const Turn& longest() const {
-    return m_longest;
-  }
+  [[nodiscard]] const Turn& longest() const { return m_longest; }
 
  private:
   static Turn now() {

@@ -24,7 +24,9 @@ QOpenGLExtraFunctions& gl() {
   return *QOpenGLContext::currentContext()->extraFunctions();
 }
 
-void build(QOpenGLShaderProgram& program, const char* fragmentShader) {
+/// Builds what has not been built: each program takes milliseconds, and few pictures need both.
+QOpenGLShaderProgram& built(QOpenGLShaderProgram& program, const char* fragmentShader) {
+  if (!program.shaders().isEmpty()) return program;
   program.addShaderFromSourceCode(QOpenGLShader::Vertex, kTileVertexShader);
   program.addShaderFromSourceCode(QOpenGLShader::Fragment,
                                   QByteArray(kTileFragmentCommon) + fragmentShader);
@@ -33,6 +35,7 @@ void build(QOpenGLShaderProgram& program, const char* fragmentShader) {
   program.bindAttributeLocation("footprint", 2);
   program.bindAttributeLocation("origin", 3);
   program.link();
+  return program;
 }
 
 void setTextureParameters(GLint filter) {
@@ -88,8 +91,6 @@ struct TilePainter::Objects {
   uint32_t table = 0;
 
   Objects() {
-    build(sharp, kSharpTileShader);
-    build(smooth, kSmoothTileShader);
     array.create();
     corners.create();
     gl().glGenTextures(1, &table);
@@ -165,8 +166,9 @@ void TilePainter::draw(const PictureView& view, const PicturePlacement& placemen
   if (!sharp.empty()) fillTable(placement);
   gl().glActiveTexture(GL_TEXTURE0 + kTileUnit);
   m_objects->array.bind();
-  drawQuads(m_objects->sharp, sharp, view, placement);
-  drawQuads(m_objects->smooth, smooth, view, placement);
+  if (!sharp.empty()) drawQuads(built(m_objects->sharp, kSharpTileShader), sharp, view, placement);
+  if (!smooth.empty())
+    drawQuads(built(m_objects->smooth, kSmoothTileShader), smooth, view, placement);
   m_objects->array.release();
   gl().glBindTexture(GL_TEXTURE_2D, 0);
 }
