@@ -62,6 +62,17 @@ TEST_F(ApplicationWindowsTest, AnIdleTabTakesAFileAndComesToTheFront) {
   EXPECT_EQ(idle->state().file()->path, folder / "other.png");
 }
 
+TEST_F(ApplicationWindowsTest, AMinimizedWindowComesBackAsLargeAsItWas) {
+  EditorWindow* const window = openTabs(1);
+  window->showMaximized();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return window->isMaximized(); }));
+  window->showMinimized();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return window->isMinimized(); }));
+  EXPECT_EQ(windows.openFile(folder / "photo.png"), window);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !window->isMinimized() && window->isActiveWindow(); }));
+  EXPECT_TRUE(window->isMaximized());
+}
+
 TEST_F(ApplicationWindowsTest, TheActiveWindowTakesAFileFirst) {
   EditorWindow* const first = openTabs(2);
   EditorWindow* const second = openTabs(1);
