@@ -18,6 +18,7 @@
 #include "editor/editor_workspace.h"
 #include "editor/empty_canvas_view.h"
 #include "editor/error_alert.h"
+#include "inspector/crop_export_footer.h"
 #include "inspector/inspector_view.h"
 #include "platform/gl/picture_surface.h"
 
@@ -118,6 +119,7 @@ void EditorView::connectTools() {
   connect(m_inspector, &InspectorView::canvasColorChanged, &m_state, &EditorState::setCanvasColor);
   connect(m_inspector, &InspectorView::exportRequested, &m_exports, &ExportSession::exportMedia);
   connect(m_inspector, &InspectorView::cancelRequested, &m_exports, &ExportSession::cancel);
+  connect(&m_exports, &ExportSession::requested, m_inspector->footer(), &CropExportFooter::begin);
 }
 
 void EditorView::watchState() {
