@@ -19,18 +19,20 @@
 #include "editor/first_paint.h"
 #include "export/export_temporary_storage.h"
 #include "platform/desktop/formatting.h"
+#include "platform/desktop/local_file.h"
 #include "platform/desktop/translations.h"
 #include "platform/gl/picture_surface.h"
 #include "platform/gl/surface_format.h"
 
 namespace {
 
-/// The file that an argument names, of whatever bytes: as text it may have lost some.
+/// The file that an argument names: as text it may have lost bytes that it had.
 std::filesystem::path fileOf(const QString& argument, std::span<char*> arguments) {
   const auto named = std::find_if(arguments.begin(), arguments.end(), [&](const char* bytes) {
     return QString::fromLocal8Bit(bytes) == argument;
   });
-  return named == arguments.end() ? QFile::encodeName(argument).constData() : *named;
+  return vantrel::fileOfArgument(named == arguments.end() ? QFile::encodeName(argument).constData()
+                                                          : *named);
 }
 
 }  // namespace
