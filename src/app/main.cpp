@@ -13,6 +13,7 @@
 #ifdef VANTREL_DEFERS_LIBRARIES
 #include "app/deferred_functions.h"
 #endif
+#include "app/end_signals.h"
 #include "app/font_reading.h"
 #include "editor/application_look.h"
 #include "editor/application_windows.h"
@@ -61,6 +62,7 @@ int main(int argc, char** argv) {
   arguments.process(application);
 
   vantrel::ApplicationWindows windows;
+  const vantrel::EndSignals endSignals([&windows] { windows.end(); });
   for (const QString& file : arguments.positionalArguments()) {
     windows.openFile(fileOf(file, {argv, static_cast<size_t>(argc)}));
   }

@@ -50,7 +50,7 @@ void placeBeside(const EditorWindow& front, EditorWindow& window,
 ApplicationWindows::ApplicationWindows(QObject* parent) : QObject(parent) {
   qApp->installEventFilter(this);
   // Before the session folder goes, which an export that runs writes to.
-  connect(qApp, &QCoreApplication::aboutToQuit, this, &deleteAllEditors);
+  connect(qApp, &QCoreApplication::aboutToQuit, this, &deleteAllWindows);
 }
 
 EditorWindow* ApplicationWindows::openEditor() {
@@ -169,6 +169,11 @@ void ApplicationWindows::continueQuitting() {
   m_ending = true;
   QApplication::quit();
   m_ending = m_quitting = false;
+}
+
+void ApplicationWindows::end() {
+  m_quitting = false;
+  QCoreApplication::exit();
 }
 
 bool ApplicationWindows::eventFilter(QObject* watched, QEvent* event) {

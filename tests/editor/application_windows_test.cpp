@@ -209,7 +209,7 @@ TEST_F(ExportingWindowsTest, EndsEveryEditorAtOnce) {
   QPointer<EditorWindow> other = windows.openEditor();
   QPointer<EditorView> closing = window->view();
   window->closeEditor(closing);
-  deleteAllEditors();
+  deleteAllWindows();
   EXPECT_TRUE(window.isNull());
   EXPECT_TRUE(other.isNull());
   EXPECT_TRUE(closing.isNull());
