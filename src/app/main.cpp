@@ -13,24 +13,27 @@
 #ifdef VANTREL_DEFERS_LIBRARIES
 #include "app/deferred_functions.h"
 #endif
+#include "app/end_signals.h"
 #include "app/font_reading.h"
 #include "editor/application_look.h"
 #include "editor/application_windows.h"
 #include "editor/first_paint.h"
 #include "export/export_temporary_storage.h"
 #include "platform/desktop/formatting.h"
+#include "platform/desktop/local_file.h"
 #include "platform/desktop/translations.h"
 #include "platform/gl/picture_surface.h"
 #include "platform/gl/surface_format.h"
 
 namespace {
 
-/// The file that an argument names, of whatever bytes: as text it may have lost some.
+/// The file that an argument names: as text it may have lost bytes that it had.
 std::filesystem::path fileOf(const QString& argument, std::span<char*> arguments) {
   const auto named = std::find_if(arguments.begin(), arguments.end(), [&](const char* bytes) {
     return QString::fromLocal8Bit(bytes) == argument;
   });
-  return named == arguments.end() ? QFile::encodeName(argument).constData() : *named;
+  return vantrel::fileOfArgument(named == arguments.end() ? QFile::encodeName(argument).constData()
+                                                          : *named);
 }
 
 }  // namespace
@@ -59,6 +62,7 @@ int main(int argc, char** argv) {
   arguments.process(application);
 
   vantrel::ApplicationWindows windows;
+  const vantrel::EndSignals endSignals([&windows] { windows.end(); });
   for (const QString& file : arguments.positionalArguments()) {
     windows.openFile(fileOf(file, {argv, static_cast<size_t>(argc)}));
   }

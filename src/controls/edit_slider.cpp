@@ -1,6 +1,5 @@
 #include "controls/edit_slider.h"
 
-#include <QAccessibleWidget>
 #include <QMouseEvent>
 #include <QSignalBlocker>
 #include <QStyleOptionSlider>
@@ -9,41 +8,9 @@
 #include "model/edit_history.h"
 
 namespace vantrel {
-namespace {
-
-class AccessibleEditSlider final : public QAccessibleWidget, public QAccessibleValueInterface {
- public:
-  explicit AccessibleEditSlider(EditSlider& slider)
-      : QAccessibleWidget(&slider, QAccessible::Slider), m_slider(slider) {}
-
-  void* interface_cast(QAccessible::InterfaceType type) override {
-    if (type == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
-    return QAccessibleWidget::interface_cast(type);
-  }
-  QVariant currentValue() const override { return m_slider.number(); }
-  void setCurrentValue(const QVariant& value) override { m_slider.choose(value.toDouble()); }
-  QVariant maximumValue() const override { return m_slider.scale().upper; }
-  QVariant minimumValue() const override { return m_slider.scale().lower; }
-  QVariant minimumStepSize() const override { return 1.0 / m_slider.scale().stepsPerUnit; }
-
- private:
-  EditSlider& m_slider;
-};
-
-QAccessibleInterface* makeInterface(const QString& className, QObject* object) {
-  if (className != QLatin1String(EditSlider::staticMetaObject.className())) return nullptr;
-  auto* const slider = qobject_cast<EditSlider*>(object);
-  return slider ? new AccessibleEditSlider(*slider) : nullptr;
-}
-
-}  // namespace
 
 EditSlider::EditSlider(EditHistory& history, QWidget* parent)
-    : QSlider(Qt::Horizontal, parent), m_history(&history) {
-  [[maybe_unused]] static const bool installed = [] {
-    QAccessible::installFactory(makeInterface);
-    return true;
-  }();
+    : SpokenSlider(parent), m_history(&history) {
   setFocusPolicy(Qt::StrongFocus);
   connect(this, &QSlider::actionTriggered, this, &EditSlider::correctStep);
   connect(this, &QSlider::valueChanged, this, &EditSlider::takeStep);
@@ -54,6 +21,10 @@ EditSlider::EditSlider(EditHistory& history, QWidget* parent)
 
 EditSlider::~EditSlider() {
   endDrag();
+}
+
+SpokenSlider::Span EditSlider::span() const {
+  return {m_scale.lower, m_scale.upper, 1.0 / m_scale.stepsPerUnit};
 }
 
 void EditSlider::showNumber(double number, const SliderScale& scale) {

@@ -1,19 +1,18 @@
 #pragma once
 
 #include <QPointer>
-#include <QSlider>
 #include <optional>
 
 #include "controls/slider_scale.h"
+#include "controls/spoken_slider.h"
 
 namespace vantrel {
 
 class EditHistory;
 
 /// A slider on a number of the edit history: dragging it is one transaction, each key one edit. It
-/// tells assistive tools the number itself. It takes no turn of the wheel, which scrolls what it
-/// lies in. Main thread.
-class EditSlider final : public QSlider {
+/// takes no turn of the wheel, which scrolls what it lies in. Main thread.
+class EditSlider final : public SpokenSlider {
   Q_OBJECT
 
  public:
@@ -23,12 +22,12 @@ class EditSlider final : public QSlider {
 
   [[nodiscard]] const SliderScale& scale() const { return m_scale; }
   /// The number itself, on a step or not.
-  [[nodiscard]] double number() const { return m_number; }
+  [[nodiscard]] double number() const override { return m_number; }
+  [[nodiscard]] Span span() const override;
 
   /// Shows a number, as near as the scale allows; emits nothing.
   void showNumber(double number, const SliderScale& scale);
-  /// As if the user had moved the slider there.
-  void choose(double number);
+  void choose(double number) override;
 
  Q_SIGNALS:
   void numberChosen(double number);

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <QSlider>
 #include <functional>
+
+#include "controls/spoken_slider.h"
 
 namespace vantrel {
 
-/// A horizontal slider that counts a number in ticks of its own, and tells assistive tools the
-/// number. Main thread.
-class NumberSlider : public QSlider {
+/// A slider that counts its number in ticks of its own. Main thread.
+class NumberSlider : public SpokenSlider {
   Q_OBJECT
 
  public:
@@ -17,10 +17,10 @@ class NumberSlider : public QSlider {
   /// `ticks` make up 1.
   NumberSlider(double ticks, InWords inWords, QWidget* parent = nullptr);
 
-  [[nodiscard]] double number(int value) const { return value / m_ticks; }
-  [[nodiscard]] QString valueText() const { return m_inWords(number(value())); }
-  /// As if the user had moved the slider there.
-  void choose(double number);
+  [[nodiscard]] double number() const override { return value() / m_ticks; }
+  [[nodiscard]] Span span() const override;
+  [[nodiscard]] QString valueText() const override { return m_inWords(number()); }
+  void choose(double number) override;
 
  private:
   double m_ticks;

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "canvas/canvas_scroll_view.h"
+#include "editor/bring_to_front.h"
 #include "editor/crop_menu_bar.h"
 #include "editor/crop_window_registry.h"
 #include "editor/editor_ending.h"
@@ -44,18 +45,12 @@ void placeBeside(const EditorWindow& front, EditorWindow& window,
                              : WindowPlacement::cascaded(front.frameGeometry(), size, room));
 }
 
-void bringToFront(QWidget* window) {
-  if (window->isMinimized()) window->showNormal();
-  window->raise();
-  window->activateWindow();
-}
-
 }  // namespace
 
 ApplicationWindows::ApplicationWindows(QObject* parent) : QObject(parent) {
   qApp->installEventFilter(this);
   // Before the session folder goes, which an export that runs writes to.
-  connect(qApp, &QCoreApplication::aboutToQuit, this, &deleteAllEditors);
+  connect(qApp, &QCoreApplication::aboutToQuit, this, &deleteAllWindows);
 }
 
 EditorWindow* ApplicationWindows::openEditor() {
@@ -101,9 +96,9 @@ void ApplicationWindows::moveTab(EditorView* editor, const std::optional<QPoint>
   m_front = source;
   if (place) {
     target->insertEditor(*place, editor);
-    bringToFront(target);
+    bringToFront(*target);
   } else if (source->editors().size() > 1) {
-    bringToFront(openWindow(editor, globalPosition));
+    bringToFront(*openWindow(editor, globalPosition));
   }
 }
 
@@ -126,8 +121,7 @@ EditorWindow* ApplicationWindows::openFile(const std::filesystem::path& path) {
   EditorWindow* window = nullptr;
   if (editor) {
     window = qobject_cast<EditorWindow*>(editor->window());
-    window->selectEditor(editor);
-    bringToFront(window);
+    bringToFront(*editor);
   } else {
     window = openEditorAs(QUuid::createUuid(), Content::picture);
     editor = window->view();
@@ -168,14 +162,18 @@ void ApplicationWindows::continueQuitting() {
   if (!m_quitting) return;
   for (ReviewWindow* window : openWindows<ReviewWindow>()) {
     if (!window->document().isUnsaved() && !window->document().isSaving()) continue;
-    window->raise();
-    window->activateWindow();
+    bringToFront(*window);
     window->close();
     return;
   }
   m_ending = true;
   QApplication::quit();
   m_ending = m_quitting = false;
+}
+
+void ApplicationWindows::end() {
+  m_quitting = false;
+  QCoreApplication::exit();
 }
 
 bool ApplicationWindows::eventFilter(QObject* watched, QEvent* event) {

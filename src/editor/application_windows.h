@@ -26,7 +26,7 @@ class ApplicationWindows final : public QObject {
 
  public:
   /// Takes files that the desktop sends to the application, and its wish that it quits. When the
-  /// application ends, no editor is left.
+  /// application ends, no window is left.
   explicit ApplicationWindows(QObject* parent = nullptr);
 
   /// A window of its own for a new editor.
@@ -44,6 +44,8 @@ class ApplicationWindows final : public QObject {
   /// Asks for each review that is not saved, one after the other, and ends the process when all are
   /// closed. Going back on one of them ends the quitting.
   void quit();
+  /// Ends the process without a question: what runs is cancelled, and what is not saved is lost.
+  void end();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;

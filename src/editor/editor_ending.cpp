@@ -6,6 +6,7 @@
 
 #include "editor/editor_view.h"
 #include "editor/editor_window.h"
+#include "review/review_window.h"
 
 namespace vantrel {
 
@@ -21,14 +22,16 @@ void deleteWhenStopped(QWidget* widget, const QList<EditorView*>& editors) {
   deleteIfStopped();
 }
 
-void deleteAllEditors() {
+void deleteAllWindows() {
   QList<QPointer<QWidget>> widgets;
   for (QWidget* widget : QApplication::topLevelWidgets()) {
     for (EditorView* editor : widget->findChildren<EditorView*>())
       editor->stop();
     auto* const editor = qobject_cast<EditorView*>(widget);
     if (editor) editor->stop();
-    if (editor || qobject_cast<EditorWindow*>(widget)) widgets << widget;
+    const bool isWindow =
+        qobject_cast<EditorWindow*>(widget) || qobject_cast<ReviewWindow*>(widget);
+    if (editor || isWindow) widgets << widget;
   }
   for (const QPointer<QWidget>& widget : widgets)
     delete widget.data();

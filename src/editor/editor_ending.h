@@ -13,7 +13,8 @@ class EditorView;
 /// thread.
 void deleteWhenStopped(QWidget* widget, const QList<EditorView*>& editors);
 
-/// Stops and deletes all editors, with their windows, and waits for what runs in them.
-void deleteAllEditors();
+/// Stops and deletes all editors and reviews, with their windows, and waits for what runs in them.
+/// What is not saved is lost.
+void deleteAllWindows();
 
 }  // namespace vantrel

@@ -41,7 +41,6 @@ EditorTabBar::EditorTabBar(QWidget* parent) : QTabBar(parent) {
   setDocumentMode(true);
   setElideMode(Qt::ElideMiddle);
   setUsesScrollButtons(true);
-  setAttribute(Qt::WA_Hover);
   setAccessibleName(tr("Tabs"));
   // Those that scroll.
   for (auto* button : findChildren<QToolButton*>()) {
@@ -49,7 +48,6 @@ EditorTabBar::EditorTabBar(QWidget* parent) : QTabBar(parent) {
     button->setFocusPolicy(Qt::NoFocus);
   }
   connect(this, &QTabBar::tabMoved, this, &EditorTabBar::followMove);
-  connect(this, &QTabBar::currentChanged, this, &EditorTabBar::updateCloseButtons);
 }
 
 EditorTabBar::~EditorTabBar() {
@@ -111,38 +109,12 @@ void EditorTabBar::tabInserted(int index) {
   for (const ButtonPosition side : {LeftSide, RightSide}) {
     if (QWidget* const button = tabButton(index, side)) button->setAccessibleName(tr("Close Tab"));
   }
-  updateCloseButtons();
+  m_closeButtons.update();
 }
 
 void EditorTabBar::tabRemoved(int index) {
   QTabBar::tabRemoved(index);
   endDrag();
-}
-
-bool EditorTabBar::event(QEvent* event) {
-  switch (event->type()) {
-    case QEvent::HoverEnter:
-    case QEvent::HoverMove:
-      m_hovered = tabAt(static_cast<QHoverEvent*>(event)->position().toPoint());
-      updateCloseButtons();
-      break;
-    case QEvent::HoverLeave:
-      m_hovered = -1;
-      updateCloseButtons();
-      break;
-    default:
-      break;
-  }
-  return QTabBar::event(event);
-}
-
-void EditorTabBar::updateCloseButtons() {
-  for (int index = 0; index < count(); ++index) {
-    for (const ButtonPosition side : {LeftSide, RightSide}) {
-      QWidget* const button = tabButton(index, side);
-      if (button) button->setVisible(index == currentIndex() || index == m_hovered);
-    }
-  }
 }
 
 void EditorTabBar::paintEvent(QPaintEvent* event) {

@@ -4,6 +4,8 @@
 #include <QTabBar>
 #include <optional>
 
+#include "editor/tab_close_buttons.h"
+
 namespace vantrel {
 
 class TabDragImage;
@@ -40,7 +42,6 @@ class EditorTabBar final : public QTabBar {
   QSize minimumTabSizeHint(int index) const override;
   void tabInserted(int index) override;
   void tabRemoved(int index) override;
-  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
@@ -55,12 +56,11 @@ class EditorTabBar final : public QTabBar {
   void putBack(const QMouseEvent& event);
   void letGo();
   void followMove(int from, int to);
-  void updateCloseButtons();
 
   /// The tab under a held button, -1 for none.
   int m_held = -1;
   int m_middlePressed = -1;
-  int m_hovered = -1;
+  TabCloseButtons m_closeButtons{*this};
   /// What follows the pointer.
   QPointer<TabDragImage> m_dragImage;
 };

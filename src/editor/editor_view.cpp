@@ -14,31 +14,16 @@
 #include "controls/file_dialog_layout.h"
 #include "controls/open_dialog.h"
 #include "editor/drop_highlight_view.h"
+#include "editor/editor_offer.h"
 #include "editor/editor_workspace.h"
 #include "editor/empty_canvas_view.h"
 #include "editor/error_alert.h"
+#include "inspector/crop_export_footer.h"
 #include "inspector/inspector_view.h"
 #include "platform/gl/picture_surface.h"
 
 namespace vantrel {
 namespace {
-
-InspectorSource inspectorSource(const EditorState& state) {
-  InspectorSource source;
-  if (state.loaded()) {
-    source.imageSource = state.file()->imageSource;
-    source.sourceMbps = state.file()->sourceMbps;
-    source.sourceFPS = state.file()->sourceFPS;
-    source.sourceBytes = state.file()->sourceBytes;
-    source.sourceIsHDR = state.file()->sourceIsHDR;
-    source.duration = state.file()->duration;
-  }
-  source.sourceSize = state.sourceSize();
-  source.loaded = state.loaded();
-  source.busy = state.busy();
-  source.canExport = state.canExport();
-  return source;
-}
 
 /// Never a move, after which the other side would delete the file.
 void acceptCopy(QDropEvent& event) {
@@ -85,32 +70,10 @@ InspectorView* EditorView::inspector() {
 }
 
 CropWindowActions EditorView::windowActions() {
-  EditorState* const state = &m_state;
-  CropWindowActions actions;
+  CropWindowActions actions = actionsOn(m_state);
   actions.open = [this] { openMedia(); };
   actions.close = [this] { m_loader.closeMedia(); };
   actions.exportMedia = [this] { m_exports.exportMedia(); };
-  actions.fit = [state] { state->requestFit(); };
-  actions.actualSize = [state] { state->requestActualSize(); };
-  actions.zoomIn = [state] { state->requestZoomStep(true); };
-  actions.zoomOut = [state] { state->requestZoomStep(false); };
-  actions.preview = [state] { state->setPreviewOnly(!state->previewOnly()); };
-  actions.inspector = [state] { state->toggleInspector(); };
-  actions.resetCrop = [state] {
-    EditHistory& history = state->history();
-    history.setCrop(CropMargins::fullImage(state->sourceSize(), history.pixelStep()));
-  };
-  actions.matchBitrate = [state] { state->history().setBitrate(state->originalBitrate()); };
-  actions.canOpen = !state->busy();
-  actions.canExport = state->canExport();
-  actions.canEdit = state->loaded() && !state->busy();
-  actions.isImage = state->isImage();
-  actions.canMatchBitrate = actions.canEdit && !actions.isImage;
-  actions.isHDR = state->loaded() && state->file()->sourceIsHDR;
-  actions.bitrateRange =
-      EncodingSettings::bitrateRange(state->loaded() ? state->file()->sourceMbps : 0);
-  actions.previewing = state->previewOnly();
-  actions.inspecting = state->showInspector();
   return actions;
 }
 
@@ -156,6 +119,7 @@ void EditorView::connectTools() {
   connect(m_inspector, &InspectorView::canvasColorChanged, &m_state, &EditorState::setCanvasColor);
   connect(m_inspector, &InspectorView::exportRequested, &m_exports, &ExportSession::exportMedia);
   connect(m_inspector, &InspectorView::cancelRequested, &m_exports, &ExportSession::cancel);
+  connect(&m_exports, &ExportSession::requested, m_inspector->footer(), &CropExportFooter::begin);
 }
 
 void EditorView::watchState() {
@@ -202,7 +166,7 @@ void EditorView::updateChildren() {
 void EditorView::updateTools() {
   m_workspace->setPlayer(m_state.player(), m_state.loaded() ? m_state.file()->duration : 0);
   updateCanvas();
-  InspectorSource source = inspectorSource(m_state);
+  InspectorSource source = inspectorSourceOf(m_state);
   source.canvasColor = canvasColor();
   m_inspector->setSource(source);
   m_inspector->setVisible(m_state.loaded() && m_state.showInspector());

@@ -1,7 +1,6 @@
 #include "editor/editor_window.h"
 
 #include <QAbstractButton>
-#include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
@@ -20,6 +19,7 @@
 #include "editor/editor_tab_row.h"
 #include "editor/editor_tool_bar.h"
 #include "editor/editor_view.h"
+#include "editor/tab_keys.h"
 #include "platform/desktop/file_error.h"
 
 namespace vantrel {
@@ -28,14 +28,6 @@ namespace {
 // Points.
 constexpr QSize kMinimumSize{900, 600};
 constexpr QSize kIdealSize{1280, 800};
-
-// The key that makes Tab switch tabs; the toolkit's own keys for going back miss what many
-// keyboards send.
-#ifdef Q_OS_MACOS
-constexpr Qt::KeyboardModifier kTabModifier = Qt::MetaModifier;
-#else
-constexpr Qt::KeyboardModifier kTabModifier = Qt::ControlModifier;
-#endif
 
 QString nameOf(EditorView& editor) {
   const EditorState& state = editor.state();
@@ -53,7 +45,7 @@ EditorWindow::EditorWindow(EditorView* editor, QWidget* parent) : QMainWindow(pa
   m_stack = new QStackedWidget(this);
   setCentralWidget(m_stack);
   watchTabs();
-  addTabKeys();
+  addTabKeys(*this, *m_tabs);
   addEditor(editor);
 }
 
@@ -107,43 +99,6 @@ void EditorWindow::watchTabs() {
   connect(m_tabs, &EditorTabBar::newWindowRequested, this, [this](int index) {
     if (EditorView* const editor = m_editors.value(index)) Q_EMIT tabTornOff(editor, {});
   });
-}
-
-void EditorWindow::addTabKeys() {
-  const auto add = [this](QKeySequence::StandardKey standard, const QList<QKeySequence>& more,
-                          int step) {
-    QList<QKeySequence> keys = QKeySequence::keyBindings(standard);
-    // One that is there twice would have no effect.
-    for (const QKeySequence& key : more) {
-      if (!keys.contains(key)) keys << key;
-    }
-    auto* const action = new QAction(this);
-    action->setShortcuts(keys);
-    connect(action, &QAction::triggered, this, [this, step] { selectBeside(step); });
-    addAction(action);
-  };
-  add(QKeySequence::NextChild, {Qt::CTRL | Qt::Key_PageDown}, 1);
-  add(QKeySequence::PreviousChild,
-      {kTabModifier | Qt::ShiftModifier | Qt::Key_Tab,
-       kTabModifier | Qt::ShiftModifier | Qt::Key_Backtab, Qt::CTRL | Qt::Key_PageUp},
-      -1);
-  addMoveKey(Qt::CTRL | Qt::SHIFT | Qt::Key_PageDown, 1);
-  addMoveKey(Qt::CTRL | Qt::SHIFT | Qt::Key_PageUp, -1);
-}
-
-void EditorWindow::addMoveKey(const QKeySequence& key, int step) {
-  auto* const action = new QAction(this);
-  action->setShortcut(key);
-  connect(action, &QAction::triggered, this, [this, step] {
-    const int index = m_tabs->currentIndex();
-    if (index + step >= 0 && index + step < m_tabs->count()) m_tabs->moveTab(index, index + step);
-  });
-  addAction(action);
-}
-
-void EditorWindow::selectBeside(int step) {
-  const int count = m_tabs->count();
-  m_tabs->setCurrentIndex((m_tabs->currentIndex() + step + count) % count);
 }
 
 void EditorWindow::addEditor(EditorView* editor) {

@@ -68,9 +68,6 @@ class EditorWindow final : public QMainWindow {
   void buildBars();
   void watchTabs();
   void watchEditor(EditorView* editor);
-  void addTabKeys();
-  void addMoveKey(const QKeySequence& key, int step);
-  void selectBeside(int step);
   void showEditor(EditorView* editor);
   void updateEditor(EditorView* editor);
   void updateTabRow();

@@ -2,9 +2,8 @@
 
 #include <QEvent>
 
+#include "editor/bring_to_front.h"
 #include "editor/desktop_notification.h"
-#include "editor/editor_view.h"
-#include "editor/editor_window.h"
 #include "editor/export_session.h"
 
 namespace vantrel {
@@ -12,18 +11,6 @@ namespace {
 
 bool isSeen(const QWidget& target) {
   return target.isVisible() && target.isActiveWindow();
-}
-
-/// The window in which `target` is by now, with its tab.
-void bringToFront(QWidget& target) {
-  QWidget& window = *target.window();
-  auto* const tabs = qobject_cast<EditorWindow*>(&window);
-  auto* const editor = qobject_cast<EditorView*>(&target);
-  if (tabs && editor) tabs->selectEditor(editor);
-  window.setWindowState(window.windowState().setFlag(Qt::WindowMinimized, false));
-  window.show();
-  window.raise();
-  window.activateWindow();
 }
 
 }  // namespace

@@ -16,6 +16,7 @@ ExportSession::ExportSession(EditorState& state, Review review, QObject* parent)
 ExportSession::~ExportSession() = default;
 
 void ExportSession::exportMedia() {
+  Q_EMIT requested();
   // First, since what is committed can change whether the crop may be exported.
   endTextEditing();
   if (!m_state.canExport() || m_imageOperation || m_videoOperation) return;

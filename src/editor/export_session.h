@@ -29,6 +29,8 @@ class ExportSession final : public QObject {
   void cancel();
 
  Q_SIGNALS:
+  /// An export is asked for, and may start next.
+  void requested();
   /// An export has ended well, as a file to be called `name`; its review opens next.
   void finished(const QString& name);
   /// An export has failed; `message` is for the user.

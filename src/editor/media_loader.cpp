@@ -2,7 +2,6 @@
 
 #include <QMimeData>
 #include <QMimeDatabase>
-#include <QSysInfo>
 #include <QUrl>
 #include <algorithm>
 #include <system_error>
@@ -14,6 +13,7 @@
 #include "export/video_geometry.h"
 #include "platform/desktop/bundled_file.h"
 #include "platform/desktop/file_error.h"
+#include "platform/desktop/local_file.h"
 #include "platform/desktop/user_text.h"
 
 namespace vantrel {
@@ -79,24 +79,10 @@ CropEdit initialVideoEdit(const SourceFile& file, EncodingSettings::Codec lastCo
   return edit;
 }
 
-bool isThisComputer(const QString& host) {
-  return host.isEmpty() || host == QLatin1String("localhost") ||
-         host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) == 0;
-}
-
-/// Some programs name this computer before the path of its files.
-bool isLocalFile(const QUrl& url) {
-  return url.isLocalFile() && isThisComputer(url.host());
-}
-
-/// The path of a local file, of whatever bytes.
-std::filesystem::path pathOf(const QUrl& url) {
-  return QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()).toStdString();
-}
-
 /// The first that is a file of this computer, or else the first.
 QUrl firstFile(const QList<QUrl>& urls) {
-  const auto local = std::find_if(urls.begin(), urls.end(), isLocalFile);
+  const auto local = std::find_if(urls.begin(), urls.end(),
+                                  [](const QUrl& url) { return localFile(url).has_value(); });
   if (local != urls.end()) return *local;
   return urls.value(0);
 }
@@ -189,7 +175,7 @@ void MediaLoader::receivePortalFiles(const QStringList& paths, const QUrl& other
                                      const QString& error) {
   if (!paths.isEmpty()) {
     receiveUrl(QUrl::fromLocalFile(paths.first()));
-  } else if (isLocalFile(otherwise) || error.isEmpty()) {
+  } else if (localFile(otherwise) || error.isEmpty()) {
     receiveUrl(otherwise);
   } else if (!m_state.busy()) {
     m_state.setOpenError(error);
@@ -198,8 +184,8 @@ void MediaLoader::receivePortalFiles(const QStringList& paths, const QUrl& other
 
 void MediaLoader::receiveUrl(const QUrl& url) {
   if (m_state.busy()) return;
-  if (isLocalFile(url)) {
-    loadMedia(pathOf(url));
+  if (const auto path = localFile(url)) {
+    loadMedia(*path);
   } else {
     m_state.setOpenError(tr("Drop a local image or video file."));
   }

@@ -2,13 +2,17 @@
 
 #include <QPainter>
 #include <QStyleOption>
+#include <algorithm>
 
 namespace vantrel::QuietMenu {
 namespace {
 
 // Points.
 constexpr double kItemRadius = 5;
-constexpr int kDividerInset = 8;
+constexpr int kDividerInset = 8, kDividerHeight = 9;
+constexpr int kItemHeight = 26;
+/// Keeps a shortcut away from its item's text.
+constexpr int kKeyGap = 16;
 
 void drawDivider(const QStyleOption& option, QPainter& painter) {
   QRect line = option.rect.adjusted(kDividerInset, 0, -kDividerInset, 0);
@@ -54,6 +58,16 @@ void drawItem(const QStyleOptionMenuItem& option, QPainter& painter, const QStyl
   }
   item.state.setFlag(QStyle::State_Selected, false);
   base.drawControl(QStyle::CE_MenuItem, &item, &painter, menu);
+}
+
+QSize itemSize(const QStyleOption& option, const QSize& size) {
+  const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(&option);
+  if (!item) return size;
+  if (item->menuItemType == QStyleOptionMenuItem::Separator && item->text.isEmpty()) {
+    return {size.width(), kDividerHeight};
+  }
+  const bool hasKey = item->text.contains(u'\t');
+  return {size.width() + (hasKey ? kKeyGap : 0), std::max(size.height(), kItemHeight)};
 }
 
 }  // namespace vantrel::QuietMenu

@@ -2,7 +2,6 @@
 
 #include <QAbstractSpinBox>
 #include <QApplication>
-#include <QDialogButtonBox>
 #include <QPainter>
 #include <QStyleOption>
 #include <QToolButton>
@@ -10,8 +9,11 @@
 
 #include "controls/plate.h"
 #include "controls/symbol_icon.h"
+#include "editor/quiet_bar.h"
+#include "editor/quiet_button.h"
 #include "editor/quiet_menu.h"
 #include "editor/quiet_slider.h"
+#include "editor/quiet_symbols.h"
 #include "editor/quiet_tab.h"
 
 namespace vantrel {
@@ -19,25 +21,12 @@ namespace {
 
 // Points.
 constexpr double kFieldRadius = 5;
-constexpr double kButtonRadius = 7;
 constexpr double kFocusWidth = 2;
-constexpr int kToolIcon = 18;
-constexpr int kToolButton = 32;
-constexpr int kToolBarMargin = 12;
-constexpr int kToolBarSpacing = 8;
-constexpr int kMenuBarMargin = 2;
-constexpr int kMenuBarItemHeight = 26, kMenuBarItemExtra = 6;
 constexpr int kTabPadding = 12;
 constexpr int kOpaque = 255;
-constexpr int kLeastButton = 48, kLeastDialogButton = 80, kButtonPadding = 16;
 constexpr int kFieldPadding = 5;
 
 constexpr double kDisabledOpacity = 0.45;
-constexpr int kHoverLighter = 112;
-constexpr int kPressDarker = 112;
-constexpr int kColoredSaturation = 128;
-constexpr float kToolHover = 0.08F;
-constexpr float kToolPress = 0.14F;
 
 /// The field of a spin box has the frame and the room of the box.
 bool isInSpinBox(const QWidget* widget) {
@@ -50,122 +39,6 @@ void drawField(const QStyleOption* option, QPainter* painter) {
   drawPlate(painter, option->rect, kFieldRadius, palette.color(QPalette::Base),
             palette.color(focused ? QPalette::Highlight : QPalette::Mid),
             focused ? kFocusWidth : 1);
-}
-
-void drawButton(const QStyleOption* option, QPainter* painter) {
-  const QStyle::State state = option->state;
-  const QPalette& palette = option->palette;
-  const bool enabled = state.testFlag(QStyle::State_Enabled);
-  QColor fill = palette.color(QPalette::Button);
-  if (enabled && state.testFlag(QStyle::State_Sunken)) {
-    fill = fill.darker(kPressDarker);
-  } else if (enabled && state.testFlag(QStyle::State_MouseOver)) {
-    fill = fill.lighter(kHoverLighter);
-  }
-  const bool focused =
-      state.testFlag(QStyle::State_HasFocus) && state.testFlag(QStyle::State_KeyboardFocusChange);
-  const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
-  const bool marked =
-      focused || (button && button->features.testFlag(QStyleOptionButton::DefaultButton));
-  painter->save();
-  if (!enabled) painter->setOpacity(kDisabledOpacity);
-  // A coloured button needs no border.
-  const bool plain = palette.color(QPalette::Button).saturation() < kColoredSaturation;
-  const double border = focused ? kFocusWidth : (plain ? 1 : 0);
-  drawPlate(painter, option->rect, kButtonRadius, fill,
-            palette.color(marked && enabled ? QPalette::Highlight : QPalette::Mid), border);
-  painter->restore();
-}
-
-void drawToolButton(const QStyleOption* option, QPainter* painter) {
-  const QStyle::State state = option->state;
-  if (!state.testFlag(QStyle::State_Enabled)) return;
-  const bool pressed = state.testFlag(QStyle::State_Sunken) || state.testFlag(QStyle::State_On);
-  if (!pressed && !state.testFlag(QStyle::State_MouseOver)) return;
-  QColor fill = option->palette.color(QPalette::WindowText);
-  fill.setAlphaF(pressed ? kToolPress : kToolHover);
-  drawPlate(painter, option->rect, kButtonRadius, fill, {}, 0);
-}
-
-void drawFocusRing(const QStyleOption& option, const QRect& rect, QPainter* painter) {
-  if (!option.state.testFlag(QStyle::State_KeyboardFocusChange)) return;
-  drawPlate(painter, rect, kButtonRadius, Qt::transparent,
-            option.palette.color(QPalette::Highlight), kFocusWidth);
-}
-
-void drawBar(const QStyleOption* option, QPainter* painter, bool bottomLine) {
-  painter->fillRect(option->rect, option->palette.color(QPalette::AlternateBase));
-  if (!bottomLine) return;
-  QRect line = option->rect;
-  line.setTop(line.bottom());
-  painter->fillRect(line, option->palette.color(QPalette::Midlight));
-}
-
-void drawMenuBarItem(const QStyleOptionMenuItem& item, QPainter* painter, const QStyle& style) {
-  painter->fillRect(item.rect, item.palette.color(QPalette::AlternateBase));
-  if (item.state.testFlag(QStyle::State_Selected)) {
-    QColor fill = item.palette.color(QPalette::WindowText);
-    fill.setAlphaF(kToolHover);
-    drawPlate(painter, item.rect.adjusted(1, 2, -1, -2), kFieldRadius, fill, {}, 0);
-  }
-  const int flags =
-      Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextDontClip | Qt::TextSingleLine |
-      (style.styleHint(QStyle::SH_UnderlineShortcut, &item) ? 0 : Qt::TextHideMnemonic);
-  style.drawItemText(painter, item.rect, flags, item.palette,
-                     item.state.testFlag(QStyle::State_Enabled), item.text, QPalette::WindowText);
-}
-
-QSize menuItemSize(const QStyleOption& option, const QSize& size) {
-  const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(&option);
-  if (!item) return size;
-  if (item->menuItemType == QStyleOptionMenuItem::Separator && item->text.isEmpty()) {
-    return {size.width(), QuietMenu::kDividerHeight};
-  }
-  const bool hasKey = item->text.contains(u'\t');
-  return {size.width() + (hasKey ? QuietMenu::kKeyGap : 0),
-          std::max(size.height(), QuietMenu::kItemHeight)};
-}
-
-/// The buttons of a dialog are of one size, whatever stands on them.
-int leastWidth(const QWidget* button) {
-  return button && qobject_cast<const QDialogButtonBox*>(button->parentWidget())
-             ? kLeastDialogButton
-             : kLeastButton;
-}
-
-/// The names of the drawings that stand for those of the toolkit: in dialogs of files, and in bars
-/// that are too short.
-QString symbolOf(QStyle::StandardPixmap which) {
-  switch (which) {
-    case QStyle::SP_ToolBarHorizontalExtensionButton:
-      return QStringLiteral("ellipsis");
-    case QStyle::SP_DirIcon:
-    case QStyle::SP_DirClosedIcon:
-    case QStyle::SP_DirHomeIcon:
-      return QStringLiteral("folder");
-    case QStyle::SP_DirOpenIcon:
-      return QStringLiteral("folder-open");
-    case QStyle::SP_FileIcon:
-      return QStringLiteral("file");
-    case QStyle::SP_ComputerIcon:
-    case QStyle::SP_DriveHDIcon:
-      return QStringLiteral("monitor");
-    case QStyle::SP_ArrowBack:
-    case QStyle::SP_FileDialogBack:
-      return QStringLiteral("arrow-left");
-    case QStyle::SP_ArrowForward:
-      return QStringLiteral("arrow-right");
-    case QStyle::SP_FileDialogToParent:
-      return QStringLiteral("arrow-up");
-    case QStyle::SP_FileDialogNewFolder:
-      return QStringLiteral("folder-plus");
-    case QStyle::SP_FileDialogListView:
-      return QStringLiteral("layout-grid");
-    case QStyle::SP_FileDialogDetailedView:
-      return QStringLiteral("list");
-    default:
-      return {};
-  }
 }
 
 }  // namespace
@@ -183,17 +56,19 @@ void QuietStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
       painter->setOpacity(1);
       return;
     case PE_PanelButtonCommand:
-      drawButton(option, painter);
+      QuietButton::draw(*option, *painter);
       return;
     case PE_PanelButtonTool:
       if (option->state.testFlag(State_AutoRaise)) {
-        drawToolButton(option, painter);
+        QuietButton::drawTool(*option, *painter);
       } else {
-        drawButton(option, painter);
+        QuietButton::draw(*option, *painter);
       }
       return;
     case PE_FrameFocusRect:
-      if (qobject_cast<const QToolButton*>(widget)) drawFocusRing(*option, widget->rect(), painter);
+      if (qobject_cast<const QToolButton*>(widget)) {
+        QuietButton::drawFocusRing(*option, widget->rect(), *painter);
+      }
       return;
     case PE_PanelMenu:
       QuietMenu::drawPanel(*option, *painter);
@@ -222,10 +97,10 @@ void QuietStyle::drawControl(ControlElement element, const QStyleOption* option,
                              const QWidget* widget) const {
   switch (element) {
     case CE_MenuBarEmptyArea:
-      drawBar(option, painter, false);
+      QuietBar::drawMenuBar(*option, *painter);
       return;
     case CE_ToolBar:
-      drawBar(option, painter, true);
+      QuietBar::drawToolBar(*option, *painter);
       return;
     case CE_MenuItem:
       if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
@@ -235,7 +110,7 @@ void QuietStyle::drawControl(ControlElement element, const QStyleOption* option,
       break;
     case CE_MenuBarItem:
       if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
-        drawMenuBarItem(*item, painter, *this);
+        QuietBar::drawMenuTitle(*item, *painter, *this);
         return;
       }
       break;
@@ -271,13 +146,13 @@ QSize QuietStyle::sizeFromContents(ContentsType type, const QStyleOption* option
   const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
   switch (type) {
     case CT_PushButton:
-      return {std::max(contents.width() + 2 * kButtonPadding, leastWidth(widget)), size.height()};
+      return QuietButton::sizeAround(contents, size.height(), widget);
     case CT_ToolButton:
-      return size.expandedTo({kToolButton, kToolButton});
+      return size.expandedTo({QuietButton::kTool, QuietButton::kTool});
     case CT_MenuBarItem:
-      return {size.width() + kMenuBarItemExtra, std::max(size.height(), kMenuBarItemHeight)};
+      return QuietBar::menuTitleSize(size);
     case CT_MenuItem:
-      return menuItemSize(*option, size);
+      return QuietMenu::itemSize(*option, size);
     case CT_TabBarTab:
       return {size.width(),
               std::max(QuietTab::kHeight, option->fontMetrics.height() + kTabPadding)};
@@ -309,13 +184,13 @@ int QuietStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
                             const QWidget* widget) const {
   switch (metric) {
     case PM_ToolBarIconSize:
-      return kToolIcon;
+      return QuietButton::kToolIcon;
     case PM_ToolBarItemMargin:
-      return kToolBarMargin;
+      return QuietBar::kToolMargin;
     case PM_ToolBarItemSpacing:
-      return kToolBarSpacing;
+      return QuietBar::kToolSpacing;
     case PM_MenuBarHMargin:
-      return kMenuBarMargin;
+      return QuietBar::kMenuMargin;
     case PM_MenuHMargin:
     case PM_MenuVMargin:
       return QuietMenu::kMargin;
@@ -366,7 +241,7 @@ int QuietStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWid
 QIcon QuietStyle::standardIcon(StandardPixmap which, const QStyleOption* option,
                                const QWidget* widget) const {
   // Every menu bar and tool bar has one; the icon themes of the desktop are not searched for it.
-  const QString symbol = symbolOf(which);
+  const QString symbol = quietSymbol(which);
   if (!symbol.isEmpty()) {
     return symbolIcon(symbol, widget ? widget->palette() : QApplication::palette());
   }

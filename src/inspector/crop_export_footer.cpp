@@ -15,6 +15,7 @@
 #include "controls/symbol_icon.h"
 #include "controls/text_scale.h"
 #include "export/crop_export_state.h"
+#include "inspector/export_focus.h"
 #include "inspector/export_footer_text.h"
 #include "platform/desktop/formatting.h"
 #include "platform/desktop/key_names.h"
@@ -54,9 +55,12 @@ CropExportFooter::CropExportFooter(const CropExportState& state, const QColor& a
   action->addWidget(makeActionRow());
   layout->addLayout(action);
   layout->addLayout(makeStatusRow());
+  m_focus = std::make_unique<ExportFocus>(*m_export, *m_cancel);
   connect(&state, &CropExportState::changed, this, &CropExportFooter::showState);
   showState();
 }
+
+CropExportFooter::~CropExportFooter() = default;
 
 QWidget* CropExportFooter::makeActionRow() {
   auto* row = new QWidget(this);
@@ -166,10 +170,21 @@ void CropExportFooter::changeEvent(QEvent* event) {
 void CropExportFooter::setOutput(const Output& output) {
   m_output = output;
   showState();
+  if (!m_state.progress()) m_focus->forget();
+}
+
+void CropExportFooter::begin() {
+  m_focus->begin();
 }
 
 void CropExportFooter::showState() {
   const bool running = m_state.progress().has_value();
+  if (running) {
+    m_cancel->show();
+    m_focus->enterCancel();
+  } else {
+    m_focus->leaveCancel();
+  }
   showButton();
   static_cast<QStackedLayout*>(m_export->parentWidget()->layout())
       ->setCurrentWidget(running ? m_progress : m_export);
@@ -180,6 +195,7 @@ void CropExportFooter::showState() {
   m_status->setText(ExportFooterText::status(m_state.message(), m_output.loaded, m_output.width,
                                              m_output.height, m_output.encodingName));
   if (running) showProgress(*m_state.progress());
+  if (!running && m_output.canExport) m_focus->enterStart();
 }
 
 void CropExportFooter::showProgress(double progress) {

@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QPointer>
 #include <QWidget>
+#include <memory>
 
 class QHBoxLayout;
 class QLabel;
@@ -12,6 +13,7 @@ class QToolButton;
 namespace vantrel {
 
 class CropExportState;
+class ExportFocus;
 class Popover;
 class SlimProgressBar;
 
@@ -34,6 +36,7 @@ class CropExportFooter final : public QWidget {
 
   /// `accent` colours the button and the progress.
   CropExportFooter(const CropExportState& state, const QColor& accent, QWidget* parent = nullptr);
+  ~CropExportFooter() override;
 
   [[nodiscard]] QPushButton* exportButton() const { return m_export; }
   [[nodiscard]] QPushButton* cancelButton() const { return m_cancel; }
@@ -46,6 +49,8 @@ class CropExportFooter final : public QWidget {
   [[nodiscard]] SlimProgressBar* progressBar() const { return m_bar; }
 
   void setOutput(const Output& output);
+  /// To be called when an export is asked for, before anything else comes of it.
+  void begin();
 
  Q_SIGNALS:
   void exportRequested();
@@ -78,6 +83,7 @@ class CropExportFooter final : public QWidget {
   QPushButton* m_cancel = nullptr;
   QToolButton* m_help = nullptr;
   QPointer<Popover> m_helpPopover;
+  std::unique_ptr<ExportFocus> m_focus;
 };
 
 }  // namespace vantrel

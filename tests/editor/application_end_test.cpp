@@ -129,6 +129,29 @@ TEST_F(ApplicationEndTest, QuittingInMidExportLeavesNothingBehind) {
             (std::vector<std::string>{"large.png", "other.png", "photo.png"}));
 }
 
+TEST_F(ApplicationEndTest, AnEndAsksNothingAndLeavesNothingBehind) {
+  testing::savePng(folder / "large.png", 4000, 3000);
+  const std::filesystem::path session = ExportTemporaryStorage::shared().directory();
+  EditorWindow* const window = openTabs(1);
+  ASSERT_TRUE(load(window->view(), folder / "large.png"));
+  QPointer<ReviewWindow> saving = windows.openReview(
+      {TemporaryExport(folder / "photo.png"), {}, ContentType::png(), QStringLiteral("first")});
+  QPointer<ReviewWindow> asking = windows.openReview(
+      {TemporaryExport(folder / "other.png"), {}, ContentType::png(), QStringLiteral("second")});
+  when([&] { return asking->isVisible(); }, [&] { windows.quit(); });
+  when([] { return shown<QMessageBox>() != nullptr; },
+       [&] {
+         window->view()->exports().exportMedia();
+         saving->save();
+         windows.end();
+       });
+  EXPECT_TRUE(endsByItself());
+  EXPECT_TRUE(saving.isNull());
+  EXPECT_TRUE(asking.isNull());
+  EXPECT_FALSE(std::filesystem::exists(session));
+  EXPECT_EQ(testing::namesIn(folder.path()), (std::vector<std::string>{"large.png"}));
+}
+
 TEST_F(ApplicationEndTest, QuittingTakesAlertsAndFileDialogsAlong) {
   EditorWindow* const first = openTabs(2);
   EditorWindow* const second = openTabs(1);

@@ -62,6 +62,17 @@ TEST_F(ApplicationWindowsTest, AnIdleTabTakesAFileAndComesToTheFront) {
   EXPECT_EQ(idle->state().file()->path, folder / "other.png");
 }
 
+TEST_F(ApplicationWindowsTest, AMinimizedWindowComesBackAsLargeAsItWas) {
+  EditorWindow* const window = openTabs(1);
+  window->showMaximized();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return window->isMaximized(); }));
+  window->showMinimized();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return window->isMinimized(); }));
+  EXPECT_EQ(windows.openFile(folder / "photo.png"), window);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !window->isMinimized() && window->isActiveWindow(); }));
+  EXPECT_TRUE(window->isMaximized());
+}
+
 TEST_F(ApplicationWindowsTest, TheActiveWindowTakesAFileFirst) {
   EditorWindow* const first = openTabs(2);
   EditorWindow* const second = openTabs(1);
@@ -198,7 +209,7 @@ TEST_F(ExportingWindowsTest, EndsEveryEditorAtOnce) {
   QPointer<EditorWindow> other = windows.openEditor();
   QPointer<EditorView> closing = window->view();
   window->closeEditor(closing);
-  deleteAllEditors();
+  deleteAllWindows();
   EXPECT_TRUE(window.isNull());
   EXPECT_TRUE(other.isNull());
   EXPECT_TRUE(closing.isNull());

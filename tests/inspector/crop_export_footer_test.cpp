@@ -1,6 +1,7 @@
 #include "inspector/crop_export_footer.h"
 
 #include <QAccessible>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QToolButton>
@@ -20,6 +21,10 @@ class CropExportFooterTest : public testing::InspectorWindow {
   void run(double progress, bool indeterminate = false) {
     exportState.setIndeterminate(indeterminate);
     exportState.setProgress(progress);
+  }
+  /// Starts an export by the button, as soon as it has been pressed.
+  void runWhenPressed() {
+    QObject::connect(&view, &InspectorView::exportRequested, &view, [this] { run(0); });
   }
   QString phase() { return footer()->phaseLabel()->text(); }
   double fullness() {
@@ -109,6 +114,62 @@ TEST_F(CropExportFooterTest, OffersToCancelInThePlaceOfHelp) {
   exportState.setProgress({});
   EXPECT_TRUE(footer()->helpButton()->isVisible());
   EXPECT_TRUE(footer()->exportButton()->isVisible());
+}
+
+TEST_F(CropExportFooterTest, LeadsTheFocusToCancelAndBack) {
+  show();
+  runWhenPressed();
+  footer()->exportButton()->setFocus(Qt::TabFocusReason);
+  QTest::keyClick(footer()->exportButton(), Qt::Key_Space);
+  EXPECT_EQ(QApplication::focusWidget(), footer()->cancelButton());
+  run(0.5);
+  EXPECT_EQ(QApplication::focusWidget(), footer()->cancelButton());
+  exportState.setProgress({});
+  EXPECT_EQ(QApplication::focusWidget(), footer()->exportButton());
+}
+
+TEST_F(CropExportFooterTest, LeadsTheFocusBackOnceItMayExportAgain) {
+  show();
+  footer()->exportButton()->setFocus(Qt::TabFocusReason);
+  footer()->begin();
+  // What is typed somewhere is ended before an export.
+  footer()->exportButton()->clearFocus();
+  run(0);
+  setBusy(true);
+  EXPECT_EQ(QApplication::focusWidget(), footer()->cancelButton());
+  exportState.setProgress({});
+  EXPECT_EQ(view.focusWidget(), nullptr);
+  setBusy(false);
+  EXPECT_EQ(QApplication::focusWidget(), footer()->exportButton());
+}
+
+TEST_F(CropExportFooterTest, LeavesTheFocusThatIsElsewhere) {
+  show();
+  auto* const field = view.findChild<QLineEdit*>();
+  ASSERT_NE(field, nullptr);
+  field->setFocus(Qt::TabFocusReason);
+  footer()->begin();
+  run(0);
+  EXPECT_EQ(QApplication::focusWidget(), field);
+  exportState.setProgress({});
+  EXPECT_EQ(QApplication::focusWidget(), field);
+
+  footer()->exportButton()->setFocus(Qt::TabFocusReason);
+  footer()->begin();
+  run(0);
+  field->setFocus(Qt::TabFocusReason);
+  exportState.setProgress({});
+  EXPECT_EQ(QApplication::focusWidget(), field);
+}
+
+TEST_F(CropExportFooterTest, LeadsTheFocusNowhereAfterAClick) {
+  show();
+  runWhenPressed();
+  footer()->exportButton()->setFocus(Qt::TabFocusReason);
+  QTest::mouseClick(footer()->exportButton(), Qt::LeftButton);
+  EXPECT_EQ(view.focusWidget(), nullptr);
+  exportState.setProgress({});
+  EXPECT_EQ(view.focusWidget(), nullptr);
 }
 
 TEST_F(CropExportFooterTest, TellsTheOutcomeBeforeTheOutput) {

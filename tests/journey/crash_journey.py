@@ -3,53 +3,13 @@
 and works, another program that runs keeps its own, and the user's files stay as they are."""
 
 import argparse
-import os
 import pathlib
 import subprocess
-import sys
 import tempfile
 
-from running_program import GROUP, RunningProgram, find, press, wait_for, write_png
-
-
-class Sessions:
-    """The session folders of all programs that were given this folder for what is temporary."""
-
-    def __init__(self, folder):
-        self._root = folder / "Vantrel-Exports"
-
-    def all(self):
-        return {entry for entry in self._root.iterdir() if entry.is_dir()}
-
-    def one_besides(self, known):
-        """The session that came as soon as there is one."""
-        return wait_for("the session folder", lambda: self.all() - known).pop()
-
-
-def exports(session):
-    return [entry for entry in session.iterdir() if entry.name != "session.lock"]
-
-
-def finished_export(session):
-    """The finished export of a session that has a review open."""
-    return next((entry for entry in exports(session) if entry.is_file()), None)
-
-
-def begun_export(session):
-    """The movie that is being written."""
-    return next((file for file in session.glob("Vantrel-*/Export.mov") if file.stat().st_size > 0),
-                None)
-
-
-def facts(path):
-    return path.read_bytes(), path.stat().st_mtime_ns, path.stat().st_mode
-
-
-def open_and_export(program):
-    root = program.root()
-    wait_for("the crop", lambda: find(root, "Crop", GROUP))
-    press(root, "Export")
-    return root
+from running_program import (GROUP, RunningProgram, Sessions, begun_export, check, exports, facts,
+                             find, finished_export, open_and_export, wait_for, wait_for_review,
+                             write_png)
 
 
 def die_after_an_export(path, folder, picture, sessions):
@@ -57,7 +17,7 @@ def die_after_an_export(path, folder, picture, sessions):
         session = sessions.one_besides(set())
         root = open_and_export(program)
         wait_for("the finished export", lambda: finished_export(session))
-        wait_for("the review", lambda: [w for w in root if "picture-framed" in w.name])
+        wait_for_review(root)
         program.die()
     return session
 
@@ -69,11 +29,6 @@ def die_while_exporting(path, folder, film, sessions, known):
         wait_for("the movie", lambda: begun_export(session))
         program.die()
     return session
-
-
-def check(holds, what):
-    if not holds:
-        sys.exit(f"wrong: {what}")
 
 
 def travel(path, folder):

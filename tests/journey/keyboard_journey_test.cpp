@@ -162,6 +162,25 @@ TEST_F(KeyboardJourney, PlaysAndExportsAVideo) {
             "h264,130,104\n");
 }
 
+TEST_F(KeyboardJourney, CancelsAnExportWithTheKeyThatBeganIt) {
+  testing::NumberedWaves::make(folder / "clip.mp4", 300);
+  ASSERT_NO_FATAL_FAILURE(openByMenu(folder / "clip.mp4"));
+  ASSERT_TRUE(Keyboard::tabTo(QStringLiteral("Export")));
+  const CropExportState& exporting = state().exportState();
+  QStringList focused;
+  QObject::connect(&exporting, &CropExportState::changed, editor, [&] {
+    if (!exporting.progress() || !focused.isEmpty()) return;
+    focused << Keyboard::focusedName();
+    QMetaObject::invokeMethod(
+        editor, [] { press(Qt::Key_Return); }, Qt::QueuedConnection);
+  });
+  press(Qt::Key_Return);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return exporting.message() && state().canExport(); }));
+  EXPECT_EQ(focused, QStringList(QStringLiteral("Cancel")));
+  EXPECT_EQ(exporting.message(), CropExportState::Message::cancelled);
+  EXPECT_TRUE(QTest::qWaitFor([] { return Keyboard::focusedName() == QStringLiteral("Export"); }));
+}
+
 TEST_F(KeyboardJourney, AnswersTheQuestionOnClosing) {
   testing::savePng(folder / "photo.png", 120, 90);
   ASSERT_NO_FATAL_FAILURE(openByMenu(folder / "photo.png"));

@@ -38,6 +38,11 @@ def wait_for(what, look):
     sys.exit(f"{what} never came{failure}")
 
 
+def check(holds, what):
+    if not holds:
+        sys.exit(f"wrong: {what}")
+
+
 def expect(what, got, wanted):
     if got != wanted:
         raise NotYet(f"{what} is {got!r}, not {wanted!r}")
@@ -99,6 +104,51 @@ class RunningProgram:
         """Ends it as a crash does: at once, and before it can clean up."""
         self.process.kill()
         self.process.wait()
+
+
+class Sessions:
+    """The session folders of all programs that were given this folder for what is temporary."""
+
+    def __init__(self, folder):
+        self._root = folder / "Vantrel-Exports"
+
+    def all(self):
+        return {entry for entry in self._root.iterdir() if entry.is_dir()}
+
+    def one_besides(self, known):
+        """The session that came as soon as there is one."""
+        return wait_for("the session folder", lambda: self.all() - known).pop()
+
+
+def exports(session):
+    return [entry for entry in session.iterdir() if entry.name != "session.lock"]
+
+
+def finished_export(session):
+    """The finished export of a session that has a review open."""
+    return next((entry for entry in exports(session) if entry.is_file()), None)
+
+
+def begun_export(session):
+    """The movie that is being written."""
+    return next((file for file in session.glob("Vantrel-*/Export.mov") if file.stat().st_size > 0),
+                None)
+
+
+def facts(path):
+    return path.read_bytes(), path.stat().st_mtime_ns, path.stat().st_mode
+
+
+def open_and_export(program):
+    root = program.root()
+    wait_for("the crop", lambda: find(root, "Crop", GROUP))
+    press(root, "Export")
+    return root
+
+
+def wait_for_review(root):
+    """Of an export that has ended."""
+    return wait_for("the review", lambda: [window for window in root if "-framed" in window.name])
 
 
 def write_png(path, width, height):

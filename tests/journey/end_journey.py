@@ -1,0 +1,87 @@
+#!/usr/bin/python3
+"""Ends the running program by the signals that ask for it: it goes at once and in order, without a
+question, and leaves nothing in its session folder and nothing beside the user's files."""
+
+import argparse
+import pathlib
+import signal
+import subprocess
+import tempfile
+
+from running_program import (PATIENCE, RunningProgram, Sessions, begun_export, check, facts,
+                             finished_export, open_and_export, wait_for, wait_for_review,
+                             write_png)
+
+
+def end(program, number):
+    program.process.send_signal(number)
+    try:
+        check(program.process.wait(PATIENCE) == 0, f"it died of signal {number}")
+    except subprocess.TimeoutExpired:
+        check(False, f"signal {number} did not end it")
+
+
+def end_with_a_review(path, folder, picture, sessions, number):
+    # As desktops and shells name files, the one and the other.
+    for name in (picture, picture.as_uri()):
+        with RunningProgram(path, folder, name) as program:
+            session = sessions.one_besides(set())
+            wait_for_review(open_and_export(program))
+            check(finished_export(session), "the review is of no export")
+            end(program, number)
+        check(not sessions.all(), "a session is left")
+
+
+def end_while_exporting(path, folder, film, sessions, number):
+    with RunningProgram(path, folder, film) as program:
+        session = sessions.one_besides(set())
+        open_and_export(program)
+        wait_for("the movie", lambda: begun_export(session))
+        end(program, number)
+    check(not sessions.all(), "a session is left")
+
+
+def leave_ignored_signals_alone(path, folder, picture):
+    """As nohup starts programs."""
+    before = signal.signal(signal.SIGHUP, signal.SIG_IGN)
+    try:
+        with RunningProgram(path, folder, picture) as program:
+            program.root()
+            status = pathlib.Path(f"/proc/{program.process.pid}/status").read_text()
+            ignored = int(status.split("SigIgn:")[1].split()[0], 16)
+            check(ignored & 1 << signal.SIGHUP - 1, "it no longer ignores SIGHUP")
+            end(program, signal.SIGTERM)
+    finally:
+        signal.signal(signal.SIGHUP, before)
+
+
+def travel(path, folder):
+    home = pathlib.Path(folder)
+    picture, film = home / "the picture.png", home / "film.mp4"
+    write_png(picture, 400, 300)
+    subprocess.run(
+        ["ffmpeg", "-v", "error", "-nostdin", "-f", "lavfi", "-i",
+         "testsrc2=size=1280x720:rate=25:duration=60", "-c:v", "libx264", "-preset", "ultrafast",
+         film], check=True)
+    before = facts(picture), facts(film)
+    sessions = Sessions(home)
+
+    end_with_a_review(path, folder, picture, sessions, signal.SIGTERM)
+    for number in (signal.SIGINT, signal.SIGHUP):
+        end_while_exporting(path, folder, film, sessions, number)
+    leave_ignored_signals_alone(path, folder, picture)
+    check((facts(picture), facts(film)) == before, "the user's files have changed")
+    check({entry.name for entry in home.iterdir() if not entry.name.startswith(".")}
+          == {"the picture.png", "film.mp4", "Vantrel-Exports"}, "something lies beside the files")
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("program")
+    program = parser.parse_args().program
+    with tempfile.TemporaryDirectory() as folder:
+        travel(program, folder)
+
+
+if __name__ == "__main__":
+    main()
