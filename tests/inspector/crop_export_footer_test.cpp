@@ -93,6 +93,7 @@ TEST_F(CropExportFooterTest, HasNoPercentageWithoutOne) {
   run(0.995, true);
   EXPECT_EQ(phase(), QStringLiteral("Exporting…"));
   EXPECT_EQ(footer()->progressBar()->maximum(), 0);
+  EXPECT_EQ(footer()->progressBar()->value(), 0);
   exportState.setIndeterminate(false);
   EXPECT_EQ(fullness(), 0.995);
 }
