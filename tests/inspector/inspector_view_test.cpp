@@ -17,6 +17,7 @@
 #include "controls/crop_reset_button.h"
 #include "controls/edit_slider.h"
 #include "controls/floating_scroll_bar.h"
+#include "controls/pixel_stepper.h"
 #include "controls/segmented_control.h"
 #include "inspector/crop_canvas_section.h"
 #include "inspector/crop_export_footer.h"
@@ -126,6 +127,10 @@ TEST_F(InspectorViewTest, KeepsAllTextInSightInLargeFonts) {
       }
       for (const QLineEdit* const field : panel.findChildren<QLineEdit*>())
         EXPECT_GE(field->height(), field->fontMetrics().height());
+      for (const PixelStepper* const stepper : panel.findChildren<PixelStepper*>())
+        EXPECT_EQ(stepper->size(), QSize(30, 44));
+      for (const CropResetButton* const reset : panel.findChildren<CropResetButton*>())
+        EXPECT_EQ(reset->size(), QSize(48, 48));
     };
     check();
     source.imageSource.reset();
