@@ -3,20 +3,26 @@
 #include <QEvent>
 
 #include "controls/symbol_icon.h"
+#include "controls/text_scale.h"
 
 namespace vantrel {
 namespace {
 
-constexpr int kIcon = 14;
+// Points, of the design.
+constexpr int kSize = 24, kIcon = 14, kOverhang = 4;
 
 }  // namespace
+
+int CropResetButton::overhang() {
+  return scaledForText(kOverhang);
+}
 
 CropResetButton::CropResetButton(const QString& title, QWidget* parent) : QToolButton(parent) {
   setAccessibleName(title);
   setToolTip(tr("Reset"));
   setAutoRaise(true);
-  setFixedSize(kSize, kSize);
-  setIconSize({kIcon, kIcon});
+  setFixedSize(QSize(1, 1) * scaledForText(kSize));
+  setIconSize(QSize(1, 1) * scaledForText(kIcon));
   // A click ends what is being typed, which would else come after it.
   setFocusPolicy(Qt::StrongFocus);
   setIcon(secondaryIcon(QStringLiteral("rotate-ccw"), palette()));

@@ -10,10 +10,10 @@ class CropResetButton final : public QToolButton {
   Q_OBJECT
 
  public:
-  /// Of its frame, and what of it reaches beyond the edge that the icon keeps to; in points.
-  static constexpr int kSize = 24, kOverhang = 4;
-
   explicit CropResetButton(const QString& title, QWidget* parent = nullptr);
+
+  /// What of its frame reaches beyond the edge that the icon keeps to, in points.
+  [[nodiscard]] static int overhang();
 
  protected:
   void changeEvent(QEvent* event) override;

@@ -6,6 +6,7 @@
 #include "controls/plate.h"
 #include "controls/symbol_icon.h"
 #include "controls/text_editing.h"
+#include "controls/text_scale.h"
 
 namespace vantrel {
 namespace {
@@ -39,7 +40,7 @@ class Half final : public QAbstractButton {
     if (!isEnabled()) painter.setOpacity(kDisabledOpacity);
     const QString name =
         m_direction > 0 ? QStringLiteral("chevron-up") : QStringLiteral("chevron-down");
-    QRect chevron(0, 0, kChevron, kChevron);
+    QRect chevron({0, 0}, QSize(1, 1) * scaledForText(kChevron));
     chevron.moveCenter(rect().center());
     secondaryIcon(name, palette()).paint(&painter, chevron);
   }
@@ -54,13 +55,13 @@ PixelStepper::PixelStepper(const QString& title, QWidget* parent)
     : QWidget(parent),
       m_up(makeHalf(tr("Increase %1").arg(title), 1)),
       m_down(makeHalf(tr("Decrease %1").arg(title), -1)) {
-  setFixedSize(kWidth, kHeight);
+  setFixedSize(scaledForText(kWidth), scaledForText(kHeight));
   setToolTip(tr("Pixels"));
 }
 
 QAbstractButton* PixelStepper::makeHalf(const QString& name, int direction) {
-  const int half = kHeight / 2;
-  auto* const button = new Half(QRect(0, direction > 0 ? 0 : half, kWidth, half), direction, this);
+  const int width = scaledForText(kWidth), half = scaledForText(kHeight) / 2;
+  auto* const button = new Half(QRect(0, direction > 0 ? 0 : half, width, half), direction, this);
   button->setAccessibleName(name);
   // As it goes down, not when it is let go.
   connect(button, &QAbstractButton::pressed, this, [this, direction] {

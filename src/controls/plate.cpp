@@ -1,8 +1,6 @@
 #include "controls/plate.h"
 
 #include <QPainter>
-#include <algorithm>
-#include <cmath>
 
 #include "controls/device_pixels.h"
 
@@ -13,7 +11,7 @@ void drawPlate(QPainter* painter, const QRect& rect, double radius, const QColor
   painter->save();
   painter->setRenderHint(QPainter::Antialiasing);
   const double scale = painter->deviceTransform().m11();
-  const double line = width > 0 ? std::max(1.0, std::round(width * scale - 0.25)) : 0;
+  const double line = width > 0 ? deviceLineWidth(*painter, width) : 0;
   const QRectF plate = toDevicePixels(*painter, rect);
   painter->setPen(line > 0 ? QPen(border, line) : QPen(Qt::NoPen));
   painter->setBrush(fill);

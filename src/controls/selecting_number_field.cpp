@@ -1,14 +1,24 @@
 #include "controls/selecting_number_field.h"
 
 #include <QFocusEvent>
+#include <QFontInfo>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QStyleOptionFrame>
+#include <algorithm>
 #include <utility>
 
 #include "controls/borrowed_focus.h"
 #include "controls/tabular_digits.h"
 
 namespace vantrel {
+namespace {
+
+// Points of the screen; the text itself keeps from the edges of its room, and has a caret.
+constexpr int kLeastTextSize = 8;
+constexpr int kTextMargins = 5;
+
+}  // namespace
 
 SelectingNumberField::SelectingNumberField(std::unique_ptr<NumberEntry> entry, QWidget* parent)
     : QLineEdit(parent), m_entry(std::move(entry)) {
@@ -17,6 +27,7 @@ SelectingNumberField::SelectingNumberField(std::unique_ptr<NumberEntry> entry, Q
   setToolTip(tr("Pixels"));
   showEntry();
   connect(this, &QLineEdit::textChanged, this, [this](const QString& text) {
+    fitText();
     if (text == m_entry->text()) return;
     m_entry->type(text);
     showEntry();
@@ -66,6 +77,12 @@ void SelectingNumberField::focusOutEvent(QFocusEvent* event) {
 void SelectingNumberField::changeEvent(QEvent* event) {
   QLineEdit::changeEvent(event);
   if (event->type() == QEvent::EnabledChange && !isEnabled()) endEditing();
+  if (event->type() == QEvent::FontChange && !m_fullFont) fitText();
+}
+
+void SelectingNumberField::resizeEvent(QResizeEvent* event) {
+  QLineEdit::resizeEvent(event);
+  fitText();
 }
 
 void SelectingNumberField::hideEvent(QHideEvent* event) {
@@ -85,7 +102,8 @@ void SelectingNumberField::keyPressEvent(QKeyEvent* event) {
 }
 
 void SelectingNumberField::mousePressEvent(QMouseEvent* event) {
-  const bool first = std::exchange(m_selectOnFirstClick, false);
+  // The press that wakes a window up can come before the focus.
+  const bool first = std::exchange(m_selectOnFirstClick, false) || !isEditing();
   m_selecting = first && event->button() == Qt::LeftButton;
   if (!m_selecting) {
     QLineEdit::mousePressEvent(event);
@@ -118,6 +136,23 @@ void SelectingNumberField::showEntry() {
 // What is committed is undone in the history, and no longer in the text.
 void SelectingNumberField::settleText() {
   setText(m_entry->text());
+}
+
+void SelectingNumberField::fitText() {
+  const QFont full = m_fullFont.value_or(font());
+  QStyleOptionFrame option;
+  initStyleOption(&option);
+  const int room =
+      style()->subElementRect(QStyle::SE_LineEditContents, &option, this).width() - kTextMargins;
+  const int width = QFontMetrics(full).horizontalAdvance(text());
+  if (width <= room) {
+    if (std::exchange(m_fullFont, std::nullopt)) setFont(full);
+    return;
+  }
+  m_fullFont = full;
+  QFont small = full;
+  small.setPixelSize(std::max(kLeastTextSize, QFontInfo(full).pixelSize() * room / width));
+  setFont(small);
 }
 
 }  // namespace vantrel

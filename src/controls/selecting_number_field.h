@@ -3,6 +3,7 @@
 #include <QLineEdit>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include "controls/number_entry.h"
 
@@ -10,7 +11,8 @@ namespace vantrel {
 
 /// A text field for one number in source pixels. The first click selects the whole number, the
 /// second places the caret. While it has the focus, the history has an open transaction, and the
-/// text is the user's.
+/// text is the user's. A number that is wider than the field stands in smaller figures, so that no
+/// digit of it is out of sight.
 class SelectingNumberField : public QLineEdit {
   Q_OBJECT
 
@@ -39,6 +41,7 @@ class SelectingNumberField : public QLineEdit {
   void focusOutEvent(QFocusEvent* event) override;
   void changeEvent(QEvent* event) override;
   void hideEvent(QHideEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
@@ -47,8 +50,11 @@ class SelectingNumberField : public QLineEdit {
  private:
   void showEntry();
   void settleText();
+  void fitText();
 
   std::unique_ptr<NumberEntry> m_entry;
+  /// The field's own font, while its text stands in a smaller one.
+  std::optional<QFont> m_fullFont;
   bool m_selectOnFirstClick = false;
   /// From the click that selected the whole number to its release.
   bool m_selecting = false;

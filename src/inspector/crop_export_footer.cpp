@@ -48,10 +48,10 @@ CropExportFooter::CropExportFooter(const CropExportState& state, const QColor& a
   setFixedHeight(scaledForText(kHeight));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(kHorizontalPadding, kVerticalPadding,
-                             kHorizontalPadding - kHelpOverhang, kVerticalPadding);
+                             kHorizontalPadding - scaledForText(kHelpOverhang), kVerticalPadding);
   layout->setSpacing(kSpacing);
   auto* action = new QHBoxLayout;
-  action->setContentsMargins(0, 0, kHelpOverhang, 0);
+  action->setContentsMargins(0, 0, scaledForText(kHelpOverhang), 0);
   action->addWidget(makeActionRow());
   layout->addLayout(action);
   layout->addLayout(makeStatusRow());
@@ -135,8 +135,8 @@ void CropExportFooter::makeHelp() {
   m_help->setAccessibleDescription(ExportFooterText::help());
   m_help->setToolTip(tr("Canvas shortcuts"));
   m_help->setAutoRaise(true);
-  m_help->setFixedSize(kStatusHeight, kStatusHeight);
-  m_help->setIconSize({kHelpIcon, kHelpIcon});
+  m_help->setFixedSize(QSize(1, 1) * scaledForText(kStatusHeight));
+  m_help->setIconSize(QSize(1, 1) * scaledForText(kHelpIcon));
   m_help->setIcon(secondaryIcon(kHelpSymbol, palette()));
   connect(m_help, &QToolButton::clicked, this, &CropExportFooter::toggleHelp);
 }
@@ -191,7 +191,7 @@ void CropExportFooter::showState() {
   m_cancel->setVisible(running);
   m_help->setVisible(!running);
   // The frame of the help's icon reaches beyond the edge of the rest.
-  m_statusRow->setContentsMargins(0, 0, running ? kHelpOverhang : 0, 0);
+  m_statusRow->setContentsMargins(0, 0, running ? scaledForText(kHelpOverhang) : 0, 0);
   m_status->setText(ExportFooterText::status(m_state.message(), m_output.loaded, m_output.width,
                                              m_output.height, m_output.encodingName));
   if (running) showProgress(*m_state.progress());
@@ -201,8 +201,10 @@ void CropExportFooter::showState() {
 void CropExportFooter::showProgress(double progress) {
   m_phase->setText(ExportFooterText::phase(progress, m_state.indeterminate()));
   m_bytes->setText(CropFormatting::byteCount(m_state.bytes()));
-  m_bar->setRange(0, m_state.indeterminate() ? 0 : kBarSteps);
-  m_bar->setValue(static_cast<int>(std::lround(std::clamp(progress, 0.0, 1.0) * kBarSteps)));
+  // Without a range there is no value either, for those who ask for one.
+  const int last = m_state.indeterminate() ? 0 : kBarSteps;
+  m_bar->setRange(0, last);
+  m_bar->setValue(static_cast<int>(std::lround(std::clamp(progress, 0.0, 1.0) * last)));
 }
 
 void CropExportFooter::showButton() {

@@ -58,7 +58,7 @@ QWidget* CropInspectorSection::addWide(QWidget* control) {
 
 void CropInspectorSection::endRow(QHBoxLayout* row, const QWidget* last) {
   const bool overhangs = qobject_cast<const CropResetButton*>(last);
-  row->setContentsMargins(0, 0, overhangs ? 0 : CropResetButton::kOverhang, 0);
+  row->setContentsMargins(0, 0, overhangs ? 0 : CropResetButton::overhang(), 0);
 }
 
 }  // namespace vantrel

@@ -9,7 +9,7 @@ class QVBoxLayout;
 namespace vantrel {
 
 /// A titled part of the panel. Its frame reaches beyond the edge that its contents keep to by
-/// CropResetButton::kOverhang, for the frames of reset buttons.
+/// CropResetButton::overhang(), for the frames of reset buttons.
 class CropInspectorSection : public QWidget {
   Q_OBJECT
 

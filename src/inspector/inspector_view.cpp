@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 
 #include "controls/crop_reset_button.h"
+#include "controls/device_pixels.h"
 #include "controls/text_scale.h"
 #include "inspector/crop_canvas_section.h"
 #include "inspector/crop_encoding_section.h"
@@ -28,7 +29,8 @@ class Hairline final : public QWidget {
 
  protected:
   void paintEvent(QPaintEvent* /*event*/) override {
-    QPainter(this).fillRect(rect(), palette().color(QPalette::Midlight));
+    QPainter painter(this);
+    drawHairline(painter, rect(), palette().color(QPalette::Midlight));
   }
 };
 
@@ -68,7 +70,7 @@ InspectorView::InspectorView(EditHistory& history, const CropExportState& export
 QWidget* InspectorView::makeSections() {
   auto* sections = new QWidget(this);
   auto* layout = new QVBoxLayout(sections);
-  layout->setContentsMargins(kPadding, kPadding, kPadding - CropResetButton::kOverhang, kPadding);
+  layout->setContentsMargins(kPadding, kPadding, kPadding - CropResetButton::overhang(), kPadding);
   layout->setSpacing(kSectionSpacing);
   layout->addWidget(m_original = new OriginalSection(sections));
   layout->addWidget(m_crop = new CropSection(m_history, sections));
@@ -94,7 +96,7 @@ void InspectorView::setSource(const InspectorSource& source) {
 void InspectorView::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.fillRect(rect(), palette().window());
-  painter.fillRect(QRect(0, 0, 1, height()), palette().color(QPalette::Midlight));
+  drawHairline(painter, QRect(0, 0, 1, height()), palette().color(QPalette::Midlight));
 }
 
 }  // namespace vantrel

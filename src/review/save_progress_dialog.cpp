@@ -75,8 +75,9 @@ void SaveProgressDialog::look() {
 void SaveProgressDialog::setFraction(double fraction) {
   m_fraction = fraction;
   // All is copied, but not on disk yet: nobody knows how long that takes.
-  m_bar->setMaximum(fraction < 1 ? kSteps : 0);
-  m_bar->setValue(static_cast<int>(std::floor(fraction * kSteps)));
+  const bool isKnown = fraction < 1;
+  m_bar->setMaximum(isKnown ? kSteps : 0);
+  m_bar->setValue(isKnown ? static_cast<int>(std::floor(fraction * kSteps)) : 0);
 }
 
 void SaveProgressDialog::reject() {

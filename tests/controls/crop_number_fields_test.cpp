@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QClipboard>
+#include <QFontInfo>
 #include <QImage>
 #include <QShortcut>
 #include <QSignalSpy>
+#include <QWheelEvent>
 
 #include "controls/field_window.h"
 
@@ -49,6 +52,93 @@ TEST_F(CropNumberFields, FirstClickSelectsAllAndTheSecondPlacesTheCaret) {
   EXPECT_EQ(fields.left.selectedText(), QStringLiteral("120"));
   QTest::mouseClick(&fields.left, Qt::LeftButton, {}, QPoint(8, fields.left.height() / 2));
   EXPECT_FALSE(fields.left.hasSelectedText());
+}
+
+TEST_F(CropNumberFields, PressThatComesBeforeTheFocusSelectsAll) {
+  fields.left.setValue(120);
+  QWidget other;
+  other.show();
+  other.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+  const QPoint start(8, fields.left.height() / 2);
+  QTest::mouseClick(&fields.left, Qt::LeftButton, {}, start);
+  ASSERT_FALSE(fields.left.isEditing());
+  EXPECT_EQ(fields.left.selectedText(), QStringLiteral("120"));
+  fields.window.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&fields.window));
+  EXPECT_EQ(fields.left.selectedText(), QStringLiteral("120"));
+  QTest::mouseClick(&fields.left, Qt::LeftButton, {}, start);
+  EXPECT_FALSE(fields.left.hasSelectedText());
+}
+
+TEST_F(CropNumberFields, ShowAllDigitsOfAWideNumber) {
+  const QFont own = fields.left.font();
+  const auto isWhole = [this] {
+    // Scrolled or cut off, a text looks the same whatever stands out of sight.
+    const QImage shown = fields.left.grab().toImage();
+    fields.left.setCursorPosition(0);
+    return fields.left.grab().toImage() == shown;
+  };
+  fields.left.setFixedWidth(50);
+  for (const int64_t value : {100020, 65535, 4321}) {
+    fields.left.setValue(value);
+    EXPECT_TRUE(isWhole()) << value;
+  }
+  fields.left.setValue(12345678);
+  EXPECT_LT(QFontInfo(fields.left.font()).pixelSize(), QFontInfo(own).pixelSize());
+  fields.left.setFixedWidth(200);
+  EXPECT_EQ(fields.left.font(), own);
+  fields.left.setFixedWidth(50);
+  EXPECT_NE(fields.left.font(), own);
+  fields.left.setValue(7);
+  EXPECT_EQ(fields.left.font(), own);
+}
+
+TEST_F(CropNumberFields, FollowAFontThatLeavesLessRoom) {
+  fields.left.setFixedWidth(50);
+  fields.left.setValue(432);
+  QFont large = fields.left.font();
+  large.setPixelSize(40);
+  fields.left.setFont(large);
+  EXPECT_LT(fields.left.font().pixelSize(), 40);
+  fields.left.setValue(1);
+  EXPECT_EQ(fields.left.font().pixelSize(), 40);
+}
+
+TEST_F(CropNumberFields, LeaveTheWheelToWhatTheyLieIn) {
+  for (SelectingNumberField* const field : {static_cast<SelectingNumberField*>(&fields.left),
+                                            static_cast<SelectingNumberField*>(&fields.width)}) {
+    field->setFocus();
+    const QString before = field->text();
+    const QPointF place = field->rect().center();
+    QWheelEvent event(place, field->mapToGlobal(place), {}, QPoint(0, 120), Qt::NoButton, {},
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(field, &event);
+    EXPECT_FALSE(event.isAccepted());
+    EXPECT_EQ(field->text(), before);
+  }
+  EXPECT_EQ(fields.steps(), 0);
+}
+
+TEST_F(CropNumberFields, OtherKeysAndOddTextsChangeNothing) {
+  const QString texts[] = {QStringLiteral("\u0663\u0662"),  // Digits of another script.
+                           QStringLiteral("12px"),         QStringLiteral(" 12"),
+                           QStringLiteral("1,200"),        QStringLiteral("1e3"),
+                           QString(100'000, u'9')};
+  fields.left.setFocus();
+  for (const QString& text : texts) {
+    fields.left.selectAll();
+    QGuiApplication::clipboard()->setText(text);
+    fields.left.paste();
+    EXPECT_EQ(fields.history.crop().left, 0) << text.left(20).toStdString();
+  }
+  for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_PageUp, Qt::Key_PageDown, Qt::Key_Home})
+    QTest::keyClick(&fields.left, key);
+  QTest::keyClick(&fields.left, Qt::Key_Up, Qt::ControlModifier);
+  EXPECT_TRUE(fields.left.isEditing());
+  fields.leave();
+  EXPECT_EQ(fields.left.text(), QStringLiteral("0"));
+  EXPECT_EQ(fields.steps(), 0);
 }
 
 TEST_F(CropNumberFields, OnlyTheLeftButtonSelectsAll) {
@@ -305,6 +395,26 @@ TEST_F(CropDimensionFieldTest, RejectedEntryFlashesRed) {
   const QColor before = calm.pixelColor(fields.width.width() / 2, 0);
   EXPECT_GT(border.red() - border.blue(), before.red() - before.blue() + 50);
   EXPECT_TRUE(QTest::qWaitFor([&] { return fields.width.flashOpacity() <= 0; }));
+}
+
+TEST_F(CropDimensionFieldTest, ASecondFlashReplacesTheFirst) {
+  fields.width.flashValidation();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return fields.width.flashOpacity() < 0.7; }));
+  fields.width.flashValidation();
+  EXPECT_GT(fields.width.flashOpacity(), 0.9);
+}
+
+TEST_F(CropDimensionFieldTest, NumberTooLongForAnyFileIsTheLargest) {
+  for (const QString& text : {QString(100'000, u'9'), QStringLiteral("\u0663\u0662")}) {
+    fields.width.setFocus(Qt::TabFocusReason);
+    fields.width.selectAll();
+    QGuiApplication::clipboard()->setText(text);
+    fields.width.paste();
+    EXPECT_EQ(fields.steps(), 0);
+    QTest::keyClick(&fields.width, Qt::Key_Return);
+    EXPECT_EQ(fields.width.text(), QStringLiteral("1920"));
+    EXPECT_GT(fields.width.flashOpacity(), 0);
+  }
 }
 
 TEST_F(CropDimensionFieldTest, ArrowAtTheLimitFlashes) {

@@ -10,7 +10,9 @@
 #include "editor/application_windows.h"
 #include "editor/editor_view.h"
 #include "editor/editor_window.h"
+#include "inspector/inspector_view.h"
 #include "platform/gl/picture_surface.h"
+#include "playback/playback_controls.h"
 #include "support/picture_files.h"
 #include "support/temporary_folder.h"
 #include "support/turn_watch.h"
@@ -27,6 +29,22 @@ bool waitForPicture(EditorWindow& window) {
 }
 
 // The order matters: OpenGL is loaded once in a process.
+TEST(FirstSurface, IsNotMadeAndNeitherIsThePanelForAWindowWithoutAFile) {
+  ApplicationWindows windows;
+  const std::unique_ptr<EditorWindow> window(windows.openEditor());
+  window->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+  windows.openTab(window.get());
+  ASSERT_EQ(window->editors().size(), 2);
+  window->resize(1000, 640);
+  QTest::keyClick(window->windowHandle(), Qt::Key_Tab);
+  QCoreApplication::processEvents();
+  EXPECT_FALSE(window->findChild<InspectorView*>());
+  EXPECT_FALSE(window->findChild<CanvasScrollView*>());
+  EXPECT_FALSE(window->findChild<PlaybackControls*>());
+  EXPECT_FALSE(PictureSurface::isSupportKnown());
+}
+
 TEST(FirstSurface, ComesWithThePictureToAnEmptyWindowThatStaysInItsPlace) {
   const testing::TemporaryFolder folder;
   testing::savePng(folder / "photo.png", 120, 90);

@@ -41,6 +41,9 @@ TEST_F(CropExportFooterTest, IsAStripOfOneHeight) {
   };
   check();
   EXPECT_EQ(footer()->exportButton()->height(), 34);
+  EXPECT_EQ(placeOf(footer()->exportButton()).y(), placeOf(footer()).y() + 12);
+  EXPECT_EQ(placeOf(footer()->helpButton()).y(), placeOf(footer()).y() + 12 + 34 + 8);
+  EXPECT_EQ(placeOf(footer()->helpButton()).bottom(), placeOf(footer()).bottom() - 12);
   EXPECT_EQ(placeOf(footer()->exportButton()).x(), 17);
   EXPECT_EQ(placeOf(footer()->exportButton()).right(), InspectorView::kWidth - 17);
   run(0.5);
@@ -98,6 +101,7 @@ TEST_F(CropExportFooterTest, HasNoPercentageWithoutOne) {
   run(0.995, true);
   EXPECT_EQ(phase(), QStringLiteral("Exporting…"));
   EXPECT_EQ(footer()->progressBar()->maximum(), 0);
+  EXPECT_EQ(footer()->progressBar()->value(), 0);
   exportState.setIndeterminate(false);
   EXPECT_EQ(fullness(), 0.995);
 }
@@ -170,6 +174,30 @@ TEST_F(CropExportFooterTest, LeadsTheFocusNowhereAfterAClick) {
   EXPECT_EQ(view.focusWidget(), nullptr);
   exportState.setProgress({});
   EXPECT_EQ(view.focusWidget(), nullptr);
+}
+
+TEST_F(CropExportFooterTest, KeepsTheTextOfAnExportToOneLineEach) {
+  show();
+  const int width = view.width(), lineHeight = footer()->statusLabel()->height();
+  const QString longName(200, u'M');
+  footer()->setOutput({true, true, 640, 480, longName});
+  QCoreApplication::processEvents();
+  QLabel* const status = footer()->statusLabel();
+  EXPECT_EQ(view.width(), width);
+  EXPECT_EQ(status->height(), lineHeight);
+  EXPECT_LT(placeOf(status).right(), placeOf(footer()->helpButton()).x());
+  const QImage shown = status->grab().toImage();
+  status->setText(
+      status->fontMetrics().elidedText(status->text(), Qt::ElideRight, status->width()));
+  ASSERT_TRUE(status->text().endsWith(u'…'));
+  EXPECT_EQ(status->grab().toImage(), shown);
+
+  exportState.setBytes(9'200'000'000'000'000'000);
+  run(0.42);
+  QCoreApplication::processEvents();
+  EXPECT_GE(placeOf(footer()->bytesLabel()).x(), placeOf(footer()->phaseLabel()).right() + 4);
+  EXPECT_EQ(placeOf(footer()->bytesLabel()).right(), InspectorView::kWidth - 17);
+  EXPECT_EQ(placeOf(footer()->progressBar()).y() - placeOf(footer()->phaseLabel()).bottom() - 1, 3);
 }
 
 TEST_F(CropExportFooterTest, TellsTheOutcomeBeforeTheOutput) {

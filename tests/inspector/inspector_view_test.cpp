@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QAccessible>
 #include <QLabel>
 #include <QLineEdit>
@@ -9,16 +10,22 @@
 #include <QRegularExpression>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <utility>
 
 #include "controls/crop_dimension_field.h"
 #include "controls/crop_number_field.h"
 #include "controls/crop_reset_button.h"
+#include "controls/edit_slider.h"
 #include "controls/floating_scroll_bar.h"
+#include "controls/pixel_stepper.h"
+#include "controls/segmented_control.h"
 #include "inspector/crop_canvas_section.h"
 #include "inspector/crop_export_footer.h"
 #include "inspector/crop_section.h"
+#include "inspector/image_encoding_section.h"
 #include "inspector/inspector_scroll_area.h"
 #include "inspector/inspector_window.h"
+#include "inspector/original_section.h"
 
 namespace vantrel {
 namespace {
@@ -71,6 +78,89 @@ TEST_F(InspectorViewTest, NamesEachControl) {
     QAccessibleInterface* const item =
         QAccessible::queryAccessibleInterface(const_cast<QWidget*>(control));
     EXPECT_FALSE(item->text(QAccessible::Name).isEmpty()) << control->metaObject()->className();
+  }
+}
+
+TEST_F(InspectorViewTest, SetsItsSectionsApart) {
+  history.setImageEncoding({ImageEncodingSettings::Format::jpeg, 0.9, {}});
+  show();
+  const QWidget* const encoding = view.imageEncodingSection();
+  const QWidget* const original = view.findChild<OriginalSection*>();
+  EXPECT_EQ(placeOf(original).topLeft(), QPoint(1 + 16, 16));  // The hairline takes one point.
+  for (const auto& [upper, lower] :
+       {std::pair<const QWidget*, const QWidget*>(original, view.cropSection()),
+        {view.cropSection(), encoding},
+        {encoding, view.canvasSection()}}) {
+    EXPECT_EQ(placeOf(lower).top() - placeOf(upper).bottom() - 1, 20);
+  }
+  const ImageEncodingSection* const rows = view.imageEncodingSection();
+  EXPECT_EQ(placeOf(rows->qualityReset()).top() - placeOf(rows->formatPicker()).bottom() - 1, 8);
+  EXPECT_EQ(placeOf(rows->qualitySlider()).top() - placeOf(rows->qualityReset()).bottom() - 1, 8);
+}
+
+TEST_F(InspectorViewTest, KeepsAllTextInSightInLargeFonts) {
+  const QFont before = QApplication::font();
+  QFont large = before;
+  large.setPixelSize(26);
+  QApplication::setFont(large);
+  history.setImageEncoding({ImageEncodingSettings::Format::jpeg, 1, {}});
+  source.sourceSize = {20000, 20000};
+  {
+    InspectorView panel(history, exportState, QColor(225, 0, 0));
+    panel.setSource(source);
+    panel.resize(panel.width(), 700);
+    panel.show();
+    const auto check = [&panel] {
+      QCoreApplication::processEvents();
+      for (const QLabel* const label : panel.findChildren<QLabel*>()) {
+        if (!label->isVisible()) continue;
+        EXPECT_GE(label->height(), label->sizeHint().height()) << label->text().toStdString();
+        EXPECT_GE(label->width(), label->fontMetrics().horizontalAdvance(label->text()))
+            << label->text().toStdString();
+        EXPECT_LE(label->mapTo(&panel, label->rect().bottomRight()).x(), panel.rect().right());
+      }
+      for (const QAbstractButton* const button : panel.findChildren<QAbstractButton*>()) {
+        if (!button->isVisible() || button->text().isEmpty()) continue;
+        const QRect text = button->fontMetrics().boundingRect(button->text());
+        EXPECT_GE(button->width(), text.width()) << button->text().toStdString();
+        EXPECT_GE(button->height(), text.height()) << button->text().toStdString();
+      }
+      for (const QLineEdit* const field : panel.findChildren<QLineEdit*>())
+        EXPECT_GE(field->height(), field->fontMetrics().height());
+      for (const PixelStepper* const stepper : panel.findChildren<PixelStepper*>())
+        EXPECT_EQ(stepper->size(), QSize(30, 44));
+      for (const CropResetButton* const reset : panel.findChildren<CropResetButton*>())
+        EXPECT_EQ(reset->size(), QSize(48, 48));
+    };
+    check();
+    source.imageSource.reset();
+    openVideo(true);
+    panel.setSource(source);
+    exportState.setBytes(1'230'000'000);
+    exportState.setProgress(0.5);
+    check();
+    exportState.setProgress({});
+  }
+  QApplication::setFont(before);
+}
+
+TEST_F(InspectorViewTest, DrawsItsHairlinesAlikeAtEveryScale) {
+  show();
+  for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
+    QImage shown((QSizeF(view.size()) * scale).toSize(), QImage::Format_RGB32);
+    shown.setDevicePixelRatio(scale);
+    view.render(&shown);
+    const QRgb line = view.palette().color(QPalette::Midlight).rgb();
+    const auto thickness = static_cast<int>(scale);
+    int left = 0;
+    while (shown.pixel(left, 4) == line)
+      ++left;
+    EXPECT_EQ(left, thickness) << scale;
+    const int footer = static_cast<int>((view.height() - 92) * scale);
+    int above = 0;
+    for (int y = footer; y < footer + 2 + 2 * thickness; ++y)
+      above += shown.pixel(shown.width() / 2, y) == line ? 1 : 0;
+    EXPECT_EQ(above, thickness) << scale;
   }
 }
 

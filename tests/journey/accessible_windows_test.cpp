@@ -3,11 +3,14 @@
 #include <algorithm>
 #include <cmath>
 
+#include "controls/slim_progress_bar.h"
 #include "journey/accessible_tree.h"
 #include "journey/journey.h"
 #include "journey/keyboard.h"
 #include "journey/numbered_waves.h"
 #include "playback/play_button.h"
+#include "review/held_copy.h"
+#include "review/save_progress_dialog.h"
 #include "support/picture_files.h"
 
 namespace vantrel {
@@ -19,6 +22,7 @@ using testing::inWords;
 using testing::Keyboard;
 using testing::nameOf;
 using testing::waitFor;
+using testing::waitUntilGone;
 
 const QStringList kHandles{QStringLiteral("Top left handle"),     QStringLiteral("Top handle"),
                            QStringLiteral("Top right handle"),    QStringLiteral("Right handle"),
@@ -181,6 +185,59 @@ TEST_F(AccessibleWindows, AnImagesWindowTellsAllAndLeadsThroughAll) {
   click(footer()->helpButton());
   QCoreApplication::processEvents();
   expectFaultless(editor);
+}
+
+TEST_F(AccessibleWindows, AJpegWithTransparencyTellsAllAndLeadsThroughItsFill) {
+  testing::PngSpec spec;
+  spec.width = 120;
+  spec.height = 90;
+  spec.colorType = 6;
+  spec.sample = [](uint32_t x, uint32_t, int) { return static_cast<uint16_t>(2 * x); };
+  testing::saveBytes(folder / "glass.png", testing::makePng(spec));
+  ASSERT_NO_FATAL_FAILURE(openByDialog(folder / "glass.png"));
+  ASSERT_TRUE(waitFitted());
+  CropEdit jpeg = state().history().value();
+  jpeg.imageEncoding.format = ImageEncodingSettings::Format::jpeg;
+  jpeg.imageEncoding.background = ImageBackground(QColor(255, 0, 51));
+  state().history().reset(jpeg);
+  QCoreApplication::processEvents();
+  expectFaultless(editor);
+  expectWay(kCanvas + kCropSection +
+            QStringList{QStringLiteral("JPEG"), QStringLiteral("Reset Quality"),
+                        QStringLiteral("JPEG quality"), QStringLiteral("Fill Color"),
+                        QStringLiteral("Reset JPEG Background")} +
+            kEndOfPanel + toolBar());
+  auto* const fill = accessibleItem(editor, QStringLiteral("Fill Color"), QAccessible::Button);
+  ASSERT_NE(fill, nullptr);
+  EXPECT_EQ(fill->text(QAccessible::Description), QStringLiteral("#FF0033"));
+}
+
+TEST_F(AccessibleWindows, ASaveThatTakesLongTellsItsProgress) {
+  testing::savePng(folder / "Vantrel-1", 64, 64);
+  const testing::HeldCopy held;
+  const auto review = std::make_unique<ReviewWindow>(
+      std::make_unique<ExportReviewDocument>(FinishedExport{TemporaryExport(folder / "Vantrel-1"),
+                                                            {},
+                                                            ContentType::png(),
+                                                            QStringLiteral("photo-cropped")},
+                                             &openMoviePlayer, held.copy()));
+  review->setAttribute(Qt::WA_DeleteOnClose, false);
+  review->show();
+  ASSERT_TRUE(activate(review.get()));
+  review->document().save(folder / "saved.png");
+  auto* const dialog = waitFor<SaveProgressDialog>();
+  ASSERT_NE(dialog, nullptr);
+  ASSERT_TRUE(Keyboard::isIn(dialog));
+  // First with a known part of the file, then while the disk takes its time.
+  for (const int64_t bytes : {int64_t{1}, int64_t{1} << 40}) {
+    held.tell(bytes);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return dialog->bar()->maximum() == 0 || bytes == 1; }));
+    expectFaultless(dialog);
+    EXPECT_NE(accessibleItem(dialog, QStringLiteral("Saving"), QAccessible::ProgressBar), nullptr);
+  }
+  expectWay({QStringLiteral("Cancel")});
+  held.finish();
+  ASSERT_TRUE(waitUntilGone<SaveProgressDialog>());
 }
 
 TEST_F(AccessibleWindows, AVideosWindowTellsAllAndLeadsThroughAll) {
