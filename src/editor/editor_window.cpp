@@ -44,21 +44,20 @@ QString nameOf(EditorView& editor) {
 
 }  // namespace
 
-EditorWindow::EditorWindow(EditorView* editor, QWidget* parent) : QMainWindow(parent) {
+EditorWindow::EditorWindow() {
   setAttribute(Qt::WA_DeleteOnClose);
   setContextMenuPolicy(Qt::NoContextMenu);
   setMinimumSize(kMinimumSize);
   resize(kIdealSize.boundedTo(screen()->availableSize()));
-  buildBars();
-  m_stack = new QStackedWidget(this);
-  setCentralWidget(m_stack);
-  watchTabs();
-  addTabKeys();
-  addEditor(editor);
+  setWindowTitle(QCoreApplication::applicationName());
 }
 
-EditorWindow::EditorWindow(ExportSession::Review review, QWidget* parent)
-    : EditorWindow(new EditorView(QUuid::createUuid(), std::move(review)), parent) {}
+EditorWindow::EditorWindow(EditorView* editor) : EditorWindow() {
+  furnish(editor);
+}
+
+EditorWindow::EditorWindow(ExportSession::Review review)
+    : EditorWindow(new EditorView(QUuid::createUuid(), std::move(review))) {}
 
 EditorWindow::~EditorWindow() {
   m_closing = true;
@@ -71,6 +70,21 @@ EditorWindow::~EditorWindow() {
     editor->stop();
     delete editor;
   }
+}
+
+void EditorWindow::furnish(EditorView* editor) {
+  // In a window on the screen they would come a turn later, and slide to their places.
+  setAnimated(false);
+  buildBars();
+  m_stack = new QStackedWidget(this);
+  setCentralWidget(m_stack);
+  watchTabs();
+  addTabKeys();
+  addEditor(editor);
+  m_stack->show();
+  m_toolBar->show();
+  m_menuBar->show();
+  setAnimated(true);
 }
 
 void EditorWindow::buildBars() {
