@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
+#include <future>
 #include <span>
 #include <system_error>
 #include <thread>
@@ -44,15 +45,17 @@ int main(int argc, char** argv) {
   std::signal(SIGXFSZ, SIG_IGN);
 
   QSurfaceFormat::setDefaultFormat(vantrel::pictureSurfaceFormat());
-  std::jthread fonts = vantrel::readFontsAhead();
+  std::promise<void> applicationIsThere;
+  std::jthread fonts = vantrel::readFontsAhead(applicationIsThere.get_future());
   QApplication application(argc, argv);
-  if (fonts.joinable()) fonts.join();
+  applicationIsThere.set_value();
   QApplication::setApplicationName(QStringLiteral("Vantrel"));
   QApplication::setApplicationVersion(QStringLiteral(VANTREL_VERSION));
   QApplication::setDesktopFileName(QStringLiteral("org.vantrel.Vantrel"));
   QLocale::setDefault(vantrel::CropFormatting::locale());
   vantrel::installTranslations(vantrel::userLanguages(), vantrel::translationsFolder());
   vantrel::ApplicationLook::install();
+  if (fonts.joinable()) fonts.join();
 
   QCommandLineParser arguments;
   arguments.addHelpOption();

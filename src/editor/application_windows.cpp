@@ -17,6 +17,7 @@
 #include "editor/editor_view.h"
 #include "editor/editor_window.h"
 #include "editor/window_placement.h"
+#include "platform/gl/picture_surface.h"
 #include "review/review_window.h"
 
 namespace vantrel {
@@ -54,7 +55,13 @@ ApplicationWindows::ApplicationWindows(QObject* parent) : QObject(parent) {
 }
 
 EditorWindow* ApplicationWindows::openEditor() {
-  return openEditorAs(QUuid::createUuid(), Content::none);
+  // A window that is to show OpenGL has to have it when it gets to the screen.
+  if (PictureSurface::isSupportKnown()) return openEditorAs(QUuid::createUuid(), Content::none);
+  auto* const window = new EditorWindow;
+  showWindow(*window, {});
+  window->furnish(makeEditor(QUuid::createUuid()));
+  connectWindow(*window);
+  return window;
 }
 
 EditorWindow* ApplicationWindows::openTab(EditorWindow* window) {
@@ -64,10 +71,7 @@ EditorWindow* ApplicationWindows::openTab(EditorWindow* window) {
 }
 
 EditorWindow* ApplicationWindows::openEditorAs(const QUuid& identity, Content content) {
-  auto* const editor = new EditorView(
-      identity, [this](FinishedExport finished) { openReview(std::move(finished)); });
-  m_notices.watch(editor->exports(), *editor);
-  m_taskBar.watch(editor->state().exportState());
+  EditorView* const editor = makeEditor(identity);
   if (content == Content::picture) editor->canvas()->prepareSurface();
   if (CropWindowRegistry::shared().attach(editor)) {
     return qobject_cast<EditorWindow*>(editor->window());
@@ -75,16 +79,33 @@ EditorWindow* ApplicationWindows::openEditorAs(const QUuid& identity, Content co
   return openWindow(editor, {});
 }
 
+EditorView* ApplicationWindows::makeEditor(const QUuid& identity) {
+  auto* const editor = new EditorView(
+      identity, [this](FinishedExport finished) { openReview(std::move(finished)); });
+  m_notices.watch(editor->exports(), *editor);
+  m_taskBar.watch(editor->state().exportState());
+  return editor;
+}
+
 EditorWindow* ApplicationWindows::openWindow(EditorView* editor,
                                              const std::optional<QPoint>& globalPosition) {
   auto* const window = new EditorWindow(editor);
-  connectMenus(*window->commands());
-  connect(window, &EditorWindow::newTabRequested, this, [this, window] { openTab(window); });
-  connect(window, &EditorWindow::tabTornOff, this, &ApplicationWindows::moveTab);
-  if (m_front && m_front->isVisible()) placeBeside(*m_front, *window, globalPosition);
-  m_front = window;
-  window->show();
+  connectWindow(*window);
+  showWindow(*window, globalPosition);
   return window;
+}
+
+void ApplicationWindows::connectWindow(EditorWindow& window) {
+  connectMenus(*window.commands());
+  connect(&window, &EditorWindow::newTabRequested, this, [this, &window] { openTab(&window); });
+  connect(&window, &EditorWindow::tabTornOff, this, &ApplicationWindows::moveTab);
+}
+
+void ApplicationWindows::showWindow(EditorWindow& window,
+                                    const std::optional<QPoint>& globalPosition) {
+  if (m_front && m_front->isVisible()) placeBeside(*m_front, window, globalPosition);
+  m_front = &window;
+  window.show();
 }
 
 void ApplicationWindows::moveTab(EditorView* editor, const std::optional<QPoint>& globalPosition) {

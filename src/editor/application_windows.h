@@ -56,6 +56,9 @@ class ApplicationWindows final : public QObject {
   enum class Content { none, picture };
 
   EditorWindow* openEditorAs(const QUuid& identity, Content content);
+  [[nodiscard]] EditorView* makeEditor(const QUuid& identity);
+  void showWindow(EditorWindow& window, const std::optional<QPoint>& globalPosition);
+  void connectWindow(EditorWindow& window);
   /// Shows a new window with this editor.
   EditorWindow* openWindow(EditorView* editor, const std::optional<QPoint>& globalPosition);
   [[nodiscard]] EditorView* idleEditor() const;

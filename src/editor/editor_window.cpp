@@ -36,21 +36,20 @@ QString nameOf(EditorView& editor) {
 
 }  // namespace
 
-EditorWindow::EditorWindow(EditorView* editor, QWidget* parent) : QMainWindow(parent) {
+EditorWindow::EditorWindow() {
   setAttribute(Qt::WA_DeleteOnClose);
   setContextMenuPolicy(Qt::NoContextMenu);
   setMinimumSize(kMinimumSize);
   resize(kIdealSize.boundedTo(screen()->availableSize()));
-  buildBars();
-  m_stack = new QStackedWidget(this);
-  setCentralWidget(m_stack);
-  watchTabs();
-  addTabKeys(*this, *m_tabs);
-  addEditor(editor);
+  setWindowTitle(QCoreApplication::applicationName());
 }
 
-EditorWindow::EditorWindow(ExportSession::Review review, QWidget* parent)
-    : EditorWindow(new EditorView(QUuid::createUuid(), std::move(review)), parent) {}
+EditorWindow::EditorWindow(EditorView* editor) : EditorWindow() {
+  furnish(editor);
+}
+
+EditorWindow::EditorWindow(ExportSession::Review review)
+    : EditorWindow(new EditorView(QUuid::createUuid(), std::move(review))) {}
 
 EditorWindow::~EditorWindow() {
   m_closing = true;
@@ -63,6 +62,21 @@ EditorWindow::~EditorWindow() {
     editor->stop();
     delete editor;
   }
+}
+
+void EditorWindow::furnish(EditorView* editor) {
+  // In a window on the screen they would come a turn later, and slide to their places.
+  setAnimated(false);
+  buildBars();
+  m_stack = new QStackedWidget(this);
+  setCentralWidget(m_stack);
+  watchTabs();
+  addTabKeys(*this, *m_tabs);
+  addEditor(editor);
+  m_stack->show();
+  m_toolBar->show();
+  m_menuBar->show();
+  setAnimated(true);
 }
 
 void EditorWindow::buildBars() {

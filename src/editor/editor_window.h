@@ -25,10 +25,16 @@ class EditorWindow final : public QMainWindow {
 
  public:
   /// Takes over `editor`, also from another window.
-  explicit EditorWindow(EditorView* editor, QWidget* parent = nullptr);
+  explicit EditorWindow(EditorView* editor);
+  /// Empty: it can be on its way to the screen while its editor is made. `furnish` has to follow in
+  /// the same turn of the event loop.
+  EditorWindow();
   /// With a new editor.
-  explicit EditorWindow(ExportSession::Review review, QWidget* parent = nullptr);
+  explicit EditorWindow(ExportSession::Review review);
   ~EditorWindow() override;
+
+  /// Gives an empty window its bars and this editor.
+  void furnish(EditorView* editor);
 
   /// The one that is shown; null only when the window has given up its last one and closes.
   [[nodiscard]] EditorView* view() const { return m_view; }

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QTest>
+#include <initializer_list>
 #include <iostream>
 #include <memory>
 #include <tuple>
@@ -8,8 +10,11 @@
 #include "canvas/canvas_scroll_view.h"
 #include "canvas/video_canvas_view.h"
 #include "editor/application_windows.h"
+#include "editor/crop_menu_bar.h"
+#include "editor/editor_tool_bar.h"
 #include "editor/editor_view.h"
 #include "editor/editor_window.h"
+#include "editor/empty_canvas_view.h"
 #include "inspector/inspector_view.h"
 #include "platform/gl/picture_surface.h"
 #include "playback/playback_controls.h"
@@ -28,6 +33,29 @@ bool waitForPicture(EditorWindow& window) {
   return QTest::qWaitFor([&] { return surfaceOf(window).isPictureShown(); });
 }
 
+/// Where the parts of an editors' window are when it is first painted, from above; empty for one
+/// that is not to be seen.
+class FirstPaint final : public QObject {
+ public:
+  FirstPaint() { qApp->installEventFilter(this); }
+
+  [[nodiscard]] const QList<QRect>& parts() const { return m_parts; }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    auto* const window = qobject_cast<EditorWindow*>(watched);
+    if (!window || event->type() != QEvent::Paint || !m_parts.isEmpty()) return false;
+    for (const QWidget* part : std::initializer_list<const QWidget*>{
+             window->commands(), window->toolBar(), window->view(), window->view()->emptyView()}) {
+      m_parts << (part->isVisible() ? QRect(part->mapTo(window, QPoint()), part->size()) : QRect());
+    }
+    return false;
+  }
+
+ private:
+  QList<QRect> m_parts;
+};
+
 // The order matters: OpenGL is loaded once in a process.
 TEST(FirstSurface, IsNotMadeAndNeitherIsThePanelForAWindowWithoutAFile) {
   ApplicationWindows windows;
@@ -43,6 +71,20 @@ TEST(FirstSurface, IsNotMadeAndNeitherIsThePanelForAWindowWithoutAFile) {
   EXPECT_FALSE(window->findChild<CanvasScrollView*>());
   EXPECT_FALSE(window->findChild<PlaybackControls*>());
   EXPECT_FALSE(PictureSurface::isSupportKnown());
+}
+
+TEST(FirstSurface, IsNotYetInAWindowThatIsWholeWhenItIsFirstPainted) {
+  const FirstPaint paint;
+  ApplicationWindows windows;
+  const std::unique_ptr<EditorWindow> window(windows.openEditor());
+  ASSERT_FALSE(PictureSurface::isSupportKnown());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !paint.parts().isEmpty(); }));
+  const QRect menus = paint.parts()[0], tools = paint.parts()[1], view = paint.parts()[2];
+  EXPECT_EQ(menus.topLeft(), QPoint(0, 0));
+  EXPECT_EQ(tools, QRect(0, menus.height(), menus.width(), window->toolBar()->height()));
+  EXPECT_EQ(view.topLeft(), QPoint(0, tools.y() + tools.height()));
+  EXPECT_EQ(view.bottomRight(), window->rect().bottomRight());
+  EXPECT_EQ(paint.parts()[3], view);
 }
 
 TEST(FirstSurface, ComesWithThePictureToAnEmptyWindowThatStaysInItsPlace) {
