@@ -14,7 +14,9 @@ set(VANTREL_LUPDATE_OPTIONS -silent -no-obsolete -locations none -source-languag
 function(vantrel_add_translations)
   file(GLOB sources CONFIGURE_DEPENDS "${VANTREL_TRANSLATIONS}/*.ts")
   if(VANTREL_LUPDATE)
+    # Anew, so that its texts are in the order of the sources.
     add_custom_target(translations VERBATIM
+      COMMAND "${CMAKE_COMMAND}" -E rm -f "${VANTREL_TRANSLATIONS}/vantrel.ts"
       COMMAND "${VANTREL_LUPDATE}" ${VANTREL_LUPDATE_OPTIONS} "${PROJECT_SOURCE_DIR}/src"
         -ts ${sources})
   endif()

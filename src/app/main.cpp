@@ -60,7 +60,8 @@ int main(int argc, char** argv) {
   QCommandLineParser arguments;
   arguments.addHelpOption();
   arguments.addVersionOption();
-  arguments.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("Files to open."),
+  arguments.addPositionalArgument(QStringLiteral("FILE"),
+                                  QCoreApplication::translate("CommandLine", "Files to open."),
                                   QStringLiteral("[FILE…]"));
   arguments.process(application);
 

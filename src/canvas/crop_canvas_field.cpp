@@ -5,6 +5,7 @@
 
 #include "controls/crop_number_field.h"
 #include "controls/panel_text.h"
+#include "controls/text_scale.h"
 
 namespace vantrel {
 namespace {
@@ -16,9 +17,12 @@ constexpr int kSpacing = 4;
 constexpr int kFieldTop = CropCanvasField::kHeight - CropPanel::kPadding - kFieldHeight;
 
 /// The panel is of one size, and so is its text.
-QFont ofSize(int points, QFont font) {
-  font.setPixelSize(points);
-  return font;
+void fixFont(QWidget& widget, int points) {
+  followText(widget, [&widget, points] {
+    QFont font = widget.font();
+    font.setPixelSize(points);
+    widget.setFont(font);
+  });
 }
 
 }  // namespace
@@ -29,8 +33,8 @@ CropCanvasField::CropCanvasField(EditHistory& history, const QString& title, QWi
   // The padding above is the caption's too, so that no font is cut off.
   QLabel* const caption = PanelText::caption(title, this);
   caption->setGeometry(kPadding, 0, kFieldWidth, kFieldTop - kSpacing);
-  caption->setFont(ofSize(PanelText::kCaptionSize, caption->font()));
-  m_field->setFont(ofSize(PanelText::kTextSize, m_field->font()));
+  fixFont(*caption, PanelText::kCaptionSize);
+  fixFont(*m_field, PanelText::kTextSize);
   caption->setAlignment(Qt::AlignLeading | Qt::AlignBottom);
   m_field->setGeometry(kPadding, kFieldTop, kFieldWidth, kFieldHeight);
   m_field->setAcceptDrops(false);  // A file dropped here is for the window.

@@ -19,10 +19,10 @@ LinkButton::LinkButton(const QString& text, QWidget* parent) : QAbstractButton(p
   setCursor(Qt::PointingHandCursor);
   setFocusPolicy(Qt::TabFocus);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-  QFont small = font();
-  small.setPixelSize(scaledForText(PanelText::kCaptionSize));
-  small.setUnderline(true);
-  setFont(small);
+  QFont underlined = font();
+  underlined.setUnderline(true);
+  setFont(underlined);
+  scaleFont(*this, PanelText::kCaptionSize);
 }
 
 QSize LinkButton::sizeHint() const {

@@ -26,9 +26,9 @@ class ElidedLabel final : public QLabel {
 
 QLabel* styled(QLabel* label, int size, QFont::Weight weight) {
   QFont font = label->font();
-  font.setPixelSize(scaledForText(size));
   font.setWeight(weight);
   label->setFont(withTabularDigits(font));
+  scaleFont(*label, size);
   label->setTextFormat(Qt::PlainText);
   return label;
 }

@@ -78,9 +78,7 @@ SegmentedControl::SegmentedControl(const QString& name, const QStringList& title
   }();
   setAccessibleName(name);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-  QFont small = font();
-  small.setPixelSize(scaledForText(kTextSize));
-  setFont(small);
+  scaleFont(*this, kTextSize);
   auto* const layout = new QHBoxLayout(this);
   layout->setContentsMargins(kInset, kInset, kInset, kInset);
   layout->setSpacing(0);

@@ -1,7 +1,10 @@
 #include "controls/text_scale.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QFontInfo>
+#include <QPointer>
+#include <QWidget>
 #include <algorithm>
 #include <cmath>
 
@@ -10,6 +13,32 @@ namespace {
 
 // Points.
 constexpr double kDesignedText = 13;
+
+/// Tells of a new font of the application when all widgets have taken it.
+class TextWatch final : public QObject {
+  Q_OBJECT
+
+ public:
+  static TextWatch& shared() {
+    static QPointer<TextWatch> instance;
+    if (!instance) instance = new TextWatch;
+    return *instance;
+  }
+
+ Q_SIGNALS:
+  void changed();
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (watched == qApp && event->type() == QEvent::ApplicationFontChange) {
+      QMetaObject::invokeMethod(this, &TextWatch::changed, Qt::QueuedConnection);
+    }
+    return QObject::eventFilter(watched, event);
+  }
+
+ private:
+  TextWatch() : QObject(qApp) { qApp->installEventFilter(this); }
+};
 
 }  // namespace
 
@@ -24,4 +53,19 @@ int scaledForText(int points) {
   return static_cast<int>(std::lround(points * textScale()));
 }
 
+void followText(QWidget& widget, const std::function<void()>& apply) {
+  apply();
+  QObject::connect(&TextWatch::shared(), &TextWatch::changed, &widget, apply);
+}
+
+void scaleFont(QWidget& widget, int points) {
+  followText(widget, [&widget, points] {
+    QFont font = widget.font();
+    font.setPixelSize(scaledForText(points));
+    widget.setFont(font);
+  });
+}
+
 }  // namespace vantrel
+
+#include "text_scale.moc"

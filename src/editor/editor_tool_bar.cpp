@@ -32,7 +32,7 @@ EditorToolBar::EditorToolBar(CropMenuBar& menus, QWidget* parent)
   stretch->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
   addWidget(stretch);
   buildViewing();
-  setFixedHeight(std::max(kHeight, fontMetrics().height() + 2 * kLeastPadding));
+  updateHeight();
   updateIcons();
   updateState();
 }
@@ -105,6 +105,10 @@ void EditorToolBar::updateState() {
   m_inspector->setEnabled(canLook);
 }
 
+void EditorToolBar::updateHeight() {
+  setFixedHeight(std::max(kHeight, fontMetrics().height() + 2 * kLeastPadding));
+}
+
 void EditorToolBar::updateIcons() {
   m_open->setIcon(symbolIcon(QStringLiteral("folder-open"), palette()));
   m_undo->setIcon(symbolIcon(QStringLiteral("undo-2"), palette()));
@@ -114,7 +118,9 @@ void EditorToolBar::updateIcons() {
 
 void EditorToolBar::changeEvent(QEvent* event) {
   QToolBar::changeEvent(event);
-  if (event->type() != QEvent::PaletteChange || !m_inspector) return;
+  if (!m_inspector) return;
+  if (event->type() == QEvent::FontChange) updateHeight();
+  if (event->type() != QEvent::PaletteChange) return;
   updateIcons();
   updateState();
 }

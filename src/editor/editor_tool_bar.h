@@ -41,6 +41,7 @@ class EditorToolBar final : public QToolBar {
   void buildViewing();
   QAction* addCommand(CropCommand command, const QString& help);
   void addGap();
+  void updateHeight();
   void updateIcons();
 
   CropMenuBar& m_menus;

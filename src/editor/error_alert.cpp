@@ -1,6 +1,9 @@
 #include "editor/error_alert.h"
 
+#include <QApplication>
+#include <QEvent>
 #include <QMessageBox>
+#include <QWindow>
 #include <utility>
 
 #include "controls/message_layout.h"
@@ -27,7 +30,26 @@ void ErrorAlert::setMessage(const std::optional<QString>& message) {
   }
   m_box->setInformativeText(*message);
   layOutMessage(*m_box);
-  if (isNew) m_box->open();
+  if (!isNew) return;
+  if (isWindowComing()) {
+    qApp->installEventFilter(this);
+  } else {
+    m_box->open();
+  }
+}
+
+bool ErrorAlert::isWindowComing() const {
+  const QWidget* const window = static_cast<QWidget*>(parent())->window();
+  const QWindow* const native = window->windowHandle();
+  return window->isVisible() && !window->isMinimized() && !(native && native->isExposed());
+}
+
+bool ErrorAlert::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Expose && !isWindowComing()) {
+    qApp->removeEventFilter(this);
+    if (m_box) QMetaObject::invokeMethod(m_box, &QDialog::open, Qt::QueuedConnection);
+  }
+  return QObject::eventFilter(watched, event);
 }
 
 }  // namespace vantrel

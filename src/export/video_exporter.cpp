@@ -13,6 +13,7 @@
 #include "export/working_folder.h"
 #include "platform/desktop/file_destination.h"
 #include "platform/desktop/this_computer.h"
+#include "platform/desktop/user_text.h"
 #include "platform/movie/movie_reader.h"
 #include "platform/movie/movie_writer.h"
 
@@ -47,8 +48,9 @@ Plan planOf(const Movie& movie, const QRectF& crop, const EncodingSettings& sett
 
 TrackTransfer addVideo(MovieReader& reader, MovieWriter& writer, const Plan& plan) {
   if (!writer.canApply(plan.input)) {
-    throw Failure(std::string("This codec or encoding configuration is unavailable on ") +
-                  thisComputer() + ".");
+    throw Failure(failureText(
+        QT_TRANSLATE_NOOP("Failure", "This codec or encoding configuration is unavailable on %1."),
+        failureText(thisComputer())));
   }
   if (!reader.canAdd(plan.track, plan.output) || !writer.canAdd(plan.input)) {
     throw Failure(QT_TRANSLATE_NOOP("Failure", "Cannot configure the video pipeline."));

@@ -45,7 +45,7 @@ constexpr int kBarSteps = 1000;
 CropExportFooter::CropExportFooter(const CropExportState& state, const QColor& accent,
                                    QWidget* parent)
     : QWidget(parent), m_state(state), m_accent(accent) {
-  setFixedHeight(scaledForText(kHeight));
+  followText(*this, [this] { setFixedHeight(scaledForText(kHeight)); });
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(kHorizontalPadding, kVerticalPadding,
                              kHorizontalPadding - scaledForText(kHelpOverhang), kVerticalPadding);
@@ -64,7 +64,7 @@ CropExportFooter::~CropExportFooter() = default;
 
 QWidget* CropExportFooter::makeActionRow() {
   auto* row = new QWidget(this);
-  row->setFixedHeight(scaledForText(kActionHeight));
+  followText(*row, [row] { row->setFixedHeight(scaledForText(kActionHeight)); });
   m_export = new QPushButton(tr("Export"), row);
   m_export->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   m_export->setToolTip(
@@ -119,14 +119,15 @@ QHBoxLayout* CropExportFooter::makeStatusRow() {
 void CropExportFooter::makeCancel() {
   m_cancel = new QPushButton(tr("Cancel"), this);
   m_cancel->setToolTip(tr("Cancel export"));
-  m_cancel->setFixedHeight(scaledForText(kStatusHeight));
   m_cancel->setAutoDefault(false);
-  QFont font = m_cancel->font();
-  font.setPixelSize(scaledForText(PanelText::kCaptionSize));
-  m_cancel->setFont(font);
-  m_cancel->setFixedWidth(m_cancel->fontMetrics().horizontalAdvance(m_cancel->text()) +
-                          2 * kCancelPadding);
+  scaleFont(*m_cancel, PanelText::kCaptionSize);
+  followText(*m_cancel, [this] { fitCancel(); });
   connect(m_cancel, &QPushButton::clicked, this, &CropExportFooter::cancelRequested);
+}
+
+void CropExportFooter::fitCancel() {
+  const int text = m_cancel->fontMetrics().horizontalAdvance(m_cancel->text());
+  m_cancel->setFixedSize(text + 2 * kCancelPadding, scaledForText(kStatusHeight));
 }
 
 void CropExportFooter::makeHelp() {
@@ -162,6 +163,7 @@ void CropExportFooter::toggleHelp() {
 
 void CropExportFooter::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
+  if (event->type() == QEvent::FontChange && m_cancel) fitCancel();
   if (event->type() != QEvent::PaletteChange) return;
   m_help->setIcon(secondaryIcon(kHelpSymbol, palette()));
   showButton();

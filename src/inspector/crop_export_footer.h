@@ -64,6 +64,7 @@ class CropExportFooter final : public QWidget {
   [[nodiscard]] QWidget* makeProgress();
   [[nodiscard]] QHBoxLayout* makeStatusRow();
   void makeCancel();
+  void fitCancel();
   void makeHelp();
   void toggleHelp();
   void showState();

@@ -22,7 +22,7 @@ CropInspectorSection::CropInspectorSection(const QString& title, QWidget* parent
   m_rows->setSpacing(kSpacing);
   m_header->setSpacing(kControlSpacing);
   QLabel* const text = PanelText::title(title, this);
-  text->setMinimumHeight(scaledForText(kTitleHeight));
+  followText(*text, [text] { text->setMinimumHeight(scaledForText(kTitleHeight)); });
   m_header->addWidget(text, 1);
   m_rows->addLayout(m_header);
 }
@@ -34,7 +34,7 @@ QWidget* CropInspectorSection::addRow(const QString& title,
   layout->setContentsMargins({});
   layout->setSpacing(kControlSpacing);
   QLabel* const text = PanelText::body(title, row);
-  text->setMinimumHeight(scaledForText(kRowHeight));
+  followText(*text, [text] { text->setMinimumHeight(scaledForText(kRowHeight)); });
   layout->addWidget(text, 1);
   for (QWidget* const control : controls) {
     layout->addWidget(control);

@@ -85,7 +85,7 @@ QWidget* CropSection::makeMargin(CropMargins::Edge edge, const QString& title) {
 
 QWidget* CropSection::makeDimensions() {
   auto* box = new DimensionBox(this);
-  box->setFixedWidth(scaledForText(kCenterWidth));
+  followText(*box, [box] { box->setFixedWidth(scaledForText(kCenterWidth)); });
   auto* layout = new QVBoxLayout(box);
   layout->setContentsMargins(kSpacing, kSpacing, kSpacing, kSpacing);
   layout->setSpacing(kSpacing);
@@ -115,7 +115,7 @@ QWidget* CropSection::titled(const QString& title, int spacing, SelectingNumberF
   layout->addWidget(field, 1, 0);
   layout->addWidget(stepper, 1, 1);
 
-  field->setFixedHeight(scaledForText(kFieldHeight));
+  followText(*field, [field] { field->setFixedHeight(scaledForText(kFieldHeight)); });
   field->setAcceptDrops(false);  // A file dropped here is for the window.
   field->setMinimumWidth(0);
   field->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);

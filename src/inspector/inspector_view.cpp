@@ -48,7 +48,7 @@ CropExportFooter::Output outputOf(const EditHistory& history, const InspectorSou
 InspectorView::InspectorView(EditHistory& history, const CropExportState& exportState,
                              const QColor& accent, QWidget* parent)
     : QWidget(parent), m_history(history) {
-  setFixedWidth(scaledForText(kWidth));
+  followText(*this, [this] { setFixedWidth(scaledForText(kWidth)); });
   setAttribute(Qt::WA_OpaquePaintEvent);
   auto* scroll = new InspectorScrollArea(this);
   scroll->setWidget(makeSections());

@@ -23,7 +23,8 @@ OriginalSection::Row OriginalSection::makeRow() {
   const Row made{row, PanelText::body({}, row), PanelText::value(row)};
   auto* const layout = new QHBoxLayout(row);
   layout->setSpacing(kTitleSpacing);
-  made.title->setMinimumHeight(scaledForText(kRowHeight));
+  followText(*made.title,
+             [title = made.title] { title->setMinimumHeight(scaledForText(kRowHeight)); });
   layout->addWidget(made.title);
   layout->addWidget(made.value, 1);
   endRow(layout, made.value);

@@ -45,9 +45,8 @@ PlaybackControls::PlaybackControls(QWidget* parent)
   row->addWidget(m_time);
   row->addWidget(m_mute);
 
-  QFont font = withTabularDigits(m_time->font());
-  font.setPixelSize(scaledForText(kCaptionSize));
-  m_time->setFont(font);
+  m_time->setFont(withTabularDigits(m_time->font()));
+  scaleFont(*m_time, kCaptionSize);
   m_time->setTextFormat(Qt::PlainText);
   m_mute->setAutoRaise(true);
 

@@ -53,7 +53,8 @@ ZoomControls::ZoomControls(double least, double most, QWidget* parent)
   m_slider->setToolTip(tr("Adjust canvas zoom"));
   m_percentage->setAutoRaise(true);
   m_percentage->setFont(withTabularDigits(m_percentage->font()));
-  m_percentage->setFixedWidth(scaledForText(kPercentageWidth));
+  followText(*m_percentage,
+             [this] { m_percentage->setFixedWidth(scaledForText(kPercentageWidth)); });
   m_percentage->setToolTip(tr("Actual size (%1)").arg(keyText(QKeySequence(Qt::CTRL | Qt::Key_1))));
   m_fit->setMinimumWidth(kLeastFitWidth);
   m_fit->setToolTip(tr("Fit to window (%1)").arg(keyText(QKeySequence(Qt::CTRL | Qt::Key_0))));

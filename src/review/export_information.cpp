@@ -22,9 +22,7 @@ ExportInformation::ExportInformation(const ExportSummary& summary, QWidget* pare
     : QWidget(parent), m_description(summary.description()) {
   setAttribute(Qt::WA_TransparentForMouseEvents);
   setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
-  QFont caption = font();
-  caption.setPixelSize(scaledForText(kCaptionPixels));
-  setFont(caption);
+  scaleFont(*this, kCaptionPixels);
   setAccessibleName(m_description);
 }
 

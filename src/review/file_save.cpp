@@ -39,8 +39,9 @@ int64_t sizeToCopy(const std::filesystem::path& source, const std::filesystem::p
   const std::uintmax_t size = std::filesystem::file_size(source, error);
   // The name of a temporary file means nothing to the user.
   if (error) {
-    throw Failure(fileFailure(destination, FileAction::Save) +
-                  ": The finished export was deleted from the temporary folder");
+    throw Failure(fileFailure(
+        destination, FileAction::Save,
+        QT_TRANSLATE_NOOP("Failure", "The finished export was deleted from the temporary folder")));
   }
   return static_cast<int64_t>(size);
 }

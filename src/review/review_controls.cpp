@@ -38,9 +38,7 @@ QToolButton* sized(QToolButton* button) {
 
 QLabel* timeLabel(QWidget* parent) {
   QLabel* const label = PanelText::body({}, parent);
-  QFont font = withTabularDigits(label->font());
-  font.setPixelSize(scaledForText(PanelText::kCaptionSize));
-  label->setFont(font);
+  scaleFont(*label, PanelText::kCaptionSize);
   label->setAlignment(Qt::AlignCenter);
   return label;
 }

@@ -21,6 +21,11 @@ TEST(DesktopEntry, NamesTheIconThatIsInstalled) {
       (kPackaging + QStringLiteral("icons/") + kId + QStringLiteral(".svg")).toStdString()));
 }
 
+TEST(DesktopEntry, IsGivenFilesOfThisComputer) {
+  // The desktop fetches what lies elsewhere first, as it does not for a program that takes any URL.
+  EXPECT_EQ(entry("Exec"), QStringLiteral("vantrel %F"));
+}
+
 TEST(DesktopEntry, IsFoundFromTheWindows) {
   // Of X11, where the class of a window is the name of the application.
   EXPECT_EQ(entry("StartupWMClass"), QStringLiteral("Vantrel"));

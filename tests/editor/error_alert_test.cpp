@@ -73,6 +73,36 @@ TEST_F(ErrorAlertTest, TakesTheNewestWordsInsteadOfStandingTwice) {
   EXPECT_EQ(dismissed.count(), 0);
 }
 
+TEST_F(ErrorAlertTest, ComesToTheMiddleOfAWindowThatIsNotThereYet) {
+  QWidget late;
+  late.resize(600, 400);
+  ErrorAlert early(QStringLiteral("Could Not Do It"), &late);
+  late.show();
+  early.setMessage(QStringLiteral("There is no room."));
+  auto* const box = late.findChild<QMessageBox*>();
+  ASSERT_NE(box, nullptr);
+  EXPECT_FALSE(box->isVisible());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return box->isVisible(); }));
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(box));
+  constexpr int kFrames = 60;
+  const auto offset = [&] {
+    return (box->frameGeometry().center() - late.frameGeometry().center()).manhattanLength();
+  };
+  EXPECT_TRUE(QTest::qWaitFor([&] { return offset() < kFrames; })) << offset();
+}
+
+TEST_F(ErrorAlertTest, DoesNotComeForWhatIsSettledByThen) {
+  QWidget late;
+  ErrorAlert early(QStringLiteral("Could Not Do It"), &late);
+  late.show();
+  early.setMessage(QStringLiteral("There is no room."));
+  early.setMessage({});
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&late));
+  QCoreApplication::processEvents();
+  for (const QMessageBox* box : late.findChildren<QMessageBox*>())
+    EXPECT_FALSE(box->isVisible());
+}
+
 TEST_F(ErrorAlertTest, SaysTheNextOnceItIsDismissed) {
   QObject::connect(
       alert.get(), &ErrorAlert::dismissed, &window,

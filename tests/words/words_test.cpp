@@ -10,8 +10,10 @@
 #include "journey/journey.h"
 #include "journey/numbered_waves.h"
 #include "media/image_error.h"
+#include "platform/desktop/file_error.h"
 #include "platform/desktop/translations.h"
 #include "platform/desktop/user_text.h"
+#include "platform/movie/movie_error.h"
 #include "support/picture_files.h"
 
 namespace vantrel {
@@ -126,7 +128,29 @@ TEST_F(Words, OfFailuresAreInTheCatalogue) {
   EXPECT_EQ(shown(42), "«An unknown error occurred.»");
   EXPECT_EQ(shown(ImageError(ImageError::unreadable)), "«This image could not be read.»");
   EXPECT_EQ(shown(std::runtime_error("As others say.")), "As others say.");
+  EXPECT_EQ(shown(Failure(failureText("The video's pictures cannot be converted: %1", "gray7"))),
+            "«The video's pictures cannot be converted: gray7»");
+}
 
+TEST_F(Words, OfFailuresOfFilesAreInTheCatalogue) {
+  const auto shown = [](const auto& error) {
+    return userText(std::make_exception_ptr(error)).toStdString();
+  };
+  const auto full = std::make_error_code(std::errc::no_space_on_device);
+  EXPECT_EQ(shown(fileError("a/%1.png", FileAction::Save, full)),
+            "«“%1.png” could not be saved»: «No space left on device»");
+  EXPECT_EQ(shown(fileError("a.png", FileAction::Read, std::make_error_code(std::errc::io_error))),
+            "«“a.png” could not be read»: «Input/output error»");
+  EXPECT_EQ(shown(fileError("pipe", FileAction::Open, FileFault::NotAFile)),
+            "«“pipe” could not be opened»: «Not a regular file»");
+  EXPECT_EQ(
+      shown(MovieError("a.mov", FileAction::Read, "Invalid data found when processing input")),
+      "«“a.mov” could not be read»: «Invalid data found when processing input»");
+  EXPECT_EQ(shown(MovieError("a.mov", FileAction::Read, "The file ends too early")),
+            "«“a.mov” could not be read»: «The file ends too early»");
+}
+
+TEST_F(Words, OfAnAlertAreInTheCatalogue) {
   testing::saveBytes(folder / "broken.png", {'n', 'o'});
   editor = windows.openFile(folder / "broken.png");
   expectTranslated(waitFor<QMessageBox>());

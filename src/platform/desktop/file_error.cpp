@@ -1,6 +1,9 @@
 #include "platform/desktop/file_error.h"
 
+#include <QtGlobal>
 #include <cerrno>
+
+#include "platform/desktop/user_text.h"
 
 namespace vantrel {
 namespace {
@@ -11,7 +14,7 @@ class FileFaultCategory final : public std::error_category {
   [[nodiscard]] std::string message(int fault) const override {
     switch (static_cast<FileFault>(fault)) {
       case FileFault::NotAFile:
-        return "Not a regular file";
+        return failureText(QT_TRANSLATE_NOOP("Failure", "Not a regular file"));
     }
     return "Unknown fault";
   }
@@ -20,13 +23,13 @@ class FileFaultCategory final : public std::error_category {
 const char* wordsFor(FileAction action) {
   switch (action) {
     case FileAction::Open:
-      return "could not be opened";
+      return QT_TRANSLATE_NOOP("Failure", "“%1” could not be opened");
     case FileAction::Read:
-      return "could not be read";
+      return QT_TRANSLATE_NOOP("Failure", "“%1” could not be read");
     case FileAction::Save:
-      return "could not be saved";
+      return QT_TRANSLATE_NOOP("Failure", "“%1” could not be saved");
   }
-  return "failed";
+  return "%1";
 }
 
 /// Zero-width joiners and marks of direction belong to the spelling of a name; what overrides the
@@ -54,7 +57,12 @@ QString displayName(const std::filesystem::path& path) {
 }
 
 std::string fileFailure(const std::filesystem::path& path, FileAction action) {
-  return "“" + displayName(path).toStdString() + "” " + wordsFor(action);
+  return failureText(wordsFor(action), displayName(path).toStdString());
+}
+
+std::string fileFailure(const std::filesystem::path& path, FileAction action,
+                        const std::string& reason) {
+  return fileFailure(path, action) + ": " + failureText(reason.c_str());
 }
 
 std::system_error fileError(const std::filesystem::path& path, FileAction action,

@@ -22,11 +22,17 @@ enum class FileFault {
 /// printable character and no joiner of such becomes U+FFFD. All of `path` if it ends in a slash.
 [[nodiscard]] QString displayName(const std::filesystem::path& path);
 
-/// What happened, in UTF-8, for a reason to be added: "“photo.jpg” could not be opened".
-[[nodiscard]] std::string fileFailure(const std::filesystem::path& path, FileAction action);
+// All that is said of a failure is in UTF-8, and in the user's language where its words are in the
+// catalogue. Any thread.
 
-/// An error whose what() is the line that the user reads, in UTF-8, for example "“photo.jpg” could
-/// not be opened: No such file or directory".
+/// What happened, for a reason to be added: "“photo.jpg” could not be opened".
+[[nodiscard]] std::string fileFailure(const std::filesystem::path& path, FileAction action);
+/// With a reason, which may be in the catalogue under "Failure".
+[[nodiscard]] std::string fileFailure(const std::filesystem::path& path, FileAction action,
+                                      const std::string& reason);
+
+/// An error whose what() is the line that the user reads, for example "“photo.jpg” could not be
+/// opened: No such file or directory". The system's reason is in its own words.
 [[nodiscard]] std::system_error fileError(const std::filesystem::path& path, FileAction action,
                                           std::error_code code);
 /// The same for the present value of errno.

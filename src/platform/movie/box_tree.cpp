@@ -1,5 +1,6 @@
 #include "platform/movie/box_tree.h"
 
+#include <QtGlobal>
 #include <algorithm>
 #include <array>
 #include <string>
@@ -24,10 +25,12 @@ BoxTree BoxTree::parse(const BoxView& box) {
   std::span<const uint8_t> rest = box.payload;
   while (const std::optional<BoxView> child = takeBox(rest)) {
     const auto inner = std::find(kParents.begin(), kParents.end(), child->type);
-    if (inner <= level) throw DamagedBoxes("The movie header is damaged");
+    if (inner <= level)
+      throw DamagedBoxes(QT_TRANSLATE_NOOP("Failure", "The movie header is damaged"));
     tree.children.push_back(parse(*child));
   }
-  if (!rest.empty()) throw DamagedBoxes("The movie header is damaged");
+  if (!rest.empty())
+    throw DamagedBoxes(QT_TRANSLATE_NOOP("Failure", "The movie header is damaged"));
   return tree;
 }
 
@@ -54,7 +57,7 @@ BoxTree* BoxTree::child(uint32_t childType) {
 
 BoxTree& BoxTree::need(uint32_t childType) {
   BoxTree* found = child(childType);
-  if (!found) throw DamagedBoxes("The movie header is incomplete");
+  if (!found) throw DamagedBoxes(QT_TRANSLATE_NOOP("Failure", "The movie header is incomplete"));
   return *found;
 }
 

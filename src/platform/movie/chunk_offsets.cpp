@@ -1,5 +1,6 @@
 #include "platform/movie/chunk_offsets.h"
 
+#include <QtGlobal>
 #include <algorithm>
 #include <limits>
 #include <vector>
@@ -17,7 +18,7 @@ class OffsetTable final {
     cursor.skip(4);  // version and flags
     const uint64_t count = cursor.u32();
     if (!cursor.ok() || count > cursor.rest().size() / entrySize()) {
-      throw DamagedBoxes("The movie header is damaged");
+      throw DamagedBoxes(QT_TRANSLATE_NOOP("Failure", "The movie header is damaged"));
     }
     m_offsets.reserve(static_cast<size_t>(count));
     for (uint64_t i = 0; i < count; ++i)
@@ -65,7 +66,7 @@ class OffsetTable final {
       if (offset >= stretch.begin && offset <= stretch.end) return offset - stretch.begin + before;
       before += stretch.end - stretch.begin;
     }
-    throw DamagedBoxes("The movie header points outside the media");
+    throw DamagedBoxes(QT_TRANSLATE_NOOP("Failure", "The movie header points outside the media"));
   }
 
   BoxTree& m_box;

@@ -1,5 +1,6 @@
 #include "platform/movie/demuxer.h"
 
+#include <QtGlobal>
 #include <algorithm>
 #include <string_view>
 
@@ -10,7 +11,7 @@
 namespace vantrel {
 namespace {
 
-constexpr const char* kIsDamaged = "Some of it is damaged";
+constexpr const char* kIsDamaged = QT_TRANSLATE_NOOP("Failure", "Some of it is damaged");
 
 AVMediaType mediaTypeOf(MovieTrack::Kind kind) {
   return kind == MovieTrack::Kind::Video ? AVMEDIA_TYPE_VIDEO : AVMEDIA_TYPE_AUDIO;
@@ -25,7 +26,7 @@ Demuxer::Demuxer(const Movie& movie, const MovieTrack& track, const std::stop_to
   const auto index = static_cast<unsigned>(track.streamIndex);
   if (track.streamIndex < 0 || index >= context.nb_streams ||
       context.streams[index]->codecpar->codec_type != mediaTypeOf(track.kind)) {
-    fail("The track is no longer there");
+    fail(QT_TRANSLATE_NOOP("Failure", "The track is no longer there"));
   }
   for (unsigned i = 0; i < context.nb_streams; ++i) {
     if (i != index) context.streams[i]->discard = AVDISCARD_ALL;
@@ -98,7 +99,7 @@ void Demuxer::readAhead() {
     m_isCut = true;
     m_packetsBehindCut = 0;
   } else if (m_isCut && ++m_packetsBehindCut > 1) {
-    fail("Some of its sound is missing");
+    fail(QT_TRANSLATE_NOOP("Failure", "Some of its sound is missing"));
   }
 }
 

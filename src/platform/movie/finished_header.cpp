@@ -1,5 +1,6 @@
 #include "platform/movie/finished_header.h"
 
+#include <QtGlobal>
 #include <algorithm>
 #include <limits>
 #include <string>
@@ -26,7 +27,7 @@ uint64_t endSamplesAt(BoxTree& timeTable, int64_t mediaEnd) {
   cursor.skip(4);  // version and flags
   const uint64_t count = cursor.u32();
   if (!cursor.ok() || count > cursor.rest().size() / 8) {
-    throw DamagedBoxes("The movie header is damaged");
+    throw DamagedBoxes(QT_TRANSLATE_NOOP("Failure", "The movie header is damaged"));
   }
   std::vector<Run> runs;
   uint64_t start = 0;
@@ -35,7 +36,8 @@ uint64_t endSamplesAt(BoxTree& timeTable, int64_t mediaEnd) {
     if (run.count == 0) continue;
     runs.push_back(run);
     const uint64_t length = uint64_t{run.count} * run.duration;
-    if (length > kLongestMedia - start) throw DamagedBoxes("The movie header is damaged");
+    if (length > kLongestMedia - start)
+      throw DamagedBoxes(QT_TRANSLATE_NOOP("Failure", "The movie header is damaged"));
     start += length;
   }
   if (runs.empty()) return 0;
@@ -43,7 +45,7 @@ uint64_t endSamplesAt(BoxTree& timeTable, int64_t mediaEnd) {
   const int64_t end = std::max<int64_t>(mediaEnd, 0);
   const int64_t wanted = std::max<int64_t>(end - static_cast<int64_t>(start), 1);
   if (wanted > std::numeric_limits<int32_t>::max()) {
-    throw DamagedBoxes("The last picture lasts too long");
+    throw DamagedBoxes(QT_TRANSLATE_NOOP("Failure", "The last picture lasts too long"));
   }
   const auto duration = static_cast<uint32_t>(wanted);
   if (runs.back().count > 1) {
@@ -65,7 +67,8 @@ uint64_t endSamplesAt(BoxTree& timeTable, int64_t mediaEnd) {
 
 BoxTree leaf(std::span<const uint8_t> whole, uint32_t type) {
   const std::optional<BoxView> box = takeBox(whole);
-  if (!box || box->type != type || !whole.empty()) throw DamagedBoxes("A box is damaged");
+  if (!box || box->type != type || !whole.empty())
+    throw DamagedBoxes(QT_TRANSLATE_NOOP("Failure", "A box is damaged"));
   return {type, {box->payload.begin(), box->payload.end()}, {}};
 }
 
@@ -77,7 +80,8 @@ class Track final {
         m_header(TimedHeader::Kind::Track, trak.need(fourCC("tkhd")).payload),
         m_media(TimedHeader::Kind::Media, trak.need(fourCC("mdia")).need(fourCC("mdhd")).payload),
         m_movieTimescale(movieTimescale) {
-    if (m_media.number() == 0) throw DamagedBoxes("The movie header is damaged");
+    if (m_media.number() == 0)
+      throw DamagedBoxes(QT_TRANSLATE_NOOP("Failure", "The movie header is damaged"));
     if (BoxTree* edits = trak.child(fourCC("edts"))) {
       m_edits = parseEditList(edits->need(fourCC("elst")).payload);
     }
@@ -166,7 +170,8 @@ class Track final {
     }
     uint64_t sum = 0;
     for (const QuickTimeEdit& edit : m_edits) {
-      if (edit.segmentDuration < 0) throw DamagedBoxes("An edit has a negative length");
+      if (edit.segmentDuration < 0)
+        throw DamagedBoxes(QT_TRANSLATE_NOOP("Failure", "An edit has a negative length"));
       sum += static_cast<uint64_t>(edit.segmentDuration);
     }
     m_header.setDuration(sum);
@@ -185,7 +190,8 @@ class Track final {
 /// Changes all but where the chunks are.
 void change(BoxTree& moov, const QuickTimeFinish& finish) {
   TimedHeader header(TimedHeader::Kind::Movie, moov.need(fourCC("mvhd")).payload);
-  if (header.number() == 0) throw DamagedBoxes("The movie header is damaged");
+  if (header.number() == 0)
+    throw DamagedBoxes(QT_TRANSLATE_NOOP("Failure", "The movie header is damaged"));
   moov.remove(fourCC("udta"));
   moov.remove(fourCC("meta"));
   std::vector<Track> tracks;
@@ -201,7 +207,8 @@ void change(BoxTree& moov, const QuickTimeFinish& finish) {
     const auto found = std::find_if(tracks.begin(), tracks.end(), [&each](const Track& track) {
       return track.id() == each.trackID;
     });
-    if (found == tracks.end()) throw DamagedBoxes("A track is missing");
+    if (found == tracks.end())
+      throw DamagedBoxes(QT_TRANSLATE_NOOP("Failure", "A track is missing"));
     found->apply(each);
   }
   uint64_t duration = 0;
@@ -219,12 +226,12 @@ std::vector<uint8_t> finishedMovieHeader(std::span<const uint8_t> moov,
                                          const QuickTimeFinish& finish, uint64_t headerOffset,
                                          std::span<const MediaStretch> media) {
   const std::optional<BoxView> box = findBox(moov, fourCC("moov"));
-  if (!box) throw DamagedBoxes("The movie header is missing");
+  if (!box) throw DamagedBoxes(QT_TRANSLATE_NOOP("Failure", "The movie header is missing"));
   BoxTree tree = BoxTree::parse(*box);
   change(tree, finish);
   moveChunks(tree, headerOffset, media);
   if (tree.size() > std::numeric_limits<uint32_t>::max()) {
-    throw DamagedBoxes("The movie header is too long");
+    throw DamagedBoxes(QT_TRANSLATE_NOOP("Failure", "The movie header is too long"));
   }
   BoxWriter writer;
   tree.write(writer);

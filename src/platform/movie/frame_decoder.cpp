@@ -1,5 +1,6 @@
 #include "platform/movie/frame_decoder.h"
 
+#include <QtGlobal>
 #include <algorithm>
 #include <cstdlib>
 
@@ -39,7 +40,7 @@ bool canPassOver(const AVCodecParameters& parameters) {
 
 AvCodecContextPtr openDecoder(const Demuxer& demuxer, const AVCodecParameters& parameters) {
   const AVCodec* codec = avcodec_find_decoder(parameters.codec_id);
-  if (!codec) demuxer.fail("Nothing decodes its pictures");
+  if (!codec) demuxer.fail(QT_TRANSLATE_NOOP("Failure", "Nothing decodes its pictures"));
   auto context = owned<AvCodecContextPtr>(avcodec_alloc_context3(codec));
   if (avcodec_parameters_to_context(context.get(), &parameters) < 0) throw std::bad_alloc();
   context->max_pixels = MovieInput::kMaxPixels;
@@ -52,7 +53,7 @@ AvCodecContextPtr openDecoder(const Demuxer& demuxer, const AVCodecParameters& p
   // before, ends at such a picture when it is drained soon after a seek.
   if (parameters.codec_id == AV_CODEC_ID_H264) context->flags |= AV_CODEC_FLAG_OUTPUT_CORRUPT;
   if (avcodec_open2(context.get(), codec, nullptr) < 0) {
-    demuxer.fail("Its pictures cannot be decoded");
+    demuxer.fail(QT_TRANSLATE_NOOP("Failure", "Its pictures cannot be decoded"));
   }
   return context;
 }
@@ -242,10 +243,11 @@ bool FrameDecoder::isSeekShorter(int64_t from, int64_t to) const {
 }
 
 void FrameDecoder::requireFewLost() const {
-  if (m_packets == 0) m_demuxer.fail("It shows no pictures");
-  if (m_pictures == 0) m_demuxer.fail("None of its pictures can be decoded");
+  if (m_packets == 0) m_demuxer.fail(QT_TRANSLATE_NOOP("Failure", "It shows no pictures"));
+  if (m_pictures == 0)
+    m_demuxer.fail(QT_TRANSLATE_NOOP("Failure", "None of its pictures can be decoded"));
   if (m_lost > std::max(kTolerableCount, m_packets / kTolerablePart)) {
-    m_demuxer.fail("Too many of its pictures are damaged");
+    m_demuxer.fail(QT_TRANSLATE_NOOP("Failure", "Too many of its pictures are damaged"));
   }
 }
 

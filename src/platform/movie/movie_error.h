@@ -14,7 +14,8 @@ class MovieError final : public std::runtime_error {
  public:
   /// `code` is an AVERROR. A code that stands for errno gives the system's words.
   MovieError(const std::filesystem::path& path, FileAction action, int code);
-  /// The same with words of our own in the place of the library's.
+  /// The same with words of our own in the place of the library's, which are in the catalogue under
+  /// "Failure".
   MovieError(const std::filesystem::path& path, FileAction action, const std::string& words);
 
   /// The AVERROR; 0 where there was none.

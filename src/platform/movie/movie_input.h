@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtGlobal>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -13,7 +14,8 @@
 namespace vantrel {
 
 /// What a MovieError says of a file that ends before it should.
-inline constexpr const char* kEndsTooEarly = "The file ends too early";
+inline constexpr const char* kEndsTooEarly =
+    QT_TRANSLATE_NOOP("Failure", "The file ends too early");
 
 /// How a file is demuxed.
 struct MovieInputOptions {

@@ -1,5 +1,7 @@
 #include "platform/movie/planar_format.h"
 
+#include <QtGlobal>
+
 extern "C" {
 #include <libavutil/pixdesc.h>
 }
@@ -8,6 +10,7 @@ extern "C" {
 #include <string>
 
 #include "base/failure.h"
+#include "platform/desktop/user_text.h"
 
 namespace vantrel {
 namespace {
@@ -60,8 +63,9 @@ PlanarFormat requiredPlanarFormat(const AVFrame& frame) {
   const auto planar = planarFormat(format);
   if (planar && frame.width > 0 && frame.height > 0) return *planar;
   const char* name = av_get_pix_fmt_name(format);
-  throw Failure("The video's pictures cannot be converted: " +
-                std::string(name ? name : "no pixel format"));
+  throw Failure(
+      failureText(QT_TRANSLATE_NOOP("Failure", "The video's pictures cannot be converted: %1"),
+                  name ? name : "no pixel format"));
 }
 
 bool usesFullRange(AVPixelFormat format, AVColorRange range) {

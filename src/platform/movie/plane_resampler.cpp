@@ -1,11 +1,14 @@
 #include "platform/movie/plane_resampler.h"
 
+#include <QtGlobal>
+
 #include <zimg.h>
 
 #include <array>
 #include <limits>
 
 #include "base/failure.h"
+#include "platform/desktop/user_text.h"
 #include "platform/movie/plane_turn.h"
 
 namespace vantrel {
@@ -44,7 +47,9 @@ zimg_graph_builder_params builderParameters(bool dithers) {
 [[noreturn]] void fail() {
   std::array<char, 256> message{};
   zimg_get_last_error(message.data(), message.size());
-  throw Failure("The video's pictures cannot be converted: " + std::string(message.data()));
+  throw Failure(
+      failureText(QT_TRANSLATE_NOOP("Failure", "The video's pictures cannot be converted: %1"),
+                  message.data()));
 }
 
 zimg_filter_graph* buildGraph(const ResamplingStep& step) {

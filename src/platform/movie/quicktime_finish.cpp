@@ -1,5 +1,7 @@
 #include "platform/movie/quicktime_finish.h"
 
+#include <QtGlobal>
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -27,7 +29,7 @@ struct WrittenMovie {
 
 std::vector<uint8_t> load(BoxFile& file, const FileBox& box) {
   std::optional<std::vector<uint8_t>> bytes = file.load(box.begin, box.end);
-  if (!bytes) throw DamagedBoxes("The movie header is too long");
+  if (!bytes) throw DamagedBoxes(QT_TRANSLATE_NOOP("Failure", "The movie header is too long"));
   return std::move(*bytes);
 }
 
@@ -38,7 +40,9 @@ void copyStretch(FileCopy& copy, const MediaStretch& stretch, const std::filesys
     throwIfCancelled(stop);
     const size_t copied = copy.copySome(from, stretch.end - from);
     // Somebody else has cut it since it was opened.
-    if (copied == 0) throw MovieError(source, FileAction::Read, "The file ends too early");
+    if (copied == 0)
+      throw MovieError(source, FileAction::Read,
+                       QT_TRANSLATE_NOOP("Failure", "The file ends too early"));
     from += copied;
   }
 }
@@ -51,11 +55,14 @@ WrittenMovie readWritten(BoxFile& file) {
     if (box->type == fourCC("ftyp")) movie.fileType = load(file, *box);
     if (box->type == fourCC("moov")) movie.header = load(file, *box);
     if (box->type == fourCC("mdat")) movie.media.push_back({box->begin, box->end});
-    if (box->type == fourCC("moof")) throw DamagedBoxes("The movie is in fragments");
+    if (box->type == fourCC("moof"))
+      throw DamagedBoxes(QT_TRANSLATE_NOOP("Failure", "The movie is in fragments"));
     offset = box->end;
   }
-  if (offset != file.size()) throw DamagedBoxes("The file ends too early");
-  if (movie.header.empty()) throw DamagedBoxes("The movie header is missing");
+  if (offset != file.size())
+    throw DamagedBoxes(QT_TRANSLATE_NOOP("Failure", "The file ends too early"));
+  if (movie.header.empty())
+    throw DamagedBoxes(QT_TRANSLATE_NOOP("Failure", "The movie header is missing"));
   return movie;
 }
 

@@ -1,5 +1,6 @@
 #include "platform/movie/sound_decoder.h"
 
+#include <QtGlobal>
 #include <array>
 
 #include "platform/movie/coded_format.h"
@@ -14,12 +15,12 @@ constexpr std::array kStepsBack{0, 2, 10};
 
 AvCodecContextPtr openDecoder(const Demuxer& demuxer, const AVCodecParameters& parameters) {
   const AVCodec* codec = avcodec_find_decoder(parameters.codec_id);
-  if (!codec) demuxer.fail("Nothing decodes its sound");
+  if (!codec) demuxer.fail(QT_TRANSLATE_NOOP("Failure", "Nothing decodes its sound"));
   auto context = owned<AvCodecContextPtr>(avcodec_alloc_context3(codec));
   if (avcodec_parameters_to_context(context.get(), &parameters) < 0) throw std::bad_alloc();
   context->pkt_timebase = demuxer.stream().time_base;
   if (avcodec_open2(context.get(), codec, nullptr) < 0) {
-    demuxer.fail("Its sound cannot be decoded");
+    demuxer.fail(QT_TRANSLATE_NOOP("Failure", "Its sound cannot be decoded"));
   }
   return context;
 }

@@ -1,5 +1,6 @@
 #include "platform/movie/timed_header.h"
 
+#include <QtGlobal>
 #include <limits>
 
 #include "platform/movie/box_bytes.h"
@@ -18,7 +19,8 @@ TimedHeader::TimedHeader(Kind kind, std::span<const uint8_t> payload) {
   m_middle.assign(middle.begin(), middle.end());
   m_duration = cursor.word(m_wide);
   m_rest.assign(cursor.rest().begin(), cursor.rest().end());
-  if (!cursor.ok() || m_rest.size() < 2) throw DamagedBoxes("The movie header is incomplete");
+  if (!cursor.ok() || m_rest.size() < 2)
+    throw DamagedBoxes(QT_TRANSLATE_NOOP("Failure", "The movie header is incomplete"));
 }
 
 uint32_t TimedHeader::number() const {

@@ -2,6 +2,13 @@
 <!DOCTYPE TS>
 <TS version="2.1" sourcelanguage="en_US">
 <context>
+    <name>CommandLine</name>
+    <message>
+        <source>Files to open.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>CropWindowCommands</name>
     <message>
         <source>Undo</source>
@@ -208,6 +215,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>This codec or encoding configuration is unavailable on %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Cannot configure the video pipeline.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -224,6 +235,30 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Not a regular file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>“%1” could not be opened</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>“%1” could not be read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>“%1” could not be saved</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>this Mac</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>this computer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>There is not enough memory.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -232,7 +267,183 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>No such file or directory</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Permission denied</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No space left on device</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Disk quota exceeded</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File too large</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File name too long</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Is a directory</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Not a directory</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Read-only file system</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Input/output error</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Too many open files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>The original audio is damaged and cannot be copied into a MOV file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The movie header is damaged</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The movie header is incomplete</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The movie header points outside the media</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Some of it is damaged</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The track is no longer there</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Some of its sound is missing</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The last picture lasts too long</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A box is damaged</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>An edit has a negative length</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A track is missing</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The movie header is missing</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The movie header is too long</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nothing decodes its pictures</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Its pictures cannot be decoded</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It shows no pictures</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>None of its pictures can be decoded</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Too many of its pictures are damaged</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Invalid data found when processing input</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>End of file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Decoder not found</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Encoder not found</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Demuxer not found</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stream not found</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Generic error in an external library</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Internal bug, should not have happened</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Not yet implemented in FFmpeg, patches welcome</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unknown error occurred</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file ends too early</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The video&apos;s pictures cannot be converted: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The movie is in fragments</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nothing decodes its sound</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Its sound cannot be decoded</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The finished export was deleted from the temporary folder</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
