@@ -2,6 +2,8 @@
 
 #include <QPainter>
 
+#include "controls/motion.h"
+
 namespace vantrel {
 namespace {
 
@@ -26,7 +28,8 @@ CropDimensionField::CropDimensionField(EditHistory& history, const QString& labe
 }
 
 double CropDimensionField::flashOpacity() const {
-  return m_flash.state() == QAbstractAnimation::Running ? m_flash.currentValue().toDouble() : 0;
+  if (m_flash.state() != QAbstractAnimation::Running) return 0;
+  return showsMotion(*this) ? m_flash.currentValue().toDouble() : 1;
 }
 
 void CropDimensionField::setMaximum(int64_t maximum) {

@@ -15,7 +15,7 @@ class CropDimensionField final : public SelectingNumberField {
   /// `label` names the dimension to assistive tools. `history` outlives the field's editing.
   CropDimensionField(EditHistory& history, const QString& label, QWidget* parent = nullptr);
 
-  /// From 1, as a flash begins, down to 0.
+  /// From 1, as a flash begins, down to 0; at once where the desktop asks for less motion.
   [[nodiscard]] double flashOpacity() const;
 
   /// The source's extent on this axis, in source pixels.

@@ -181,28 +181,31 @@ void CropExportFooter::begin() {
 
 void CropExportFooter::showState() {
   const bool running = m_state.progress().has_value();
-  if (running) {
-    m_cancel->show();
-    m_focus->enterCancel();
-  } else {
-    m_focus->leaveCancel();
-  }
+  if (!running) m_focus->leaveCancel();
+  // What goes makes room for what comes.
+  (running ? static_cast<QWidget*>(m_help) : m_cancel)->hide();
+  (running ? static_cast<QWidget*>(m_cancel) : m_help)->show();
+  if (running) m_focus->enterCancel();
   showButton();
+  if (running) showProgress(*m_state.progress());
   static_cast<QStackedLayout*>(m_export->parentWidget()->layout())
       ->setCurrentWidget(running ? m_progress : m_export);
-  m_cancel->setVisible(running);
-  m_help->setVisible(!running);
+  // What goes makes room for what comes.
+  (running ? static_cast<QWidget*>(m_help) : m_cancel)->hide();
+  (running ? static_cast<QWidget*>(m_cancel) : m_help)->show();
   // The frame of the help's icon reaches beyond the edge of the rest.
   m_statusRow->setContentsMargins(0, 0, running ? scaledForText(kHelpOverhang) : 0, 0);
   m_status->setText(ExportFooterText::status(m_state.message(), m_output.loaded, m_output.width,
                                              m_output.height, m_output.encodingName));
-  if (running) showProgress(*m_state.progress());
+  layout()->activate();
   if (!running && m_output.canExport) m_focus->enterStart();
 }
 
 void CropExportFooter::showProgress(double progress) {
   m_phase->setText(ExportFooterText::phase(progress, m_state.indeterminate()));
   m_bytes->setText(CropFormatting::byteCount(m_state.bytes()));
+  // The bar has itself and all around it painted as it moves.
+  m_progress->layout()->activate();
   // Without a range there is no value either, for those who ask for one.
   const int last = m_state.indeterminate() ? 0 : kBarSteps;
   m_bar->setRange(0, last);

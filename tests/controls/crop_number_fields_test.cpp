@@ -4,9 +4,12 @@
 #include <QClipboard>
 #include <QFontInfo>
 #include <QImage>
+#include <QProxyStyle>
 #include <QShortcut>
 #include <QSignalSpy>
 #include <QWheelEvent>
+#include <algorithm>
+#include <vector>
 
 #include "controls/field_window.h"
 
@@ -415,6 +418,30 @@ TEST_F(CropDimensionFieldTest, NumberTooLongForAnyFileIsTheLargest) {
     EXPECT_EQ(fields.width.text(), QStringLiteral("1920"));
     EXPECT_GT(fields.width.flashOpacity(), 0);
   }
+}
+
+class StillStyle final : public QProxyStyle {
+ public:
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* returned) const override {
+    if (hint == SH_Widget_Animation_Duration) return 0;
+    return QProxyStyle::styleHint(hint, option, widget, returned);
+  }
+};
+
+TEST_F(CropDimensionFieldTest, AFlashDoesNotFadeWhereNothingIsToMove) {
+  StillStyle still;
+  fields.width.setStyle(&still);
+  fields.width.flashValidation();
+  std::vector<double> opacities;
+  ASSERT_TRUE(QTest::qWaitFor([&] {
+    opacities.push_back(fields.width.flashOpacity());
+    return opacities.back() == 0;
+  }));
+  opacities.pop_back();
+  ASSERT_FALSE(opacities.empty());
+  EXPECT_EQ(std::count(opacities.begin(), opacities.end(), 1), static_cast<long>(opacities.size()));
+  fields.width.setStyle(nullptr);
 }
 
 TEST_F(CropDimensionFieldTest, ArrowAtTheLimitFlashes) {

@@ -53,6 +53,54 @@ TEST_F(CropExportFooterTest, IsAStripOfOneHeight) {
   EXPECT_EQ(footer()->cancelButton()->height(), 24);
 }
 
+/// Counts how often a label was painted, and how often without room for its text.
+class PaintWatch final : public QObject {
+ public:
+  explicit PaintWatch(QLabel* label) : m_label(*label) { label->installEventFilter(this); }
+
+  int paints = 0, cut = 0;
+
+ protected:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() != QEvent::Paint) return false;
+    ++paints;
+    if (m_label.width() < m_label.sizeHint().width()) ++cut;
+    return false;
+  }
+
+ private:
+  QLabel& m_label;
+};
+
+TEST_F(CropExportFooterTest, NeverShowsItsBytesCutShort) {
+  show();
+  run(0);
+  PaintWatch watch(footer()->bytesLabel());
+  for (int step = 1; step < 10; ++step) {
+    exportState.setBytes(7 << (3 * step));
+    exportState.setProgress(step / 10.0);
+  }
+  QCoreApplication::processEvents();
+  EXPECT_GT(watch.paints, 0);
+  EXPECT_EQ(watch.cut, 0);
+}
+
+// What starts an export can keep the window from the next turn of the event loop for a while.
+TEST_F(CropExportFooterTest, HasAllInItsPlaceAtOnceWhenAnExportBeginsAndEnds) {
+  show();
+  QCoreApplication::processEvents();
+  run(0);
+  EXPECT_EQ(placeOf(footer()->cancelButton()).right(), InspectorView::kWidth - 17);
+  EXPECT_EQ(footer()->cancelButton()->height(), 24);
+  EXPECT_EQ(placeOf(footer()->bytesLabel()).right(), InspectorView::kWidth - 17);
+  EXPECT_GE(footer()->bytesLabel()->width(), footer()->bytesLabel()->sizeHint().width());
+  exportState.setBytes(123'000'000);
+  EXPECT_GE(footer()->bytesLabel()->width(), footer()->bytesLabel()->sizeHint().width());
+  exportState.setProgress({});
+  EXPECT_EQ(placeOf(footer()->helpButton()).right(), InspectorView::kWidth - 13);
+  EXPECT_EQ(placeOf(footer()->exportButton()).width(), InspectorView::kWidth - 33);
+}
+
 TEST_F(CropExportFooterTest, IsRedOnlyWhileItMayExport) {
   show();
   const auto color = [this](QPalette::ColorRole role) {

@@ -1,10 +1,14 @@
 #include "inspector/crop_section.h"
 
 #include <QAbstractButton>
+#include <iterator>
+#include <random>
+#include <vector>
 
 #include "controls/crop_dimension_field.h"
 #include "controls/crop_number_field.h"
 #include "controls/crop_reset_button.h"
+#include "controls/crop_undo_routing.h"
 #include "controls/pixel_stepper.h"
 #include "inspector/inspector_window.h"
 
@@ -179,6 +183,63 @@ TEST_F(CropSectionTest, NamesItsControls) {
   EXPECT_EQ(section()->widthField()->accessibleName(), QStringLiteral("Crop width in pixels"));
   for (const char* title : {"Top", "Left", "Width", "Height", "Right", "Bottom"})
     EXPECT_NE(stepperOf(QString::fromLatin1(title)), nullptr) << title;
+}
+
+TEST_F(CropSectionTest, StaysLegalAndUndoesWhateverIsDoneToIt) {
+  openVideo();
+  show();
+  const CropMargins full = history.crop();
+  std::vector<SelectingNumberField*> fields{section()->widthField(), section()->heightField()};
+  for (const Edge edge : CropMargins::kEdges)
+    fields.push_back(field(edge));
+  const auto steppers = section()->findChildren<PixelStepper*>();
+  const Qt::Key keys[] = {Qt::Key_Up,     Qt::Key_Down,  Qt::Key_Return, Qt::Key_Tab,
+                          Qt::Key_Escape, Qt::Key_Enter, Qt::Key_Delete, Qt::Key_PageUp};
+  const QString texts[] = {QStringLiteral("0"),   QStringLiteral("1"),  QStringLiteral("-3"),
+                           QStringLiteral("301"), QStringLiteral("x"),  QStringLiteral(" "),
+                           QStringLiteral("640"), QStringLiteral("+9"), QStringLiteral("99999")};
+  std::mt19937 random(7);
+  const auto among = [&random](size_t count) { return random() % count; };
+  for (int action = 0; action < 600; ++action) {
+    QWidget* focused = QApplication::focusWidget();
+    if (!section()->isAncestorOf(focused)) focused = nullptr;
+    switch (among(6)) {
+      case 0:
+        QTest::mouseClick(fields.at(among(fields.size())), Qt::LeftButton);
+        break;
+      case 1:
+        if (focused) QTest::keyClicks(focused, texts[among(std::size(texts))]);
+        break;
+      case 2:
+        if (focused) {
+          QTest::keyClick(focused, keys[among(std::size(keys))],
+                          among(3) == 0 ? Qt::ShiftModifier : Qt::NoModifier);
+        }
+        break;
+      case 3:
+        QTest::mouseClick(
+            among(2) == 0 ? steppers.at(among(6))->upButton() : steppers.at(among(6))->downButton(),
+            Qt::LeftButton);
+        break;
+      case 4:
+        if (among(10) == 0) QTest::mouseClick(section()->resetButton(), Qt::LeftButton);
+        break;
+      default:
+        CropUndoRouting::perform(history, among(2) == 0);
+    }
+    const CropMargins& crop = history.crop();
+    const QSizeF output = crop.rectangle(source.sourceSize).size();
+    ASSERT_TRUE(crop.left >= 0 && crop.top >= 0 && crop.right >= 0 && crop.bottom >= 0) << action;
+    ASSERT_TRUE(output.width() >= 2 && output.height() >= 2) << action;
+    ASSERT_EQ(static_cast<int64_t>(output.width()) % 2, 0) << action;
+    ASSERT_EQ(static_cast<int64_t>(output.height()) % 2, 0) << action;
+  }
+  section()->resetButton()->setFocus();
+  for (const Edge edge : CropMargins::kEdges)
+    EXPECT_EQ(field(edge)->text(), QString::number(history.crop()[edge]));
+  while (history.canUndo())
+    history.undo();
+  EXPECT_EQ(history.crop(), full);
 }
 
 // The window shows an edit a little later, and keys can be faster.
