@@ -190,9 +190,6 @@ void CropExportFooter::showState() {
   if (running) showProgress(*m_state.progress());
   static_cast<QStackedLayout*>(m_export->parentWidget()->layout())
       ->setCurrentWidget(running ? m_progress : m_export);
-  // What goes makes room for what comes.
-  (running ? static_cast<QWidget*>(m_help) : m_cancel)->hide();
-  (running ? static_cast<QWidget*>(m_cancel) : m_help)->show();
   // The frame of the help's icon reaches beyond the edge of the rest.
   m_statusRow->setContentsMargins(0, 0, running ? scaledForText(kHelpOverhang) : 0, 0);
   m_status->setText(ExportFooterText::status(m_state.message(), m_output.loaded, m_output.width,
