@@ -8,8 +8,10 @@
 #include <QToolButton>
 #include <QWidget>
 
+#include "controls/look_palette.h"
 #include "controls/plate.h"
 #include "controls/symbol_icon.h"
+#include "editor/quiet_dialog.h"
 #include "editor/quiet_menu.h"
 #include "editor/quiet_slider.h"
 #include "editor/quiet_tab.h"
@@ -23,7 +25,7 @@ constexpr double kButtonRadius = 7;
 constexpr double kFocusWidth = 2;
 constexpr int kToolIcon = 18;
 constexpr int kToolButton = 32;
-constexpr int kToolBarMargin = 12;
+constexpr int kToolBarMargin = 8;
 constexpr int kToolBarSpacing = 8;
 constexpr int kMenuBarMargin = 2;
 constexpr int kMenuBarItemHeight = 26, kMenuBarItemExtra = 6;
@@ -31,10 +33,9 @@ constexpr int kTabPadding = 12;
 constexpr int kOpaque = 255;
 constexpr int kLeastButton = 48, kLeastDialogButton = 80, kButtonPadding = 16;
 constexpr int kFieldPadding = 5;
+constexpr int kTipPadding = 5;
 
 constexpr double kDisabledOpacity = 0.45;
-constexpr int kHoverLighter = 112;
-constexpr int kPressDarker = 112;
 constexpr int kColoredSaturation = 128;
 constexpr float kToolHover = 0.08F;
 constexpr float kToolPress = 0.14F;
@@ -48,7 +49,7 @@ void drawField(const QStyleOption* option, QPainter* painter) {
   const QPalette& palette = option->palette;
   const bool focused = option->state.testFlag(QStyle::State_HasFocus);
   drawPlate(painter, option->rect, kFieldRadius, palette.color(QPalette::Base),
-            palette.color(focused ? QPalette::Highlight : QPalette::Mid),
+            focused ? palette.color(QPalette::Highlight) : outlineColor(palette),
             focused ? kFocusWidth : 1);
 }
 
@@ -56,24 +57,27 @@ void drawButton(const QStyleOption* option, QPainter* painter) {
   const QStyle::State state = option->state;
   const QPalette& palette = option->palette;
   const bool enabled = state.testFlag(QStyle::State_Enabled);
-  QColor fill = palette.color(QPalette::Button);
+  Touch touch = Touch::none;
   if (enabled && state.testFlag(QStyle::State_Sunken)) {
-    fill = fill.darker(kPressDarker);
+    touch = Touch::press;
   } else if (enabled && state.testFlag(QStyle::State_MouseOver)) {
-    fill = fill.lighter(kHoverLighter);
+    touch = Touch::hover;
   }
   const bool focused =
       state.testFlag(QStyle::State_HasFocus) && state.testFlag(QStyle::State_KeyboardFocusChange);
   const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
   const bool marked =
       focused || (button && button->features.testFlag(QStyleOptionButton::DefaultButton));
+  // White gets no lighter.
+  const QColor resting =
+      touch == Touch::hover ? outlineColor(palette) : palette.color(QPalette::Mid);
+  const QColor edge = marked && enabled ? palette.color(QPalette::Highlight) : resting;
   painter->save();
   if (!enabled) painter->setOpacity(kDisabledOpacity);
   // A coloured button needs no border.
   const bool plain = palette.color(QPalette::Button).saturation() < kColoredSaturation;
   const double border = focused ? kFocusWidth : (plain ? 1 : 0);
-  drawPlate(painter, option->rect, kButtonRadius, fill,
-            palette.color(marked && enabled ? QPalette::Highlight : QPalette::Mid), border);
+  drawPlate(painter, option->rect, kButtonRadius, buttonFill(palette, touch), edge, border);
   painter->restore();
 }
 
@@ -101,29 +105,20 @@ void drawBar(const QStyleOption* option, QPainter* painter, bool bottomLine) {
   painter->fillRect(line, option->palette.color(QPalette::Midlight));
 }
 
-void drawMenuBarItem(const QStyleOptionMenuItem& item, QPainter* painter, const QStyle& style) {
+void drawMenuBarItem(const QStyleOptionMenuItem& item, QPainter* painter, const QStyle& style,
+                     bool hasKeyboard) {
   painter->fillRect(item.rect, item.palette.color(QPalette::AlternateBase));
   if (item.state.testFlag(QStyle::State_Selected)) {
     QColor fill = item.palette.color(QPalette::WindowText);
     fill.setAlphaF(kToolHover);
-    drawPlate(painter, item.rect.adjusted(1, 2, -1, -2), kFieldRadius, fill, {}, 0);
+    drawPlate(painter, item.rect.adjusted(1, 2, -1, -2), kFieldRadius, fill,
+              item.palette.color(QPalette::Highlight), hasKeyboard ? kFocusWidth : 0);
   }
   const int flags =
       Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextDontClip | Qt::TextSingleLine |
       (style.styleHint(QStyle::SH_UnderlineShortcut, &item) ? 0 : Qt::TextHideMnemonic);
   style.drawItemText(painter, item.rect, flags, item.palette,
                      item.state.testFlag(QStyle::State_Enabled), item.text, QPalette::WindowText);
-}
-
-QSize menuItemSize(const QStyleOption& option, const QSize& size) {
-  const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(&option);
-  if (!item) return size;
-  if (item->menuItemType == QStyleOptionMenuItem::Separator && item->text.isEmpty()) {
-    return {size.width(), QuietMenu::kDividerHeight};
-  }
-  const bool hasKey = item->text.contains(u'\t');
-  return {size.width() + (hasKey ? QuietMenu::kKeyGap : 0),
-          std::max(size.height(), QuietMenu::kItemHeight)};
 }
 
 /// The buttons of a dialog are of one size, whatever stands on them.
@@ -142,10 +137,12 @@ QString symbolOf(QStyle::StandardPixmap which) {
     case QStyle::SP_DirIcon:
     case QStyle::SP_DirClosedIcon:
     case QStyle::SP_DirHomeIcon:
+    case QStyle::SP_DirLinkIcon:
       return QStringLiteral("folder");
     case QStyle::SP_DirOpenIcon:
       return QStringLiteral("folder-open");
     case QStyle::SP_FileIcon:
+    case QStyle::SP_FileLinkIcon:
       return QStringLiteral("file");
     case QStyle::SP_ComputerIcon:
     case QStyle::SP_DriveHDIcon:
@@ -201,6 +198,15 @@ void QuietStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
     case PE_FrameMenu:
       QuietMenu::drawFrame(*option, *painter);
       return;
+    case PE_Frame:
+      QuietDialog::drawListFrame(*option, *painter);
+      return;
+    case PE_IndicatorHeaderArrow:
+      if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option)) {
+        const bool isUp = header->sortIndicator == QStyleOptionHeader::SortDown;
+        QuietDialog::drawChevron(*option, option->rect, isUp, *painter);
+      }
+      return;
     case PE_PanelTipLabel:
       painter->fillRect(option->rect, option->palette.color(QPalette::ToolTipBase));
       QuietMenu::drawFrame(*option, *painter);
@@ -224,18 +230,25 @@ void QuietStyle::drawControl(ControlElement element, const QStyleOption* option,
     case CE_MenuBarEmptyArea:
       drawBar(option, painter, false);
       return;
+    case CE_HeaderSection:
+    case CE_HeaderEmptyArea:
+      QuietDialog::drawHeader(*option, *painter);
+      return;
+    case CE_Splitter:
+    case CE_SizeGrip:
+      return;
     case CE_ToolBar:
       drawBar(option, painter, true);
       return;
     case CE_MenuItem:
       if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
-        QuietMenu::drawItem(*item, *painter, *baseStyle(), widget);
+        QuietMenu::drawItem(*item, *painter, *this);
         return;
       }
       break;
     case CE_MenuBarItem:
       if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
-        drawMenuBarItem(*item, painter, *this);
+        drawMenuBarItem(*item, painter, *this, widget && widget->hasFocus());
         return;
       }
       break;
@@ -258,12 +271,38 @@ void QuietStyle::drawControl(ControlElement element, const QStyleOption* option,
 
 void QuietStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                                     QPainter* painter, const QWidget* widget) const {
-  const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
-  if (control != CC_Slider || !slider || slider->orientation != Qt::Horizontal) {
-    QProxyStyle::drawComplexControl(control, option, painter, widget);
+  const auto part = [&](SubControl which) {
+    return subControlRect(control, option, which, widget);
+  };
+  if (const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option)) {
+    if (control == CC_Slider && slider->orientation == Qt::Horizontal) {
+      QuietSlider::draw(*slider, part(SC_SliderHandle), *painter);
+      return;
+    }
+    if (control == CC_ScrollBar) {
+      QuietDialog::drawScrollBar(*slider, *painter);
+      return;
+    }
+  }
+  if (const auto* box = qstyleoption_cast<const QStyleOptionSpinBox*>(option)) {
+    drawField(option, painter);
+    QuietDialog::drawSteps(*box, part(SC_SpinBoxUp), part(SC_SpinBoxDown), *painter);
     return;
   }
-  QuietSlider::draw(*slider, subControlRect(CC_Slider, option, SC_SliderHandle, widget), *painter);
+  const auto* choice = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+  if (choice && !choice->editable) {
+    drawButton(option, painter);
+    QuietDialog::drawChevron(*option, part(SC_ComboBoxArrow), false, *painter);
+    return;
+  }
+  QProxyStyle::drawComplexControl(control, option, painter, widget);
+}
+
+QRect QuietStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option,
+                                 SubControl part, const QWidget* widget) const {
+  const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+  if (control == CC_ScrollBar && bar) return QuietDialog::scrollBarPart(*bar, part);
+  return QProxyStyle::subControlRect(control, option, part, widget);
 }
 
 QSize QuietStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
@@ -277,7 +316,10 @@ QSize QuietStyle::sizeFromContents(ContentsType type, const QStyleOption* option
     case CT_MenuBarItem:
       return {size.width() + kMenuBarItemExtra, std::max(size.height(), kMenuBarItemHeight)};
     case CT_MenuItem:
-      return menuItemSize(*option, size);
+      if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
+        return QuietMenu::itemSize(*item, contents);
+      }
+      return size;
     case CT_TabBarTab:
       return {size.width(),
               std::max(QuietTab::kHeight, option->fontMetrics.height() + kTabPadding)};
@@ -324,11 +366,17 @@ int QuietStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
     case PM_SubMenuOverlap:
       // Beside the frame, not over it.
       return QuietMenu::kMargin + 1;
+    case PM_ToolTipLabelFrameWidth:
+      return kTipPadding;
     case PM_TabCloseIndicatorWidth:
     case PM_TabCloseIndicatorHeight:
       return QuietTab::kCloseSide;
     case PM_TabBarScrollButtonWidth:
       return QuietTab::kScrollButton;
+    case PM_ScrollBarExtent:
+      return QuietDialog::kScrollBar;
+    case PM_ListViewIconSize:
+      return QuietDialog::kListIcon;
     case PM_SliderLength:
     case PM_SliderThickness:
     case PM_SliderControlThickness:
