@@ -10,12 +10,17 @@
 
 namespace vantrel {
 
+/// The edge, inside the ring, makes it seen on whatever picture: it differs from it by 3:1 or more.
+struct FocusColors {
+  QColor ring, edge;
+};
+
 /// Shows what the keyboard moves: a ring around `handle`, or around the crop with all its handles
-/// if it is absent. `selection` is the crop in points; the result, in the order of drawing, is in
-/// device pixels.
+/// if it is absent; the handles are white. `selection` is the crop in points; the result, in the
+/// order of drawing, is in device pixels.
 [[nodiscard]] std::vector<ColoredRectangle> cropFocusRing(const std::optional<CropHandle>& handle,
                                                           const QRectF& selection,
-                                                          const QColor& color,
+                                                          const FocusColors& colors,
                                                           double devicePixelRatio);
 
 }  // namespace vantrel

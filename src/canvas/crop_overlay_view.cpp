@@ -57,8 +57,8 @@ int64_t CropOverlayView::pixelStep() const {
 
 std::vector<ColoredRectangle> CropOverlayView::focusRing() const {
   if (!m_showsRing || !hasFocus() || !hasSource()) return {};
-  return cropFocusRing(m_focusedHandle, m_overlay.selection(), palette().color(QPalette::Highlight),
-                       devicePixelRatioF());
+  const FocusColors colors{palette().color(QPalette::Highlight), palette().color(QPalette::Base)};
+  return cropFocusRing(m_focusedHandle, m_overlay.selection(), colors, devicePixelRatioF());
 }
 
 void CropOverlayView::setProjection(const CanvasProjection& projection) {

@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QPainter>
 
+#include "controls/look_palette.h"
 #include "controls/plate.h"
 
 namespace vantrel {
@@ -61,7 +62,7 @@ void ColorWell::paintEvent(QPaintEvent* /*event*/) {
     return palette().color(QPalette::Active, role);
   };
   const bool isFocused = hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange);
-  QColor border = color(isFocused ? QPalette::Highlight : QPalette::Mid);
+  QColor border = isFocused ? color(QPalette::Highlight) : outlineColor(palette());
   if (isEnabled() && underMouse() && !isFocused) border = color(QPalette::PlaceholderText);
   QColor fill = color(QPalette::Base);
   if (isDown()) fill = fill.darker(kPressDarker);

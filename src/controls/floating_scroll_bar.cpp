@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "controls/look_palette.h"
 #include "controls/motion.h"
 
 namespace vantrel {
@@ -17,18 +18,10 @@ constexpr double kEndGap = 4;
 constexpr double kSideGap = 4;
 constexpr double kShortestHandle = 32;
 
-constexpr double kRestingAlpha = 0.5;
-constexpr double kHeldAlpha = 0.75;
-constexpr double kOutlineAlpha = 0.35;
 constexpr int kClickPageTenths = 9;
 
 int wholePoints(double value) {
   return static_cast<int>(std::lround(std::clamp(value, 0.0, 1e9)));
-}
-
-QColor translucent(QColor color, double alpha) {
-  color.setAlphaF(static_cast<float>(alpha));
-  return color;
 }
 
 }  // namespace
@@ -111,10 +104,9 @@ void FloatingScrollBar::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setOpacity(m_opacity);
-  painter.setPen(translucent(palette().color(QPalette::Window), kOutlineAlpha));
-  const bool isHeld = m_grip || underMouse();
-  painter.setBrush(
-      translucent(palette().color(QPalette::WindowText), isHeld ? kHeldAlpha : kRestingAlpha));
+  const HandleColors colors = scrollHandleColors(palette(), m_grip || underMouse());
+  painter.setPen(colors.edge);
+  painter.setBrush(colors.fill);
   const QRectF rect = handle().adjusted(-0.5, -0.5, 0.5, 0.5);
   const double radius = (kThickness - 2 * kSideGap + 1) / 2;
   painter.drawRoundedRect(rect, radius, radius);

@@ -2,6 +2,8 @@
 
 #include <QColor>
 
+#include "controls/dark_palette.h"
+
 namespace vantrel {
 namespace {
 
@@ -17,6 +19,17 @@ constexpr Tokens kLight{0xfff5f5f7, 0xfffbfbfc, 0xffffffff, 0xffffffff, 0xffd3d4
 
 constexpr double kDisabledOpacity = 0.45;
 
+/// Of text over what it lies on: no more than makes an edge seen.
+constexpr double kDarkOutline = 0.4, kLightOutline = 0.51, kChosenEdge = 0.58;
+
+constexpr float kUnchosenText = 0.72F;
+constexpr float kHandle = 0.6F, kHeldHandle = 0.75F, kHandleEdge = 0.6F;
+
+// Percent.
+constexpr int kChosenLighter = 138;
+constexpr int kHoverLighter = 112, kColoredHoverLighter = 105, kPressDarker = 112;
+constexpr int kColoredSaturation = 128;
+
 /// Of text over a floating panel, through which what is beneath it shines.
 constexpr QRgb kDarkPanelCaption = 0xffbbbdc4, kLightPanelCaption = 0xff55585f;
 
@@ -30,6 +43,16 @@ QColor mixed(const QColor& top, const QColor& ground, double part) {
   };
   return {channel(top.red(), ground.red()), channel(top.green(), ground.green()),
           channel(top.blue(), ground.blue())};
+}
+
+QColor translucent(QColor color, float opacity) {
+  color.setAlphaF(opacity);
+  return color;
+}
+
+QColor edge(const QPalette& palette, double part) {
+  return mixed(palette.color(QPalette::Active, QPalette::WindowText),
+               palette.color(QPalette::Active, QPalette::Window), part);
 }
 
 }  // namespace
@@ -74,6 +97,33 @@ QPalette inspectorPalette(bool dark) {
   QPalette palette = lookPalette(dark);
   palette.setColor(QPalette::Window, QColor(dark ? kDarkPanel : kLightPanel));
   return palette;
+}
+
+QColor outlineColor(const QPalette& palette) {
+  return edge(palette, isDark(palette) ? kDarkOutline : kLightOutline);
+}
+
+SegmentColors segmentColors(const QPalette& palette) {
+  const auto color = [&palette](QPalette::ColorRole role) {
+    return palette.color(QPalette::Active, role);
+  };
+  const QColor text = color(QPalette::WindowText);
+  // The secondary colour would be too faint on the track.
+  return {color(QPalette::Dark), translucent(text, kUnchosenText),
+          color(QPalette::Button).lighter(kChosenLighter), edge(palette, kChosenEdge), text};
+}
+
+QColor buttonFill(const QPalette& palette, Touch touch) {
+  const QColor fill = palette.color(QPalette::Button);
+  if (touch == Touch::none) return fill;
+  if (touch == Touch::press) return fill.darker(kPressDarker);
+  const bool isColored = fill.saturation() >= kColoredSaturation;
+  return fill.lighter(isColored ? kColoredHoverLighter : kHoverLighter);
+}
+
+HandleColors scrollHandleColors(const QPalette& palette, bool isHeld) {
+  return {translucent(palette.color(QPalette::WindowText), isHeld ? kHeldHandle : kHandle),
+          translucent(palette.color(QPalette::Window), kHandleEdge)};
 }
 
 QColor panelFill(bool dark) {

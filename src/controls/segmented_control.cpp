@@ -6,6 +6,7 @@
 #include <QRadioButton>
 #include <QSignalBlocker>
 
+#include "controls/look_palette.h"
 #include "controls/plate.h"
 #include "controls/text_scale.h"
 
@@ -18,9 +19,8 @@ constexpr int kInset = 2;
 constexpr int kSegmentHeight = 20, kSegmentPadding = 11;
 constexpr double kRadius = 7, kSegmentRadius = 5, kFocusWidth = 2;
 
-constexpr double kDisabledOpacity = 0.45, kUnselectedOpacity = 0.72;
+constexpr double kDisabledOpacity = 0.45;
 constexpr float kHoverOpacity = 0.06F;
-constexpr int kSelectedLighter = 138;
 constexpr int kShadowDarker = 115;
 
 class Segment final : public QRadioButton {
@@ -50,10 +50,8 @@ class Segment final : public QRadioButton {
       hover.setAlphaF(kHoverOpacity);
       drawPlate(&painter, rect(), kSegmentRadius, hover, {}, 0);
     }
-    // The secondary colour would be too faint on the track.
-    QColor ink = color(QPalette::WindowText);
-    if (!isChecked()) ink.setAlphaF(kUnselectedOpacity);
-    painter.setPen(ink);
+    const SegmentColors colors = segmentColors(palette());
+    painter.setPen(isChecked() ? colors.plateText : colors.text);
     painter.drawText(rect(), Qt::AlignCenter, text());
     if (hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
       drawPlate(&painter, rect(), kSegmentRadius, Qt::transparent, color(QPalette::Highlight),
@@ -125,13 +123,13 @@ QColor SegmentedControl::faded(const QColor& color) const {
 
 void SegmentedControl::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  const QColor track = faded(palette().color(QPalette::Active, QPalette::Dark));
+  const SegmentColors colors = segmentColors(palette());
+  const QColor track = faded(colors.track);
   drawPlate(&painter, rect(), kRadius, track, {}, 0);
   if (selected() < 0) return;
   const QRect plate = m_segments[selected()]->geometry();
-  const QColor fill = palette().color(QPalette::Active, QPalette::Button).lighter(kSelectedLighter);
   drawPlate(&painter, plate.translated(0, 1), kSegmentRadius, track.darker(kShadowDarker), {}, 0);
-  drawPlate(&painter, plate, kSegmentRadius, faded(fill), {}, 0);
+  drawPlate(&painter, plate, kSegmentRadius, faded(colors.plate), faded(colors.plateEdge), 1);
 }
 
 }  // namespace vantrel

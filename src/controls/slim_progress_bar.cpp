@@ -16,7 +16,6 @@ constexpr int kFrameMilliseconds = 16;
 constexpr int kTravelMilliseconds = 1400;
 // The length of the travelling part, of the whole.
 constexpr double kTravellerLength = 0.3;
-constexpr float kTrackOpacity = 0.16F;
 // Of the whole, where nothing may travel.
 constexpr float kStillOpacity = 0.45F;
 
@@ -60,9 +59,7 @@ void SlimProgressBar::paintEvent(QPaintEvent* /*event*/) {
   QPainterPath clip;
   clip.addRoundedRect(track, radius, radius);
   painter.setClipPath(clip);
-  QColor trackColor = palette().color(QPalette::WindowText);
-  trackColor.setAlphaF(kTrackOpacity);
-  painter.fillRect(track, trackColor);
+  painter.fillRect(track, palette().color(QPalette::Dark));
 
   QRectF part = track;
   QColor color = m_accent;

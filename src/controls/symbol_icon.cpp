@@ -11,6 +11,10 @@
 namespace vantrel {
 namespace {
 
+/// How the drawings are stroked, for icons of the tool bar's size in points.
+constexpr double kStrokeWidth = 1.75, kFullSide = 18;
+constexpr char kStroke[] = "stroke-width=\"1.75\"";
+
 /// Draws an icon anew for each size, so that it is sharp on every display.
 class SvgIconEngine final : public QIconEngine {
  public:
@@ -18,23 +22,36 @@ class SvgIconEngine final : public QIconEngine {
       : m_svg(std::move(svg)), m_color(color), m_disabled(disabled) {}
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
-    const QColor& color = mode == QIcon::Disabled ? m_disabled : m_color;
-    QByteArray colored = m_svg;
-    colored.replace("currentColor", color.name(QColor::HexRgb).toLatin1());
-    QSvgRenderer(colored).render(painter, rect);
+    draw(*painter, rect, rect.width(), mode);
   }
 
   QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+    return scaledPixmap(size, mode, state, 1);
+  }
+
+  QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State, qreal scale) override {
     QPixmap pixmap(size);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
-    paint(&painter, QRect(QPoint(0, 0), size), mode, state);
+    draw(painter, QRect(QPoint(0, 0), size), size.width() / scale, mode);
     return pixmap;
   }
 
   [[nodiscard]] QIconEngine* clone() const override { return new SvgIconEngine(*this); }
 
  private:
+  /// `side` is in points: strokes are of equal weight, however small the icon is.
+  void draw(QPainter& painter, const QRect& rect, double side, QIcon::Mode mode) const {
+    const QColor& color = mode == QIcon::Disabled ? m_disabled : m_color;
+    QByteArray drawing = m_svg;
+    drawing.replace("currentColor", color.name(QColor::HexRgb).toLatin1());
+    if (side > 0 && side < kFullSide) {
+      drawing.replace(
+          kStroke, "stroke-width=\"" + QByteArray::number(kStrokeWidth * kFullSide / side) + "\"");
+    }
+    QSvgRenderer(drawing).render(&painter, rect);
+  }
+
   QByteArray m_svg;
   QColor m_color, m_disabled;
 };

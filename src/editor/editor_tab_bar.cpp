@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "canvas/crop_appearance.h"
+#include "controls/text_scale.h"
 #include "editor/tab_drag_image.h"
 
 namespace vantrel {
@@ -96,11 +97,11 @@ void EditorTabBar::endDrag() {
 }
 
 QSize EditorTabBar::tabSizeHint(int index) const {
-  return {kWidth, QTabBar::tabSizeHint(index).height()};
+  return {scaledForText(kWidth), QTabBar::tabSizeHint(index).height()};
 }
 
 QSize EditorTabBar::minimumTabSizeHint(int index) const {
-  return {kNarrowest, QTabBar::tabSizeHint(index).height()};
+  return {scaledForText(kNarrowest), QTabBar::tabSizeHint(index).height()};
 }
 
 void EditorTabBar::tabInserted(int index) {

@@ -18,7 +18,7 @@ namespace {
 // Points.
 constexpr int kHeight = 48;
 constexpr int kLeastPadding = 14;
-constexpr int kGap = 16;
+constexpr int kGap = 8;
 
 }  // namespace
 
@@ -27,11 +27,13 @@ EditorToolBar::EditorToolBar(CropMenuBar& menus, QWidget* parent)
   setWindowTitle(tr("Tools"));
   setMovable(false);
   setToolButtonStyle(Qt::ToolButtonIconOnly);
+  addGap(0);
   buildEditing();
   auto* const stretch = new QWidget(this);
   stretch->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
   addWidget(stretch);
   buildViewing();
+  addGap(0);
   updateHeight();
   updateIcons();
   updateState();
@@ -49,14 +51,14 @@ void EditorToolBar::buildEditing() {
 void EditorToolBar::buildViewing() {
   m_preview = addCommand(CropCommand::preview, tr("Preview the crop"));
   m_preview->setObjectName(QStringLiteral("preview"));
-  addGap();
+  addGap(kGap);
   m_zoom = new ZoomControls(CropZoomStops::kMinimum, CropZoomStops::kMaximum, this);
   m_zoom->setAccessibleName(tr("Zoom"));
   m_zoom->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
   QAction* const zoomAction = addWidget(m_zoom);
   zoomAction->setObjectName(QStringLiteral("zoom"));
   zoomAction->setText(tr("Zoom"));
-  addGap();
+  addGap(kGap);
   m_inspector = addCommand(CropCommand::inspector, tr("Show or hide the inspector"));
   m_inspector->setText(tr("Inspector"));
 
@@ -78,9 +80,10 @@ QAction* EditorToolBar::addCommand(CropCommand command, const QString& help) {
   return action;
 }
 
-void EditorToolBar::addGap() {
+// Besides the room that a style leaves around it.
+void EditorToolBar::addGap(int width) {
   auto* const gap = new QWidget(this);
-  gap->setFixedWidth(kGap);
+  gap->setFixedWidth(width);
   addWidget(gap);
 }
 

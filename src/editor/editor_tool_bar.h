@@ -40,7 +40,7 @@ class EditorToolBar final : public QToolBar {
   void buildEditing();
   void buildViewing();
   QAction* addCommand(CropCommand command, const QString& help);
-  void addGap();
+  void addGap(int width);
   void updateHeight();
   void updateIcons();
 

@@ -12,6 +12,7 @@ namespace {
 
 // Points.
 constexpr double kTitleRadius = 5;
+constexpr double kFocusWidth = 2;
 constexpr int kTitleHeight = 26, kTitleExtra = 6;
 
 constexpr float kTitleHighlight = 0.08F;
@@ -29,12 +30,14 @@ void drawToolBar(const QStyleOption& option, QPainter& painter) {
   painter.fillRect(line, option.palette.color(QPalette::Midlight));
 }
 
-void drawMenuTitle(const QStyleOptionMenuItem& item, QPainter& painter, const QStyle& style) {
+void drawMenuTitle(const QStyleOptionMenuItem& item, QPainter& painter, const QStyle& style,
+                   bool hasKeyboard) {
   drawMenuBar(item, painter);
   if (item.state.testFlag(QStyle::State_Selected)) {
     QColor fill = item.palette.color(QPalette::WindowText);
     fill.setAlphaF(kTitleHighlight);
-    drawPlate(&painter, item.rect.adjusted(1, 2, -1, -2), kTitleRadius, fill, {}, 0);
+    drawPlate(&painter, item.rect.adjusted(1, 2, -1, -2), kTitleRadius, fill,
+              item.palette.color(QPalette::Highlight), hasKeyboard ? kFocusWidth : 0);
   }
   const int flags =
       Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextDontClip | Qt::TextSingleLine |

@@ -6,6 +6,7 @@
 #include <QWidget>
 #include <algorithm>
 
+#include "controls/look_palette.h"
 #include "controls/plate.h"
 
 namespace vantrel::QuietButton {
@@ -17,8 +18,6 @@ constexpr double kFocusWidth = 2;
 constexpr int kLeastWidth = 48, kLeastDialogWidth = 80, kPadding = 16;
 
 constexpr double kDisabledOpacity = 0.45;
-constexpr int kHoverLighter = 112;
-constexpr int kPressDarker = 112;
 constexpr int kColoredSaturation = 128;
 constexpr float kToolHover = 0.08F;
 constexpr float kToolPress = 0.14F;
@@ -33,24 +32,27 @@ void draw(const QStyleOption& option, QPainter& painter) {
   const QStyle::State state = option.state;
   const QPalette& palette = option.palette;
   const bool enabled = state.testFlag(QStyle::State_Enabled);
-  QColor fill = palette.color(QPalette::Button);
+  Touch touch = Touch::none;
   if (enabled && state.testFlag(QStyle::State_Sunken)) {
-    fill = fill.darker(kPressDarker);
+    touch = Touch::press;
   } else if (enabled && state.testFlag(QStyle::State_MouseOver)) {
-    fill = fill.lighter(kHoverLighter);
+    touch = Touch::hover;
   }
   const bool focused =
       state.testFlag(QStyle::State_HasFocus) && state.testFlag(QStyle::State_KeyboardFocusChange);
   const auto* button = qstyleoption_cast<const QStyleOptionButton*>(&option);
   const bool marked =
       focused || (button && button->features.testFlag(QStyleOptionButton::DefaultButton));
+  // White gets no lighter.
+  const QColor resting =
+      touch == Touch::hover ? outlineColor(palette) : palette.color(QPalette::Mid);
+  const QColor edge = marked && enabled ? palette.color(QPalette::Highlight) : resting;
   painter.save();
   if (!enabled) painter.setOpacity(kDisabledOpacity);
   // A coloured button needs no border.
   const bool plain = palette.color(QPalette::Button).saturation() < kColoredSaturation;
   const double border = focused ? kFocusWidth : (plain ? 1 : 0);
-  drawPlate(&painter, option.rect, kRadius, fill,
-            palette.color(marked && enabled ? QPalette::Highlight : QPalette::Mid), border);
+  drawPlate(&painter, option.rect, kRadius, buttonFill(palette, touch), edge, border);
   painter.restore();
 }
 

@@ -1,23 +1,22 @@
 #pragma once
 
+#include <QSize>
+
 class QPainter;
-class QSize;
 class QStyle;
 class QStyleOption;
 class QStyleOptionMenuItem;
-class QWidget;
 
 namespace vantrel::QuietMenu {
 
-/// The room around the items, in points.
-inline constexpr int kMargin = 4;
+/// In points: the room around the items, the least height of an item, and that of a divider.
+inline constexpr int kMargin = 4, kItemHeight = 26, kDividerHeight = 9;
 
 void drawPanel(const QStyleOption& option, QPainter& painter);
 void drawFrame(const QStyleOption& option, QPainter& painter);
-/// What is highlighted gets a rounded plate; the rest of an item is as `base` draws it.
-void drawItem(const QStyleOptionMenuItem& option, QPainter& painter, const QStyle& base,
-              const QWidget* menu);
-/// Of an item or a divider; `size` is what it would have without.
-[[nodiscard]] QSize itemSize(const QStyleOption& option, const QSize& size);
+/// Text and key; a check only where items can have one. What is highlighted gets a rounded plate.
+void drawItem(const QStyleOptionMenuItem& option, QPainter& painter, const QStyle& style);
+/// `contents` is the size of the text without its key.
+[[nodiscard]] QSize itemSize(const QStyleOptionMenuItem& item, const QSize& contents);
 
 }  // namespace vantrel::QuietMenu

@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "controls/dark_palette.h"
 #include "controls/device_pixels.h"
+#include "controls/look_palette.h"
 
 namespace vantrel::QuietSlider {
 namespace {
@@ -26,7 +28,10 @@ void drawTrack(const QStyleOptionSlider& option, const QRectF& rect, const QRect
                QPainter& painter) {
   const double scale = disc.width() / kKnob;
   const double height = std::max(2.0, 2 * std::round(kTrack * scale / 2));
-  const QRectF track(rect.x(), disc.center().y() - height / 2, rect.width(), height);
+  QRectF track(rect.x(), disc.center().y() - height / 2, rect.width(), height);
+  // A rest too short to be seen as a part of it would be a speck beside the knob.
+  if (disc.left() - track.left() < height) track.setLeft(disc.center().x());
+  if (track.right() - disc.right() < height) track.setRight(disc.center().x());
   // Nothing of it is seen through a translucent knob.
   QPainterPath around, knob;
   around.addRect(rect);
@@ -45,6 +50,12 @@ void drawTrack(const QStyleOptionSlider& option, const QRectF& rect, const QRect
   painter.setClipping(false);
 }
 
+/// The white knob is seen by itself on what is dark.
+QColor knobEdge(const QStyleOptionSlider& option, bool isFocused) {
+  if (isFocused) return option.palette.color(QPalette::Highlight);
+  return isDark(option.palette) ? kKnobEdge : outlineColor(option.palette);
+}
+
 void drawKnob(const QStyleOptionSlider& option, const QRectF& disc, QPainter& painter) {
   const double scale = disc.width() / kKnob;
   const bool isFocused = option.state.testFlag(QStyle::State_HasFocus) &&
@@ -57,7 +68,7 @@ void drawKnob(const QStyleOptionSlider& option, const QRectF& disc, QPainter& pa
   painter.drawEllipse(disc.translated(0, line));
   painter.setBrush(QColor(Qt::white).darker(isHeld ? kPressDarker : 100));
   painter.drawEllipse(disc);
-  painter.setPen(QPen(isFocused ? option.palette.color(QPalette::Highlight) : kKnobEdge, line));
+  painter.setPen(QPen(knobEdge(option, isFocused), line));
   painter.setBrush(Qt::NoBrush);
   painter.drawEllipse(disc.adjusted(line / 2, line / 2, -line / 2, -line / 2));
 }

@@ -7,10 +7,12 @@
 #include <QToolButton>
 #include <QWidget>
 
+#include "controls/look_palette.h"
 #include "controls/plate.h"
 #include "controls/symbol_icon.h"
 #include "editor/quiet_bar.h"
 #include "editor/quiet_button.h"
+#include "editor/quiet_dialog.h"
 #include "editor/quiet_menu.h"
 #include "editor/quiet_slider.h"
 #include "editor/quiet_symbols.h"
@@ -25,6 +27,7 @@ constexpr double kFocusWidth = 2;
 constexpr int kTabPadding = 12;
 constexpr int kOpaque = 255;
 constexpr int kFieldPadding = 5;
+constexpr int kTipPadding = 5;
 
 constexpr double kDisabledOpacity = 0.45;
 
@@ -37,7 +40,7 @@ void drawField(const QStyleOption* option, QPainter* painter) {
   const QPalette& palette = option->palette;
   const bool focused = option->state.testFlag(QStyle::State_HasFocus);
   drawPlate(painter, option->rect, kFieldRadius, palette.color(QPalette::Base),
-            palette.color(focused ? QPalette::Highlight : QPalette::Mid),
+            focused ? palette.color(QPalette::Highlight) : outlineColor(palette),
             focused ? kFocusWidth : 1);
 }
 
@@ -76,6 +79,15 @@ void QuietStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
     case PE_FrameMenu:
       QuietMenu::drawFrame(*option, *painter);
       return;
+    case PE_Frame:
+      QuietDialog::drawListFrame(*option, *painter);
+      return;
+    case PE_IndicatorHeaderArrow:
+      if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option)) {
+        const bool isUp = header->sortIndicator == QStyleOptionHeader::SortDown;
+        QuietDialog::drawChevron(*option, option->rect, isUp, *painter);
+      }
+      return;
     case PE_PanelTipLabel:
       painter->fillRect(option->rect, option->palette.color(QPalette::ToolTipBase));
       QuietMenu::drawFrame(*option, *painter);
@@ -99,18 +111,25 @@ void QuietStyle::drawControl(ControlElement element, const QStyleOption* option,
     case CE_MenuBarEmptyArea:
       QuietBar::drawMenuBar(*option, *painter);
       return;
+    case CE_HeaderSection:
+    case CE_HeaderEmptyArea:
+      QuietDialog::drawHeader(*option, *painter);
+      return;
+    case CE_Splitter:
+    case CE_SizeGrip:
+      return;
     case CE_ToolBar:
       QuietBar::drawToolBar(*option, *painter);
       return;
     case CE_MenuItem:
       if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
-        QuietMenu::drawItem(*item, *painter, *baseStyle(), widget);
+        QuietMenu::drawItem(*item, *painter, *this);
         return;
       }
       break;
     case CE_MenuBarItem:
       if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
-        QuietBar::drawMenuTitle(*item, *painter, *this);
+        QuietBar::drawMenuTitle(*item, *painter, *this, widget && widget->hasFocus());
         return;
       }
       break;
@@ -133,12 +152,38 @@ void QuietStyle::drawControl(ControlElement element, const QStyleOption* option,
 
 void QuietStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                                     QPainter* painter, const QWidget* widget) const {
-  const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
-  if (control != CC_Slider || !slider || slider->orientation != Qt::Horizontal) {
-    QProxyStyle::drawComplexControl(control, option, painter, widget);
+  const auto part = [&](SubControl which) {
+    return subControlRect(control, option, which, widget);
+  };
+  if (const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option)) {
+    if (control == CC_Slider && slider->orientation == Qt::Horizontal) {
+      QuietSlider::draw(*slider, part(SC_SliderHandle), *painter);
+      return;
+    }
+    if (control == CC_ScrollBar) {
+      QuietDialog::drawScrollBar(*slider, *painter);
+      return;
+    }
+  }
+  if (const auto* box = qstyleoption_cast<const QStyleOptionSpinBox*>(option)) {
+    drawField(option, painter);
+    QuietDialog::drawSteps(*box, part(SC_SpinBoxUp), part(SC_SpinBoxDown), *painter);
     return;
   }
-  QuietSlider::draw(*slider, subControlRect(CC_Slider, option, SC_SliderHandle, widget), *painter);
+  const auto* choice = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+  if (choice && !choice->editable) {
+    QuietButton::draw(*option, *painter);
+    QuietDialog::drawChevron(*option, part(SC_ComboBoxArrow), false, *painter);
+    return;
+  }
+  QProxyStyle::drawComplexControl(control, option, painter, widget);
+}
+
+QRect QuietStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option,
+                                 SubControl part, const QWidget* widget) const {
+  const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+  if (control == CC_ScrollBar && bar) return QuietDialog::scrollBarPart(*bar, part);
+  return QProxyStyle::subControlRect(control, option, part, widget);
 }
 
 QSize QuietStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
@@ -152,7 +197,10 @@ QSize QuietStyle::sizeFromContents(ContentsType type, const QStyleOption* option
     case CT_MenuBarItem:
       return QuietBar::menuTitleSize(size);
     case CT_MenuItem:
-      return QuietMenu::itemSize(*option, size);
+      if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
+        return QuietMenu::itemSize(*item, contents);
+      }
+      return size;
     case CT_TabBarTab:
       return {size.width(),
               std::max(QuietTab::kHeight, option->fontMetrics.height() + kTabPadding)};
@@ -199,11 +247,17 @@ int QuietStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
     case PM_SubMenuOverlap:
       // Beside the frame, not over it.
       return QuietMenu::kMargin + 1;
+    case PM_ToolTipLabelFrameWidth:
+      return kTipPadding;
     case PM_TabCloseIndicatorWidth:
     case PM_TabCloseIndicatorHeight:
       return QuietTab::kCloseSide;
     case PM_TabBarScrollButtonWidth:
       return QuietTab::kScrollButton;
+    case PM_ScrollBarExtent:
+      return QuietDialog::kScrollBar;
+    case PM_ListViewIconSize:
+      return QuietDialog::kListIcon;
     case PM_SliderLength:
     case PM_SliderThickness:
     case PM_SliderControlThickness:

@@ -9,10 +9,12 @@ QString quietSymbol(QStyle::StandardPixmap which) {
     case QStyle::SP_DirIcon:
     case QStyle::SP_DirClosedIcon:
     case QStyle::SP_DirHomeIcon:
+    case QStyle::SP_DirLinkIcon:
       return QStringLiteral("folder");
     case QStyle::SP_DirOpenIcon:
       return QStringLiteral("folder-open");
     case QStyle::SP_FileIcon:
+    case QStyle::SP_FileLinkIcon:
       return QStringLiteral("file");
     case QStyle::SP_ComputerIcon:
     case QStyle::SP_DriveHDIcon:

@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QStyleOptionTab>
 
+#include "controls/plate.h"
 #include "controls/symbol_icon.h"
 
 namespace vantrel::QuietTab {
@@ -41,21 +42,13 @@ void drawShape(const QStyleOptionTab& tab, QPainter& painter) {
   if (!isCurrent && !isHovered) return;
   const bool isFocused = isCurrent && tab.state.testFlag(QStyle::State_HasFocus) &&
                          tab.state.testFlag(QStyle::State_KeyboardFocusChange);
-  const double line = isFocused ? kFocusWidth : 1;
-  painter.save();
-  painter.setRenderHint(QPainter::Antialiasing);
   if (isCurrent) {
-    painter.setPen(
-        QPen(tab.palette.color(isFocused ? QPalette::Highlight : QPalette::Midlight), line));
-    painter.setBrush(tab.palette.color(QPalette::Window));
+    drawPlate(&painter, plateRect(tab.rect), kRadius, tab.palette.color(QPalette::Window),
+              tab.palette.color(isFocused ? QPalette::Highlight : QPalette::Midlight),
+              isFocused ? kFocusWidth : 1);
   } else {
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(tint(tab.palette, kHover));
+    drawPlate(&painter, plateRect(tab.rect), kRadius, tint(tab.palette, kHover), {}, 0);
   }
-  const double inset = isCurrent ? line / 2 : 0;
-  painter.drawRoundedRect(QRectF(plateRect(tab.rect)).adjusted(inset, inset, -inset, -inset),
-                          kRadius - inset, kRadius - inset);
-  painter.restore();
 }
 
 void drawLabel(const QStyleOptionTab& tab, const QStyle& style, QPainter& painter) {
@@ -68,12 +61,8 @@ void drawLabel(const QStyleOptionTab& tab, const QStyle& style, QPainter& painte
 void drawCloseButton(const QStyleOption& button, QPainter& painter) {
   const bool isPressed = button.state.testFlag(QStyle::State_Sunken);
   if (isPressed || button.state.testFlag(QStyle::State_MouseOver)) {
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(tint(button.palette, isPressed ? kClosePress : kCloseHover));
-    painter.drawRoundedRect(button.rect, kCloseRadius, kCloseRadius);
-    painter.restore();
+    drawPlate(&painter, button.rect, kCloseRadius,
+              tint(button.palette, isPressed ? kClosePress : kCloseHover), {}, 0);
   }
   QRect cross(0, 0, kCross, kCross);
   cross.moveCenter(button.rect.center());

@@ -5,6 +5,7 @@
 #include <QColor>
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 #include <vector>
 
 #include "controls/dark_palette.h"
@@ -118,6 +119,78 @@ TEST_P(LookContrast, MakesFocusAndSlidersSeen) {
   for (const QColor& ground : grounds())
     EXPECT_GE(contrast(accent, ground), kControl) << qPrintable(ground.name());
   EXPECT_GE(contrast(accent, color(QPalette::Dark)), kControl);
+}
+
+TEST_P(LookContrast, MakesFieldsSeenFromWithinAndWithout) {
+  const bool dark = GetParam();
+  for (const QPalette& palette : {lookPalette(dark), panelPalette(dark), inspectorPalette(dark)}) {
+    const QColor edge = outlineColor(palette);
+    for (const QPalette::ColorRole role :
+         {QPalette::Window, QPalette::AlternateBase, QPalette::Base})
+      EXPECT_GE(contrast(edge, palette.color(role)), kControl) << edge.name().toStdString() << role;
+  }
+}
+
+TEST_P(LookContrast, MakesKnobsSeen) {
+  for (const QColor& ground : grounds()) {
+    const double asDisc = contrast(Qt::white, ground);
+    const double byEdge = contrast(outlineColor(lookPalette(GetParam())), Qt::white);
+    EXPECT_GE(GetParam() ? asDisc : byEdge, kControl) << qPrintable(ground.name());
+  }
+}
+
+TEST_P(LookContrast, TellsTheChosenSegmentAndKeepsAllReadable) {
+  for (const QPalette& palette : {lookPalette(GetParam()), inspectorPalette(GetParam())}) {
+    const SegmentColors colors = segmentColors(palette);
+    EXPECT_GE(contrast(colors.plateEdge, colors.track), kControl);
+    EXPECT_GE(contrast(colors.plateText, colors.plate), kText);
+    EXPECT_GE(contrast(over(colors.track, colors.text), colors.track), kText);
+    EXPECT_GE(contrast(palette.color(QPalette::Highlight), colors.track), kControl);
+  }
+}
+
+TEST_P(LookContrast, KeepsButtonsReadableUnderThePointer) {
+  QPalette exporting = lookPalette(GetParam());
+  exporting.setColor(QPalette::Button, QColor(225, 0, 0));
+  exporting.setColor(QPalette::ButtonText, Qt::white);
+  for (const QPalette& palette : {lookPalette(GetParam()), exporting}) {
+    for (const Touch touch : {Touch::none, Touch::hover, Touch::press}) {
+      const QColor fill = buttonFill(palette, touch);
+      EXPECT_GE(contrast(palette.color(QPalette::ButtonText), fill), kText)
+          << qPrintable(fill.name());
+    }
+  }
+}
+
+TEST_P(LookContrast, MakesTheCropsRedSeenInTheInspector) {
+  EXPECT_GE(contrast(QColor(225, 0, 0), inspectorPalette(GetParam()).color(QPalette::Window)),
+            kControl);
+}
+
+TEST_P(LookContrast, MakesScrollBarsSeenOverAnyPicture) {
+  for (const bool isHeld : {false, true}) {
+    const HandleColors colors = scrollHandleColors(lookPalette(GetParam()), isHeld);
+    for (const Qt::GlobalColor picture : {Qt::black, Qt::darkGray, Qt::gray, Qt::white})
+      EXPECT_GE(contrast(over(picture, colors.fill), over(picture, colors.edge)), kControl)
+          << picture;
+  }
+}
+
+/// Of the ring around the crop and the line inside it.
+TEST_P(LookContrast, MakesTheRingAroundTheCropSeenOverAnyPicture) {
+  EXPECT_GE(contrast(color(QPalette::Highlight), color(QPalette::Base)), kControl);
+}
+
+/// A desktop that brings its own style.
+TEST(LookPalette, OutlinesFieldsInOtherPalettesToo) {
+  for (const auto& [window, text, base] :
+       {std::tuple{"#eff0f1", "#232629", "#ffffff"}, std::tuple{"#202326", "#fcfcfc", "#141618"},
+        std::tuple{"#fafafb", "#2e3436", "#ffffff"}, std::tuple{"#222226", "#ffffff", "#1d1d20"}}) {
+    QPalette palette;
+    palette.setColor(QPalette::Window, QColor(window));
+    palette.setColor(QPalette::WindowText, QColor(text));
+    EXPECT_GE(contrast(outlineColor(palette), QColor(base)), kControl) << window;
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(DarkAndLight, LookContrast, ::testing::Bool());

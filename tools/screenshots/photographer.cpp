@@ -12,7 +12,7 @@
 namespace vantrel {
 namespace {
 
-constexpr int kPatienceMilliseconds = 300'000;
+constexpr int kPatienceMilliseconds = 1'200'000;
 constexpr int kLookMilliseconds = 10;
 /// What stands still for so long has come to rest.
 constexpr int kRestMilliseconds = 400;

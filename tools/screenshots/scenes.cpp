@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QToolButton>
 #include <QToolTip>
+#include <optional>
 #include <utility>
 
 #include "canvas/canvas_scroll_view.h"
@@ -49,6 +50,15 @@ void useJpeg(EditHistory& history) {
   ImageEncodingSettings settings = history.imageEncoding();
   settings.format = ImageEncodingSettings::Format::jpeg;
   history.setImageEncoding(settings);
+}
+
+/// Over again if what has just opened the movie goes elsewhere in between.
+void showPlace(Player& player) {
+  for (std::optional<bool> landed; landed != true;) {
+    landed.reset();
+    player.seek({kPlaySeconds, 1}, [&landed](bool isThere) { landed = isThere; });
+    waitUntil("a place in the movie", [&landed] { return landed.has_value(); });
+  }
 }
 
 void activate(QWidget* window) {
@@ -109,7 +119,7 @@ EditorWindow* Scenes::open(const std::filesystem::path& path) {
   waitUntil("a picture", [window] {
     return stateOf(window).loaded() && window->view()->canvas()->canvas()->isPictureShown();
   });
-  if (Player* player = stateOf(window).player()) player->seek({kPlaySeconds, 1});
+  if (Player* player = stateOf(window).player()) showPlace(*player);
   return window;
 }
 
@@ -241,7 +251,7 @@ void Scenes::showVideoReview() {
   ReviewWindow* review = exportCrop(window);
   review->move(kPlace);
   waitUntil("a player", [review] { return review->document().reviewPlayer() != nullptr; });
-  review->document().reviewPlayer()->seek({kPlaySeconds, 1});
+  showPlace(*review->document().reviewPlayer());
   take(review, "review-video");
 }
 
