@@ -13,6 +13,7 @@
 #include "canvas/crop_canvas.h"
 #include "controls/file_dialog_layout.h"
 #include "controls/open_dialog.h"
+#include "controls/text_editing.h"
 #include "editor/drop_highlight_view.h"
 #include "editor/editor_offer.h"
 #include "editor/editor_workspace.h"
@@ -119,7 +120,11 @@ void EditorView::connectTools() {
   connect(m_inspector, &InspectorView::canvasColorChanged, &m_state, &EditorState::setCanvasColor);
   connect(m_inspector, &InspectorView::exportRequested, &m_exports, &ExportSession::exportMedia);
   connect(m_inspector, &InspectorView::cancelRequested, &m_exports, &ExportSession::cancel);
-  connect(&m_exports, &ExportSession::requested, m_inspector->footer(), &CropExportFooter::begin);
+  connect(&m_exports, &ExportSession::requested, m_inspector, [this] {
+    m_inspector->footer()->begin();
+    // Also where another window is the active one.
+    endTextEditing(*window());
+  });
 }
 
 void EditorView::watchState() {

@@ -91,6 +91,19 @@ TEST_F(EditorPanelTest, AnEditStaysAsAStepWhereTheNextFileFailsToOpen) {
   expectNothingEdited();
 }
 
+TEST_F(EditorPanelTest, AnExportTakesWhatIsTypedAlsoBehindAnotherWindow) {
+  type(width(), QStringLiteral("20"));
+  QWidget other;
+  other.show();
+  other.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+  EXPECT_EQ(state().outputWidth(), 33) << "it waits for the field to be left";
+  window.view()->exports().exportMedia();
+  EXPECT_EQ(state().outputWidth(), 20);
+  expectNothingEdited();
+  waitLoaded();
+}
+
 TEST_F(EditorPanelTest, ClosingTheFileInMidEditLeavesNoEdit) {
   QWidget other;
   for (const bool behindAnother : {false, true}) {

@@ -76,6 +76,13 @@ class SoundFeedTest : public ::testing::Test {
     EXPECT_TRUE(QTest::qWaitFor([&] { return !(samples = device.pull()).empty(); }));
     return samples;
   }
+  /// Until the device gets a buffer that begins there, in seconds.
+  bool waitToPlayFrom(double start) {
+    return QTest::qWaitFor([&] {
+      const std::vector<float> samples = device.pull();
+      return !samples.empty() && std::abs(samples[0] - ramp(start)) < 1e-5;
+    });
+  }
 
   TemporaryFolder folder;
   const std::filesystem::path film = folder / "film.mov";
@@ -138,13 +145,10 @@ TEST_F(SoundFeedTest, ANewStartTakesThePlaceOfTheOld) {
   feed.start(0.5);
   feed.stop();
   feed.start(1.5);
-  EXPECT_NEAR(firstBuffer()[0], ramp(1.5), 1e-5);
+  // Until the feed's own thread has heard of it, an older one may sound.
+  EXPECT_TRUE(waitToPlayFrom(1.5));
   feed.start(0.25);
-  std::vector<float> samples;
-  EXPECT_TRUE(QTest::qWaitFor([&] {
-    samples = device.pull();
-    return !samples.empty() && std::abs(samples[0] - ramp(0.25)) < 1e-5;
-  }));
+  EXPECT_TRUE(waitToPlayFrom(0.25));
 }
 
 TEST_F(SoundFeedTest, StoppedItAsksForNothing) {
