@@ -97,7 +97,7 @@ TEST_F(EditorPanelTest, AnExportTakesWhatIsTypedAlsoBehindAnotherWindow) {
   other.show();
   other.activateWindow();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
-  EXPECT_EQ(state().outputWidth(), 33) << "it waits for the field to be left";
+  EXPECT_EQ(state().outputWidth(), 40) << "it waits for the field to be left";
   window.view()->exports().exportMedia();
   EXPECT_EQ(state().outputWidth(), 20);
   expectNothingEdited();
