@@ -21,8 +21,10 @@ CropResetButton::CropResetButton(const QString& title, QWidget* parent) : QToolB
   setAccessibleName(title);
   setToolTip(tr("Reset"));
   setAutoRaise(true);
-  setFixedSize(QSize(1, 1) * scaledForText(kSize));
-  setIconSize(QSize(1, 1) * scaledForText(kIcon));
+  followText(*this, [this] {
+    setFixedSize(QSize(1, 1) * scaledForText(kSize));
+    setIconSize(QSize(1, 1) * scaledForText(kIcon));
+  });
   // A click ends what is being typed, which would else come after it.
   setFocusPolicy(Qt::StrongFocus);
   setIcon(secondaryIcon(QStringLiteral("rotate-ccw"), palette()));

@@ -21,9 +21,7 @@ constexpr float kHoverOpacity = 0.08F, kPressOpacity = 0.16F;
 /// Lights up its half of the stepper's plate.
 class Half final : public QAbstractButton {
  public:
-  Half(const QRect& place, int direction, QWidget* parent)
-      : QAbstractButton(parent), m_direction(direction) {
-    setGeometry(place);
+  Half(int direction, QWidget* parent) : QAbstractButton(parent), m_direction(direction) {
     setFocusPolicy(Qt::NoFocus);
     setAttribute(Qt::WA_Hover);
     setAutoRepeat(true);
@@ -55,13 +53,17 @@ PixelStepper::PixelStepper(const QString& title, QWidget* parent)
     : QWidget(parent),
       m_up(makeHalf(tr("Increase %1").arg(title), 1)),
       m_down(makeHalf(tr("Decrease %1").arg(title), -1)) {
-  setFixedSize(scaledForText(kWidth), scaledForText(kHeight));
+  followText(*this, [this] {
+    const int width = scaledForText(kWidth), half = scaledForText(kHeight) / 2;
+    setFixedSize(width, scaledForText(kHeight));
+    m_up->setGeometry(0, 0, width, half);
+    m_down->setGeometry(0, half, width, half);
+  });
   setToolTip(tr("Pixels"));
 }
 
 QAbstractButton* PixelStepper::makeHalf(const QString& name, int direction) {
-  const int width = scaledForText(kWidth), half = scaledForText(kHeight) / 2;
-  auto* const button = new Half(QRect(0, direction > 0 ? 0 : half, width, half), direction, this);
+  auto* const button = new Half(direction, this);
   button->setAccessibleName(name);
   // As it goes down, not when it is let go.
   connect(button, &QAbstractButton::pressed, this, [this, direction] {

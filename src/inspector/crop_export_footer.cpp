@@ -45,13 +45,16 @@ constexpr int kBarSteps = 1000;
 CropExportFooter::CropExportFooter(const CropExportState& state, const QColor& accent,
                                    QWidget* parent)
     : QWidget(parent), m_state(state), m_accent(accent) {
-  followText(*this, [this] { setFixedHeight(scaledForText(kHeight)); });
   auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(kHorizontalPadding, kVerticalPadding,
-                             kHorizontalPadding - scaledForText(kHelpOverhang), kVerticalPadding);
   layout->setSpacing(kSpacing);
   auto* action = new QHBoxLayout;
-  action->setContentsMargins(0, 0, scaledForText(kHelpOverhang), 0);
+  followText(*this, [this, layout, action] {
+    setFixedHeight(scaledForText(kHeight));
+    const int overhang = scaledForText(kHelpOverhang);
+    layout->setContentsMargins(kHorizontalPadding, kVerticalPadding, kHorizontalPadding - overhang,
+                               kVerticalPadding);
+    action->setContentsMargins(0, 0, overhang, 0);
+  });
   action->addWidget(makeActionRow());
   layout->addLayout(action);
   layout->addLayout(makeStatusRow());
@@ -136,8 +139,10 @@ void CropExportFooter::makeHelp() {
   m_help->setAccessibleDescription(ExportFooterText::help());
   m_help->setToolTip(tr("Canvas shortcuts"));
   m_help->setAutoRaise(true);
-  m_help->setFixedSize(QSize(1, 1) * scaledForText(kStatusHeight));
-  m_help->setIconSize(QSize(1, 1) * scaledForText(kHelpIcon));
+  followText(*m_help, [this] {
+    m_help->setFixedSize(QSize(1, 1) * scaledForText(kStatusHeight));
+    m_help->setIconSize(QSize(1, 1) * scaledForText(kHelpIcon));
+  });
   m_help->setIcon(secondaryIcon(kHelpSymbol, palette()));
   connect(m_help, &QToolButton::clicked, this, &CropExportFooter::toggleHelp);
 }

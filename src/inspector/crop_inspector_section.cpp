@@ -58,7 +58,11 @@ QWidget* CropInspectorSection::addWide(QWidget* control) {
 
 void CropInspectorSection::endRow(QHBoxLayout* row, const QWidget* last) {
   const bool overhangs = qobject_cast<const CropResetButton*>(last);
-  row->setContentsMargins(0, 0, overhangs ? 0 : CropResetButton::overhang(), 0);
+  if (overhangs) {
+    row->setContentsMargins({});
+  } else {
+    followText(*this, [row] { row->setContentsMargins(0, 0, CropResetButton::overhang(), 0); });
+  }
 }
 
 }  // namespace vantrel

@@ -29,7 +29,7 @@ class CropInspectorSection : public QWidget {
   /// A control as wide as the section.
   QWidget* addWide(QWidget* control);
   /// Ends a row at the contents' edge, or beyond it for a reset button.
-  static void endRow(QHBoxLayout* row, const QWidget* last);
+  void endRow(QHBoxLayout* row, const QWidget* last);
 
  private:
   QHBoxLayout* m_header;

@@ -59,7 +59,7 @@ CropSection::CropSection(EditHistory& history, QWidget* parent)
 
 QLayout* CropSection::makeCross() {
   auto* cross = new QGridLayout;
-  cross->setContentsMargins(0, 0, CropResetButton::overhang(), 0);
+  followText(*this, [cross] { cross->setContentsMargins(0, 0, CropResetButton::overhang(), 0); });
   cross->setSpacing(kSpacing);
   cross->setColumnStretch(0, 1);
   cross->setColumnStretch(2, 1);

@@ -70,7 +70,10 @@ InspectorView::InspectorView(EditHistory& history, const CropExportState& export
 QWidget* InspectorView::makeSections() {
   auto* sections = new QWidget(this);
   auto* layout = new QVBoxLayout(sections);
-  layout->setContentsMargins(kPadding, kPadding, kPadding - CropResetButton::overhang(), kPadding);
+  followText(*this, [layout] {
+    layout->setContentsMargins(kPadding, kPadding, kPadding - CropResetButton::overhang(),
+                               kPadding);
+  });
   layout->setSpacing(kSectionSpacing);
   layout->addWidget(m_original = new OriginalSection(sections));
   layout->addWidget(m_crop = new CropSection(m_history, sections));
