@@ -29,9 +29,10 @@ struct Turn {
 /// The longest turns of the main event loop. Main thread.
 class TurnWatch final {
  public:
-  /// What the main thread may do in one turn, in paintings of a whole window, so that no machine's
-  /// speed decides: about 50 milliseconds where one takes two.
-  static constexpr double kMostPaintings = 24;
+  /// What no turn takes on any machine, in paintings of a whole window, and what reading, decoding
+  /// or encoding a file would. Most take less than 16; but where the software renderer starves,
+  /// one turn can paint frame after frame. How long turns are by the clock is for the benchmark.
+  static constexpr double kMostPaintings = 100;
 
   /// Processor time of painting the window once on this machine at this moment, in milliseconds.
   static double paintingOf(QWidget& window) {
