@@ -107,6 +107,7 @@ TEST(FirstSurface, ComesWithThePictureToAnEmptyWindowThatStaysInItsPlace) {
   std::cout << "longest turn: " << watch.longest().processor << " ms of the main thread or "
             << watch.longest().processor / painting << " paintings of the window\n";
   EXPECT_LE(watch.longest().processor, testing::TurnWatch::kMostPaintings * painting);
+  EXPECT_LE(watch.longest().processor, testing::TurnWatch::kProcessorLimit);
   EXPECT_TRUE(surfaceOf(*window).isVisible());
   EXPECT_EQ(window->geometry(), place);
   EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));

@@ -90,6 +90,7 @@ class MainThreadTest : public ::testing::Test {
               << turn.processor / painting << " paintings of the window, " << turn.blocked
               << " ms blocked, " << turn.wall << " ms in all; " << turn.read << " bytes read\n";
     EXPECT_LE(turn.processor, testing::TurnWatch::kMostPaintings * painting) << what;
+    EXPECT_LE(turn.processor, testing::TurnWatch::kProcessorLimit) << what;
     EXPECT_LE(turn.read, kReadLimit) << what;
     watch = {};
   }

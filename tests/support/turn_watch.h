@@ -33,6 +33,12 @@ class TurnWatch final {
   /// or encoding a file would. Most take less than 16; but where the software renderer starves,
   /// one turn can paint frame after frame. How long turns are by the clock is for the benchmark.
   static constexpr double kMostPaintings = 100;
+  /// The same in milliseconds of processor time.
+#ifdef __SANITIZE_ADDRESS__
+  static constexpr double kProcessorLimit = 2'000;
+#else
+  static constexpr double kProcessorLimit = 250;
+#endif
 
   /// Processor time of painting the window once on this machine at this moment, in milliseconds.
   static double paintingOf(QWidget& window) {
