@@ -78,7 +78,9 @@ class TurnWatch final {
   }
 
   /// The most of each kind in one turn, and all that was read.
-  [[nodiscard]] const Turn& longest() const { return m_longest; }
+  [[nodiscard]] const Turn& longest() const {
+    return m_longest;
+  }
 
  private:
   static Turn now() {
