@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QPixmap>
 #include <QTest>
 #include <QWidget>
 #include <algorithm>
@@ -10,6 +11,7 @@
 #include <fstream>
 #include <functional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace vantrel::testing {
@@ -46,7 +48,8 @@ class TurnWatch final {
     std::vector<double> times;
     for (int number = 0; number < kTries; ++number) {
       const Turn before = now();
-      window.repaint();
+      // A repainting is put off where the last one is too recent.
+      std::ignore = window.grab();
       times.push_back(now().processor - before.processor);
     }
     std::sort(times.begin(), times.end());
