@@ -85,9 +85,10 @@ class Window {
       m_canvas.fit = fit;
       m_view.update(m_canvas);
     });
-    QObject::connect(m_view.canvas(), &QOpenGLWidget::aboutToCompose,
-                     [this] { m_submitted = processorTime(); });
-    QObject::connect(m_view.canvas(), &QOpenGLWidget::frameSwapped, [this] { ++m_frames; });
+    QObject::connect(m_view.canvas(), &PictureSurface::frameDrawn, [this] {
+      m_submitted = processorTime();
+      ++m_frames;
+    });
     m_history.setPixelStep(1);
     m_view.resize(kWindow);
     m_view.show();

@@ -66,7 +66,7 @@ bool isShown(ReviewWindow& review) {
 /// Where an editor stands when a file comes.
 EditorWindow* openEditor(ApplicationWindows& windows, TurnWatch& watch) {
   EditorWindow* const editor = windows.openEditor();
-  await(watch, [&] { return editor->view()->canvas()->canvas()->isValid(); });
+  await(watch, [&] { return editor->view()->canvas()->canvas()->hasFrame(); });
   return editor;
 }
 

@@ -77,3 +77,12 @@ function(vantrel_add_test name)
     set_tests_properties(${name} PROPERTIES RESOURCE_LOCK display)
   endif()
 endfunction()
+
+# vantrel_repeat_test(name suffix ENVIRONMENT variable=value… [ARGUMENTS …]): runs the GUI test once
+# more, elsewhere or in part.
+function(vantrel_repeat_test name suffix)
+  cmake_parse_arguments(PARSE_ARGV 2 test "" "" "ENVIRONMENT;ARGUMENTS")
+  add_test(NAME ${name}_${suffix} COMMAND ${name} ${test_ARGUMENTS})
+  set_tests_properties(${name}_${suffix} PROPERTIES
+    ENVIRONMENT "${test_ENVIRONMENT}" RESOURCE_LOCK display TIMEOUT 600)
+endfunction()

@@ -48,7 +48,7 @@ void VideoCanvasView::pictureTaken(const VideoPicture* picture) {
 void VideoCanvasView::setCanvasColor(const QColor& color) {
   if (color == m_color) return;
   m_color = color;
-  update();
+  requestFrame();
 }
 
 void VideoCanvasView::position(const CanvasProjection& projection, const CropMargins& crop,
@@ -66,7 +66,7 @@ void VideoCanvasView::position(const CanvasProjection& projection, const CropMar
 void VideoCanvasView::setFocusRing(std::vector<ColoredRectangle> ring) {
   if (ring == m_focusRing) return;
   m_focusRing = std::move(ring);
-  update();
+  requestFrame();
 }
 
 void VideoCanvasView::fadeTo(double opacity) {
@@ -79,7 +79,7 @@ void VideoCanvasView::fadeTo(double opacity) {
 
 void VideoCanvasView::redraw() {
   m_isPictureShown = false;
-  update();
+  requestFrame();
 }
 
 void VideoCanvasView::releaseResources() {
@@ -98,7 +98,7 @@ PictureView VideoCanvasView::pictureView() const {
           m_editingOpacity};
 }
 
-void VideoCanvasView::paintGL() {
+void VideoCanvasView::drawFrame() {
   clear(m_color);
   if (m_projection.isEmpty() || deviceSize().isEmpty()) return;
 

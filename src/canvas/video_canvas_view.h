@@ -49,7 +49,7 @@ class VideoCanvasView final : public PictureSurface {
  protected:
   void pictureTaken(const VideoPicture* picture) override;
   void releaseResources() override;
-  void paintGL() override;
+  void drawFrame() override;
 
  private:
   void redraw();

@@ -27,7 +27,7 @@ PictureView PlayerSurface::pictureView() const {
   return view;
 }
 
-void PlayerSurface::paintGL() {
+void PlayerSurface::drawFrame() {
   clear(Qt::black);
   const PictureView view = pictureView();
   if (!view.frame.isEmpty()) pictures().draw(view);

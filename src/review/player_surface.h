@@ -17,7 +17,7 @@ class PlayerSurface final : public PictureSurface {
 
  protected:
   void pictureTaken(const VideoPicture* picture) override;
-  void paintGL() override;
+  void drawFrame() override;
 
  private:
   /// In device pixels.

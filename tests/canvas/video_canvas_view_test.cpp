@@ -49,7 +49,7 @@ class VideoCanvasViewTest : public ::testing::Test {
   double ratio() { return surface().devicePixelRatioF(); }
   double zoom() { return canvas.canvas.camera().shownZoom(); }
   /// What is shown, in device pixels.
-  QImage shown() { return surface().grabFramebuffer(); }
+  QImage shown() { return surface().grabFrame(); }
   /// A rectangle of the source in device pixels.
   QRect onScreen(const QRectF& source) {
     const CanvasProjection& projection = canvas.canvas.camera().projection();

@@ -62,7 +62,7 @@ class EditorLayoutTest : public ::testing::Test {
     settle();
   }
   /// The colour around the picture, as it is drawn.
-  QColor drawnCanvasColor() { return canvas()->canvas()->grabFramebuffer().pixelColor(2, 2); }
+  QColor drawnCanvasColor() { return canvas()->canvas()->grabFrame().pixelColor(2, 2); }
   static bool isAbove(const QWidget* upper, const QWidget* lower) {
     const QObjectList& siblings = upper->parent()->children();
     return upper->parent() == lower->parent() && siblings.indexOf(upper) > siblings.indexOf(lower);

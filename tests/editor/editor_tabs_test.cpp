@@ -291,7 +291,7 @@ TEST_F(EditorTabsTest, AMovedEditorKeepsItsFileItsEditsAndItsPicture) {
   ASSERT_TRUE(load(editor, folder / "photo.png"));
   VideoCanvasView* const surface = editor->canvas()->canvas();
   ASSERT_TRUE(QTest::qWaitFor([&] { return surface->isPictureShown(); }));
-  const QImage before = surface->grabFramebuffer();
+  const QImage before = surface->grabFrame();
   editor->state().history().setCrop({5, 0, 0, 0});
   for (int round = 0; round < 3; ++round) {
     windows.moveTab(editor, {});
@@ -303,10 +303,10 @@ TEST_F(EditorTabsTest, AMovedEditorKeepsItsFileItsEditsAndItsPicture) {
     editor->state().history().setCrop({});
     QCoreApplication::processEvents();
     ASSERT_TRUE(QTest::qWaitFor([&] {
-      return surface->isPictureShown() && surface->grabFramebuffer().size() == surface->size();
+      return surface->isPictureShown() && surface->grabFrame().size() == surface->size();
     }));
     const QPoint middle(surface->width() / 2, surface->height() / 2);
-    EXPECT_EQ(surface->grabFramebuffer().pixelColor(middle),
+    EXPECT_EQ(surface->grabFrame().pixelColor(middle),
               before.pixelColor(before.width() / 2, before.height() / 2));
     editor->state().history().setCrop({5, 0, 0, 0});
     window->addEditor(editor);

@@ -69,7 +69,7 @@ class EditorVideoTest : public ::testing::Test {
     ASSERT_TRUE(QTest::qWaitFor(
         [this] { return state().player()->picture() && surface()->isPictureShown(); }));
   }
-  QImage picture() { return surface()->grabFramebuffer(); }
+  QImage picture() { return surface()->grabFrame(); }
   void click(QAbstractButton* button) {
     QTest::mouseClick(button, Qt::LeftButton);
     QCoreApplication::processEvents();

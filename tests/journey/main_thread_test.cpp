@@ -60,7 +60,7 @@ class MainThreadTest : public ::testing::Test {
     std::ignore = PictureSurface::isSupported();
     editor = windows.openEditor();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(editor));
-    ASSERT_TRUE(QTest::qWaitFor([this] { return editor->view()->canvas()->canvas()->isValid(); }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return editor->view()->canvas()->canvas()->hasFrame(); }));
     painting = testing::TurnWatch::paintingOf(*editor);
   }
   void TearDown() override {

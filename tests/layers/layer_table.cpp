@@ -24,7 +24,7 @@ constexpr std::array kHiddenHeaders{
     HiddenHeader{"SDL", "platform/player"},
 };
 
-/// Folders below the windows: their sources include nothing of Qt Widgets.
+/// Sources of folders whose row does not list Qt Widgets include none of these.
 constexpr std::string_view kWidgetHeaders =
     "^Q(Widget|Application|MainWindow|Dialog|FileDialog|MessageBox|LineEdit|Label|PushButton|Menu|"
     "MenuBar|ToolBar|Action|ScrollArea|Slider|Frame|BoxLayout|HBoxLayout|VBoxLayout|Style)$";
@@ -72,9 +72,12 @@ std::map<std::string, LayerRow> parseLayerTable(const std::string& markdown) {
     LayerRow layer;
     layer.level = std::stoi(columns.at(0));
     layer.folder = quotedWords(columns.at(1)).at(0);
+    layer.mayUseWidgets = columns.at(3).find("Qt Widgets") != std::string::npos;
     if (columns.at(3).find("everything above") != std::string::npos) {
-      for (const auto& [folder, above] : table)
+      for (const auto& [folder, above] : table) {
         layer.mayUse.insert(folder);
+        layer.mayUseWidgets |= above.mayUseWidgets;
+      }
     }
     for (const std::string& folder : quotedWords(columns.at(3)))
       layer.mayUse.insert(folder);
@@ -115,14 +118,13 @@ std::vector<std::string> brokenIncludes(const std::string& path, const std::stri
       broken.push_back(path + ": may not include \"" + include + "\"");
     }
   }
-  const int lowestWithWidgets = table.count("controls") != 0 ? table.at("controls").level : 0;
   for (const std::string& include : angledIncludes(source)) {
     for (const HiddenHeader& hidden : kHiddenHeaders) {
       if (include.rfind(hidden.prefix, 0) == 0 && folder != hidden.folder) {
         broken.push_back(path + ": may not include <" + include + ">");
       }
     }
-    if (layer.level < lowestWithWidgets && std::regex_match(include, widgets)) {
+    if (!layer.mayUseWidgets && std::regex_match(include, widgets)) {
       broken.push_back(path + ": may not include <" + include + ">");
     }
   }

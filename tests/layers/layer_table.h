@@ -14,6 +14,7 @@ struct LayerRow {
   std::string folder;
   /// Folders that it may use; its own is not among them.
   std::set<std::string> mayUse;
+  bool mayUseWidgets = false;
 };
 
 /// The rows of the level table in a Markdown text, by folder.

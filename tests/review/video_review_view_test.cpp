@@ -125,7 +125,7 @@ TEST_F(VideoReviewViewTest, ShowsThePictureAsLargeAsFitsOnBlack) {
   player->shownPicture = testing::makePicture(
       {.width = 64, .height = 32}, [](int plane, int, int) { return plane == 0 ? 235 : 128; });
   Q_EMIT player->pictureChanged();
-  const QImage shown = view->surface()->grabFramebuffer();
+  const QImage shown = view->surface()->grabFrame();
   const int edge = (shown.height() - shown.width() / 2) / 2;
   EXPECT_EQ(shown.pixelColor(0, edge), QColor(Qt::white));
   EXPECT_EQ(shown.pixelColor(shown.width() - 1, shown.height() - 1 - edge), QColor(Qt::white));
@@ -140,7 +140,7 @@ TEST_F(VideoReviewViewTest, ShowsATurnedPictureUpright) {
   picture->preferredTransform = {0, 1, -1, 0, 32, 0};
   player->shownPicture = picture;
   Q_EMIT player->pictureChanged();
-  const QImage shown = view->surface()->grabFramebuffer();
+  const QImage shown = view->surface()->grabFrame();
   EXPECT_EQ(shown.pixelColor(shown.width() / 2, 0), QColor(Qt::white));
   EXPECT_EQ(shown.pixelColor(shown.width() / 4, shown.height() / 2), QColor(Qt::black));
 }

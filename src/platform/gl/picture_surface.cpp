@@ -1,28 +1,46 @@
 #include "platform/gl/picture_surface.h"
 
+#include <QEvent>
 #include <QGuiApplication>
-#include <QOffscreenSurface>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
+#include <QVBoxLayout>
 #include <utility>
 
-#include "platform/gl/surface_format.h"
+#include "platform/gl/picture_frame.h"
+#include "platform/gl/shared_context.h"
 #include "platform/movie/video_picture.h"
 
 namespace vantrel {
 namespace {
 
+/// Set to "composed" or "copied", in whose way frames come into their windows, whatever suits.
+constexpr const char* kFramesVariable = "VANTREL_FRAMES";
+
+/// What frames are drawn in that are copied; null where they are composed. Until the application
+/// ends.
+std::shared_ptr<SharedContext>& copyingContext() {
+  static std::shared_ptr<SharedContext> context;
+  return context;
+}
+
+bool copies(SharedContext& context) {
+  const QByteArray told = qgetenv(kFramesVariable);
+  return told.isEmpty() ? context.isSoftware() : told == "copied";
+}
+
+/// Whether there is OpenGL; finds out how it comes into windows.
 bool canDraw() {
   // The one platform that has contexts, but no windows that show what is drawn with them.
   if (QGuiApplication::platformName() == QLatin1String("offscreen")) return false;
-  QOpenGLContext context;
-  context.setFormat(pictureSurfaceFormat());
-  if (!context.create() || context.isOpenGLES()) return false;
-  QOffscreenSurface surface;
-  surface.setFormat(context.format());
-  surface.create();
-  return context.format().version() >= pictureSurfaceFormat().version() &&
-         context.makeCurrent(&surface);
+  std::shared_ptr<SharedContext> context = SharedContext::make();
+  if (!context) return false;
+  const bool copied = copies(*context);
+  context->doneCurrent();
+  if (!copied) return true;
+  copyingContext() = std::move(context);
+  qAddPostRoutine([] { copyingContext().reset(); });
+  return true;
 }
 
 }  // namespace
@@ -36,10 +54,48 @@ bool PictureSurface::isSupportKnown() {
   return s_supported.has_value();
 }
 
-PictureSurface::PictureSurface(QWidget* parent) : QOpenGLWidget(parent) {
+PictureSurface::PictureSurface(QWidget* parent) : QWidget(parent) {
   // No framebuffer can be empty.
   setMinimumSize(1, 1);
-  connect(&m_pictures, &PictureRenderer::pictureImproved, this, qOverload<>(&QWidget::update));
+  connect(&m_pictures, &PictureRenderer::pictureImproved, this, &PictureSurface::requestFrame);
+  if (s_supported) prepareFrame();
+}
+
+void PictureSurface::prepareFrame() {
+  if (m_frame || !isSupported()) return;
+  PictureFrame::Drawing drawing{[this] {
+                                  m_hasFrame = true;
+                                  drawFrame();
+                                  Q_EMIT frameDrawn();
+                                },
+                                [this] { releaseResources(); }};
+  m_frame = copyingContext() ? makeCopiedFrame(copyingContext(), std::move(drawing), this)
+                             : makeComposedFrame(std::move(drawing), this);
+  QWidget& frame = m_frame->widget();
+  frame.setAttribute(Qt::WA_TransparentForMouseEvents);
+  // A scroll area takes the resize events of its viewport for itself, but leaves them to a layout.
+  auto* const filling = new QVBoxLayout(this);
+  filling->setContentsMargins({});
+  filling->addWidget(&frame);
+  frame.lower();
+}
+
+bool PictureSurface::event(QEvent* event) {
+  // Before the first window that it is shown in, if that can be.
+  if (event->type() == QEvent::ParentChange ? s_supported.has_value()
+                                            : event->type() == QEvent::Show) {
+    prepareFrame();
+  }
+  return QWidget::event(event);
+}
+
+QImage PictureSurface::grabFrame() {
+  prepareFrame();
+  return m_frame ? m_frame->grab() : QImage();
+}
+
+void PictureSurface::requestFrame() {
+  if (m_frame) m_frame->requestDrawing();
 }
 
 void PictureSurface::setPictureSource(VideoPictureSource* source) {
@@ -54,25 +110,16 @@ void PictureSurface::takePicture() {
   auto picture = m_source->picture();
   pictureTaken(picture.get());
   m_pictures.setVideoPicture(std::move(picture));
-  update();
-}
-
-void PictureSurface::initializeGL() {
-  // The context goes when the widget moves to another window, and comes anew there.
-  connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &PictureSurface::releaseContext,
-          Qt::UniqueConnection);
+  requestFrame();
 }
 
 void PictureSurface::leaveContext() {
-  if (context()) disconnect(context(), nullptr, this, nullptr);
-  releaseContext();
-}
-
-void PictureSurface::releaseContext() {
-  if (!isValid()) return;
-  makeCurrent();
-  releaseResources();
-  doneCurrent();
+  if (m_frame && m_frame->hasContext()) {
+    m_frame->makeCurrent();
+    releaseResources();
+    m_frame->doneCurrent();
+  }
+  if (m_frame) delete &std::exchange(m_frame, nullptr)->widget();
 }
 
 void PictureSurface::releaseResources() {
@@ -80,7 +127,7 @@ void PictureSurface::releaseResources() {
 }
 
 void PictureSurface::clear(const QColor& color) {
-  QOpenGLFunctions* const gl = context()->functions();
+  QOpenGLFunctions* const gl = QOpenGLContext::currentContext()->functions();
   gl->glClearColor(color.redF(), color.greenF(), color.blueF(), 1);
   gl->glClear(GL_COLOR_BUFFER_BIT);
 }

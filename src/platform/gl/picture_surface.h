@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QOpenGLWidget>
+#include <QImage>
 #include <QPointer>
+#include <QWidget>
 #include <optional>
 
 #include "platform/gl/picture_renderer.h"
@@ -9,10 +10,13 @@
 
 namespace vantrel {
 
-/// A widget that draws a picture with OpenGL. The context comes and goes with the window that the
-/// widget is in; what lives in it is given back in time. Where `isSupported` is false, none may be
-/// shown. Main thread.
-class PictureSurface : public QOpenGLWidget {
+class PictureFrame;
+
+/// A widget that draws a picture with OpenGL. A graphics card also lays it into the window; without
+/// one, the processor copies it there, and the window stays free of OpenGL. The context may come
+/// and go with the window that the widget is in; what lives in it is given back in time. Where
+/// `isSupported` is false, none may be shown. Main thread.
+class PictureSurface : public QWidget {
   Q_OBJECT
 
  public:
@@ -22,6 +26,15 @@ class PictureSurface : public QOpenGLWidget {
   [[nodiscard]] static bool isSupportKnown();
 
   explicit PictureSurface(QWidget* parent = nullptr);
+
+  /// Whether anything has been drawn yet.
+  [[nodiscard]] bool hasFrame() const { return m_hasFrame; }
+  /// Draws now; in device pixels.
+  [[nodiscard]] QImage grabFrame();
+
+ Q_SIGNALS:
+  /// A frame has been drawn, and goes to the screen.
+  void frameDrawn();
 
  protected:
   [[nodiscard]] PictureRenderer& pictures() { return m_pictures; }
@@ -38,13 +51,21 @@ class PictureSurface : public QOpenGLWidget {
   /// In device pixels.
   [[nodiscard]] QSize deviceSize() const { return size() * devicePixelRatioF(); }
   void clear(const QColor& color);
-  void initializeGL() override;
+  /// Draws anew with the next painting.
+  void requestFrame();
+  /// Into the framebuffer that is bound, of `deviceSize`; the context is current.
+  virtual void drawFrame() = 0;
+
+  bool event(QEvent* event) override;
 
  private:
   void takePicture();
-  void releaseContext();
+  void prepareFrame();
 
   static inline std::optional<bool> s_supported;
+  /// A child, made when it is known what suits; null before.
+  PictureFrame* m_frame = nullptr;
+  bool m_hasFrame = false;
   PictureRenderer m_pictures;
   QPointer<VideoPictureSource> m_source;
 };
