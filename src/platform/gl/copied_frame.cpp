@@ -9,16 +9,16 @@
 namespace vantrel {
 namespace {
 
-constexpr GLenum kOpaque = 0x8051;  // GL_RGB8
-
 /// Keeps its last frame, so that what lies over it can be painted without another.
 class CopiedFrame final : public QWidget, public PictureFrame {
  public:
   CopiedFrame(std::shared_ptr<SharedContext> context, Drawing drawing, QWidget* parent)
       : QWidget(parent), m_context(std::move(context)), m_drawing(std::move(drawing)) {
     setAttribute(Qt::WA_OpaquePaintEvent);
+    connect(m_context.get(), &SharedContext::ready, this, qOverload<>(&QWidget::update));
   }
   ~CopiedFrame() override {
+    if (!m_framebuffer) return;
     m_context->makeCurrent();
     m_framebuffer.reset();
     m_context->doneCurrent();
@@ -30,7 +30,7 @@ class CopiedFrame final : public QWidget, public PictureFrame {
     m_isStale = true;
     update();
   }
-  [[nodiscard]] bool hasContext() const override { return true; }
+  [[nodiscard]] bool hasContext() const override { return m_framebuffer != nullptr; }
   void makeCurrent() override { m_context->makeCurrent(); }
   void doneCurrent() override { m_context->doneCurrent(); }
   QImage grab() override {
@@ -41,8 +41,12 @@ class CopiedFrame final : public QWidget, public PictureFrame {
  protected:
   void resizeEvent(QResizeEvent* /*event*/) override { m_isStale = true; }
   void paintEvent(QPaintEvent* /*event*/) override {
-    if (m_isStale || m_frame.size() != deviceSize()) draw();
     QPainter painter(this);
+    if (!m_context->isReady()) {
+      painter.fillRect(rect(), palette().window());
+      return;
+    }
+    if (m_isStale || m_frame.size() != deviceSize()) draw();
     // Pixel by pixel, on a screen with a fractional number of pixels for each point too.
     const double ratio = devicePixelRatioF();
     const QPointF origin = painter.deviceTransform().map(QPointF(0, 0));
@@ -58,7 +62,8 @@ class CopiedFrame final : public QWidget, public PictureFrame {
     if (!m_framebuffer || m_framebuffer->size() != deviceSize()) {
       m_framebuffer.reset();
       m_framebuffer = std::make_unique<QOpenGLFramebufferObject>(
-          deviceSize(), QOpenGLFramebufferObject::NoAttachment, GL_TEXTURE_2D, kOpaque);
+          deviceSize(), QOpenGLFramebufferObject::NoAttachment, GL_TEXTURE_2D,
+          SharedContext::kFrameFormat);
     }
     m_framebuffer->bind();
     m_isStale = false;

@@ -38,6 +38,7 @@ bool canDraw() {
   const bool copied = copies(*context);
   context->doneCurrent();
   if (!copied) return true;
+  context->finishPrograms();
   copyingContext() = std::move(context);
   qAddPostRoutine([] { copyingContext().reset(); });
   return true;

@@ -3,11 +3,12 @@
 #include <QOpenGLBuffer>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
-#include <QOpenGLShaderProgram>
 #include <QOpenGLVertexArrayObject>
 #include <algorithm>
 #include <cstddef>
 #include <utility>
+
+#include "platform/gl/shared_program.h"
 
 namespace vantrel {
 namespace {
@@ -131,23 +132,19 @@ std::vector<Vertex> triangles(const std::vector<Area>& areas, const QSize& targe
 /// What lives in the context.
 class RectanglePainter::Program final {
  public:
-  Program() {
-    m_shaders.addShaderFromSourceCode(QOpenGLShader::Vertex, kVertexShader);
-    m_shaders.addShaderFromSourceCode(QOpenGLShader::Fragment, kFragmentShader);
-    m_shaders.bindAttributeLocation("position", 0);
-    m_shaders.bindAttributeLocation("color", 1);
-    if (!m_shaders.link() || !m_layout.create() || !m_corners.create()) return;
+  Program() : m_shaders(sharedProgram(kVertexShader, kFragmentShader, {"position", "color"})) {
+    if (!m_shaders->isLinked() || !m_layout.create() || !m_corners.create()) return;
     const QOpenGLVertexArrayObject::Binder layout(&m_layout);
     m_corners.bind();
-    m_shaders.enableAttributeArray(0);
-    m_shaders.setAttributeBuffer(0, GL_FLOAT, offsetof(Vertex, x), 2, sizeof(Vertex));
-    m_shaders.enableAttributeArray(1);
-    m_shaders.setAttributeBuffer(1, GL_FLOAT, offsetof(Vertex, paint), 4, sizeof(Vertex));
+    m_shaders->enableAttributeArray(0);
+    m_shaders->setAttributeBuffer(0, GL_FLOAT, offsetof(Vertex, x), 2, sizeof(Vertex));
+    m_shaders->enableAttributeArray(1);
+    m_shaders->setAttributeBuffer(1, GL_FLOAT, offsetof(Vertex, paint), 4, sizeof(Vertex));
     m_corners.release();
   }
 
   void fill(const std::vector<Vertex>& vertices, const QSize& target) {
-    if (!m_corners.isCreated() || !m_shaders.bind()) return;
+    if (!m_corners.isCreated() || !m_shaders->bind()) return;
     QOpenGLFunctions& gl = *QOpenGLContext::currentContext()->functions();
     for (const GLenum test : {GL_CULL_FACE, GL_DEPTH_TEST, GL_SCISSOR_TEST, GL_STENCIL_TEST}) {
       gl.glDisable(test);
@@ -165,11 +162,11 @@ class RectanglePainter::Program final {
       gl.glDrawArrays(GL_TRIANGLES, 0, static_cast<GLsizei>(vertices.size()));
     }
     gl.glDisable(GL_BLEND);
-    m_shaders.release();
+    m_shaders->release();
   }
 
  private:
-  QOpenGLShaderProgram m_shaders;
+  const std::shared_ptr<QOpenGLShaderProgram> m_shaders;
   QOpenGLVertexArrayObject m_layout;
   QOpenGLBuffer m_corners;
 };

@@ -1,10 +1,14 @@
 #include "platform/gl/shared_context.h"
 
 #include <QByteArray>
+#include <QOpenGLFramebufferObject>
 #include <QOpenGLFunctions>
 #include <algorithm>
 #include <array>
 
+#include "platform/desktop/background_priority.h"
+#include "platform/gl/first_drawing.h"
+#include "platform/gl/shared_program.h"
 #include "platform/gl/surface_format.h"
 
 namespace vantrel {
@@ -12,6 +16,8 @@ namespace {
 
 /// In the names of Mesa's renderers without a graphics card.
 constexpr std::array kSoftwareNames{"llvmpipe", "softpipe", "swrast"};
+
+constexpr QSize kFirstFrame(16, 16);
 
 }  // namespace
 
@@ -26,6 +32,15 @@ std::unique_ptr<SharedContext> SharedContext::make() {
   return made->makeCurrent() ? std::move(made) : nullptr;
 }
 
+SharedContext::~SharedContext() {
+  if (makeCurrent()) m_programs.clear();
+}
+
+bool SharedContext::makeCurrent() {
+  takeBack();
+  return m_context.makeCurrent(&m_surface);
+}
+
 bool SharedContext::isSoftware() {
   if (!makeCurrent()) return false;
   const auto* const name =
@@ -33,6 +48,34 @@ bool SharedContext::isSoftware() {
   const QByteArray renderer = QByteArray(name).toLower();
   return std::any_of(kSoftwareNames.begin(), kSoftwareNames.end(),
                      [&](const char* software) { return renderer.contains(software); });
+}
+
+void SharedContext::finishPrograms() {
+  if (m_thread) return;
+  m_context.doneCurrent();
+  m_thread.reset(QThread::create([this, main = QThread::currentThread()] {
+    giveWayToWindows();
+    if (m_context.makeCurrent(&m_surface)) {
+      QOpenGLFramebufferObject frame(kFirstFrame, QOpenGLFramebufferObject::NoAttachment,
+                                     GL_TEXTURE_2D, kFrameFormat);
+      frame.bind();
+      m_programs = drawOneOfEach(kFirstFrame);
+      m_context.functions()->glFinish();
+      frame.release();
+      m_context.doneCurrent();
+    }
+    m_context.moveToThread(main);
+  }));
+  m_context.moveToThread(m_thread.get());
+  connect(m_thread.get(), &QThread::finished, this, &SharedContext::takeBack);
+  m_thread->start();
+}
+
+void SharedContext::takeBack() {
+  if (!m_thread) return;
+  m_thread->wait();
+  m_thread.reset();
+  Q_EMIT ready();
 }
 
 }  // namespace vantrel

@@ -4,13 +4,13 @@
 #include <QOpenGLBuffer>
 #include <QOpenGLContext>
 #include <QOpenGLExtraFunctions>
-#include <QOpenGLShaderProgram>
 #include <QOpenGLVertexArrayObject>
 #include <QVector4D>
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
 
+#include "platform/gl/shared_program.h"
 #include "platform/gl/tile_shaders.h"
 
 namespace vantrel {
@@ -25,17 +25,13 @@ QOpenGLExtraFunctions& gl() {
 }
 
 /// Builds what has not been built: each program takes milliseconds, and few pictures need both.
-QOpenGLShaderProgram& built(QOpenGLShaderProgram& program, const char* fragmentShader) {
-  if (!program.shaders().isEmpty()) return program;
-  program.addShaderFromSourceCode(QOpenGLShader::Vertex, kTileVertexShader);
-  program.addShaderFromSourceCode(QOpenGLShader::Fragment,
-                                  QByteArray(kTileFragmentCommon) + fragmentShader);
-  program.bindAttributeLocation("device", 0);
-  program.bindAttributeLocation("texel", 1);
-  program.bindAttributeLocation("footprint", 2);
-  program.bindAttributeLocation("origin", 3);
-  program.link();
-  return program;
+QOpenGLShaderProgram& built(std::shared_ptr<QOpenGLShaderProgram>& program,
+                            const char* fragmentShader) {
+  if (!program) {
+    program = sharedProgram(kTileVertexShader, QByteArray(kTileFragmentCommon) + fragmentShader,
+                            {"device", "texel", "footprint", "origin"});
+  }
+  return *program;
 }
 
 void setTextureParameters(GLint filter) {
@@ -85,7 +81,7 @@ void setUniforms(QOpenGLShaderProgram& program, const PictureView& view,
 }  // namespace
 
 struct TilePainter::Objects {
-  QOpenGLShaderProgram sharp, smooth;
+  std::shared_ptr<QOpenGLShaderProgram> sharp, smooth;
   QOpenGLVertexArrayObject array;
   QOpenGLBuffer corners;
   uint32_t table = 0;

@@ -4,6 +4,8 @@
 #include <QVector3D>
 #include <algorithm>
 
+#include "platform/gl/shared_program.h"
+
 namespace vantrel {
 namespace {
 
@@ -105,45 +107,44 @@ QVector4D normalised(const QVector4D& edges, const QSize& target) {
 
 }  // namespace
 
-VideoProgram::VideoProgram(const VideoDisplayColor& color) {
-  const QByteArray version = color.convertsLight ? kConverting : kNotConverting;
-  m_shaders.addShaderFromSourceCode(QOpenGLShader::Vertex, kVertexShader);
-  m_shaders.addShaderFromSourceCode(QOpenGLShader::Fragment, version + kFragmentShader);
-  m_isReady = m_shaders.link() && m_layout.create();
-  if (m_isReady) setColor(color);
+VideoProgram::VideoProgram(const VideoDisplayColor& color)
+    : m_color(color),
+      m_shaders(sharedProgram(
+          kVertexShader,
+          QByteArray(color.convertsLight ? kConverting : kNotConverting) + kFragmentShader, {})) {
+  m_isReady = m_shaders->isLinked() && m_layout.create();
 }
 
-void VideoProgram::setColor(const VideoDisplayColor& color) {
-  m_shaders.bind();
-  m_shaders.setUniformValue("luma", kLuma);
-  m_shaders.setUniformValue("blueDifference", kBlueDifference);
-  m_shaders.setUniformValue("redDifference", kRedDifference);
-  m_shaders.setUniformValue("positions", kPositions);
-  m_shaders.setUniformValue("toSignal", asMatrix(color.toSignal));
-  m_shaders.setUniformValue("offset", asVector(color.offset));
-  if (color.convertsLight) {
-    m_shaders.setUniformValue("light", kLight);
-    m_shaders.setUniformValue("lastEntry", GLfloat{VideoLight::kTableSize - 1});
-    m_shaders.setUniformValue("luminance", asVector(color.light.luminance));
-    m_shaders.setUniformValue("gain", static_cast<GLfloat>(color.light.gain));
-    m_shaders.setUniformValue("exponent", static_cast<GLfloat>(color.light.exponent));
-    m_shaders.setUniformValue("peak", static_cast<GLfloat>(color.light.peak));
-    m_shaders.setUniformValue("toSrgb", asMatrix(color.light.toSrgb));
+void VideoProgram::setColor() {
+  m_shaders->setUniformValue("luma", kLuma);
+  m_shaders->setUniformValue("blueDifference", kBlueDifference);
+  m_shaders->setUniformValue("redDifference", kRedDifference);
+  m_shaders->setUniformValue("positions", kPositions);
+  m_shaders->setUniformValue("toSignal", asMatrix(m_color.toSignal));
+  m_shaders->setUniformValue("offset", asVector(m_color.offset));
+  if (m_color.convertsLight) {
+    m_shaders->setUniformValue("light", kLight);
+    m_shaders->setUniformValue("lastEntry", GLfloat{VideoLight::kTableSize - 1});
+    m_shaders->setUniformValue("luminance", asVector(m_color.light.luminance));
+    m_shaders->setUniformValue("gain", static_cast<GLfloat>(m_color.light.gain));
+    m_shaders->setUniformValue("exponent", static_cast<GLfloat>(m_color.light.exponent));
+    m_shaders->setUniformValue("peak", static_cast<GLfloat>(m_color.light.peak));
+    m_shaders->setUniformValue("toSrgb", asMatrix(m_color.light.toSrgb));
   }
-  m_shaders.release();
 }
 
 void VideoProgram::draw(QOpenGLFunctions& gl, const Geometry& geometry) {
   if (!m_isReady) return;
-  m_shaders.bind();
-  m_shaders.setUniformValue("corners", normalised(edgesOf(geometry.drawn), geometry.target));
-  m_shaders.setUniformValue("retained", edgesOf(geometry.retained));
-  m_shaders.setUniformValue("excludedOpacity", static_cast<GLfloat>(geometry.excludedOpacity));
-  m_shaders.setUniformValue("transposes", geometry.transposes);
-  m_shaders.setUniformValue("lumaSampling", asVector(geometry.luma));
-  m_shaders.setUniformValue("chromaSampling", asVector(geometry.chroma));
+  m_shaders->bind();
+  setColor();
+  m_shaders->setUniformValue("corners", normalised(edgesOf(geometry.drawn), geometry.target));
+  m_shaders->setUniformValue("retained", edgesOf(geometry.retained));
+  m_shaders->setUniformValue("excludedOpacity", static_cast<GLfloat>(geometry.excludedOpacity));
+  m_shaders->setUniformValue("transposes", geometry.transposes);
+  m_shaders->setUniformValue("lumaSampling", asVector(geometry.luma));
+  m_shaders->setUniformValue("chromaSampling", asVector(geometry.chroma));
   // Qt sets vectors of integers as floats.
-  gl.glUniform2i(m_shaders.uniformLocation("firstPosition"), geometry.drawn.x(),
+  gl.glUniform2i(m_shaders->uniformLocation("firstPosition"), geometry.drawn.x(),
                  geometry.drawn.y());
   for (const GLenum test :
        {GL_CULL_FACE, GL_DEPTH_TEST, GL_FRAMEBUFFER_SRGB, GL_SCISSOR_TEST, GL_STENCIL_TEST})
@@ -162,7 +163,7 @@ void VideoProgram::draw(QOpenGLFunctions& gl, const Geometry& geometry) {
     gl.glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
   }
   gl.glDisable(GL_BLEND);
-  m_shaders.release();
+  m_shaders->release();
 }
 
 }  // namespace vantrel

@@ -9,6 +9,7 @@
 #include <QSize>
 #include <QVector2D>
 #include <QVector4D>
+#include <memory>
 
 #include "platform/gl/video_display_color.h"
 
@@ -39,9 +40,11 @@ class VideoProgram final {
   void draw(QOpenGLFunctions& gl, const Geometry& geometry);
 
  private:
-  void setColor(const VideoDisplayColor& color);
+  /// Others draw with the same program in between.
+  void setColor();
 
-  QOpenGLShaderProgram m_shaders;
+  const VideoDisplayColor m_color;
+  const std::shared_ptr<QOpenGLShaderProgram> m_shaders;
   QOpenGLVertexArrayObject m_layout;
   bool m_isReady = false;
 };
