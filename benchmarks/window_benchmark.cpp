@@ -1,11 +1,9 @@
 // window_benchmark: the editor's window with files, on the screen. Prints JSON.
 //
 //   turns FILE…           loads each file, exports a crop of it and opens its review: the longest
-//   turns
-//                         of the main event loop, in milliseconds
+//                         turns of the main event loop, in milliseconds
 //   growth ROUNDS [FILE]  opens and closes a window, with the file, as many times: the memory of
-//   the
-//                         process after half of the rounds and after all, in bytes
+//                         the process after half of the rounds and after all, in bytes
 
 #include <unistd.h>
 

@@ -106,8 +106,8 @@ TEST(FirstSurface, ComesWithThePictureToAnEmptyWindowThatStaysInItsPlace) {
   const double painting = testing::TurnWatch::paintingOf(*window);
   std::cout << "longest turn: " << watch.longest().processor << " ms of the main thread or "
             << watch.longest().processor / painting << " paintings of the window\n";
-  EXPECT_LE(watch.longest().processor, testing::TurnWatch::kMostPaintings * painting);
-  EXPECT_LE(watch.longest().processor, testing::TurnWatch::kProcessorLimit);
+  // There is no second attempt for a moment in which another machine has the processor.
+  EXPECT_LE(watch.longest().processor, 2 * testing::TurnWatch::limitFor(painting));
   EXPECT_TRUE(surfaceOf(*window).isVisible());
   EXPECT_EQ(window->geometry(), place);
   EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));

@@ -31,16 +31,10 @@ struct Turn {
 /// The longest turns of the main event loop. Main thread.
 class TurnWatch final {
  public:
-  /// What no turn takes on any machine, in paintings of a whole window, and what reading, decoding
-  /// or encoding a file would. Most take less than 16; but where the software renderer starves,
-  /// one turn can paint frame after frame. How long turns are by the clock is for the benchmark.
-  static constexpr double kMostPaintings = 100;
-  /// The same in milliseconds of processor time.
-#ifdef __SANITIZE_ADDRESS__
-  static constexpr double kProcessorLimit = 2'000;
-#else
-  static constexpr double kProcessorLimit = 250;
-#endif
+  /// What no turn may take, in milliseconds of processor time.
+  static constexpr double kLimit = 50;
+  /// The same on a machine that is too slow for that: in paintings of a whole window.
+  static constexpr double kMostPaintings = 8;
 
   /// Processor time of painting the window once on this machine at this moment, in milliseconds.
   static double paintingOf(QWidget& window) {
@@ -55,6 +49,9 @@ class TurnWatch final {
     std::sort(times.begin(), times.end());
     return times[kTries / 2];
   }
+
+  /// Where a painting takes so long.
+  static double limitFor(double painting) { return std::max(kLimit, kMostPaintings * painting); }
 
   /// Runs `work` as a turn of its own, as an event would.
   void run(const std::function<void()>& work) {
@@ -81,9 +78,7 @@ class TurnWatch final {
   }
 
   /// The most of each kind in one turn, and all that was read.
-  [[nodiscard]] const Turn& longest() const {
-    return m_longest;
-  }
+  [[nodiscard]] const Turn& longest() const { return m_longest; }
 
  private:
   static Turn now() {
