@@ -4,12 +4,11 @@ and works, another program that runs keeps its own, and the user's files stay as
 
 import argparse
 import pathlib
-import subprocess
 import tempfile
 
-from running_program import (GROUP, RunningProgram, Sessions, begun_export, check, exports, facts,
-                             find, finished_export, open_and_export, wait_for, wait_for_review,
-                             write_png)
+from running_program import (GROUP, RunningProgram, Sessions, UserFiles, begun_export, check,
+                             exports, find, finished_export, open_and_export, wait_for,
+                             wait_for_review, write_film, write_png)
 
 
 def die_after_an_export(path, folder, picture, sessions):
@@ -35,11 +34,8 @@ def travel(path, folder):
     home = pathlib.Path(folder)
     picture, film = home / "picture.png", home / "film.mp4"
     write_png(picture, 400, 300)
-    subprocess.run(
-        ["ffmpeg", "-v", "error", "-nostdin", "-f", "lavfi", "-i",
-         "testsrc2=size=1280x720:rate=25:duration=60", "-c:v", "libx264", "-preset", "ultrafast",
-         film], check=True)
-    before = facts(picture), facts(film)
+    write_film(film)
+    files = UserFiles(home, picture, film)
     sessions = Sessions(home)
 
     first = die_after_an_export(path, folder, picture, sessions)
@@ -57,9 +53,7 @@ def travel(path, folder):
             sessions.one_besides({third})
             wait_for("the crop", lambda: find(program.root(), "Crop", GROUP))
             check(finished_export(third), "a start removed the export of a running program")
-    check((facts(picture), facts(film)) == before, "the user's files have changed")
-    check({entry.name for entry in home.iterdir() if not entry.name.startswith(".")}
-          == {"picture.png", "film.mp4", "Vantrel-Exports"}, "something lies beside the files")
+    files.check_untouched()
 
 
 def main():

@@ -151,6 +151,28 @@ def wait_for_review(root):
     return wait_for("the review", lambda: [window for window in root if "-framed" in window.name])
 
 
+def write_film(path):
+    """Long enough to still be exported when somebody looks."""
+    subprocess.run(
+        ["ffmpeg", "-v", "error", "-nostdin", "-f", "lavfi", "-i",
+         "testsrc2=size=1280x720:rate=25:duration=60", "-c:v", "libx264", "-preset", "ultrafast",
+         path], check=True)
+
+
+class UserFiles:
+    """What lies in a folder, which is to stay as it is but for the session folders."""
+
+    def __init__(self, folder, *files):
+        self._folder, self._facts = folder, {file: facts(file) for file in files}
+
+    def check_untouched(self):
+        check({file: facts(file) for file in self._facts} == self._facts,
+              "the user's files have changed")
+        names = {entry.name for entry in self._folder.iterdir() if not entry.name.startswith(".")}
+        check(names == {file.name for file in self._facts} | {"Vantrel-Exports"},
+              "something lies beside the files")
+
+
 def write_png(path, width, height):
     def chunk(kind, data):
         body = kind + data
