@@ -13,9 +13,8 @@ namespace {
 // Points.
 constexpr QSize kSize(40, 20);
 constexpr int kInset = 3;
-constexpr double kRadius = 5, kSwatchRadius = 3, kFocusWidth = 2;
+constexpr double kRadius = 5, kSwatchRadius = 3;
 
-constexpr double kDisabledOpacity = 0.45;
 constexpr int kPressDarker = 112;
 constexpr QColor kSwatchEdge(127, 127, 127, 60);
 

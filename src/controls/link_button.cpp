@@ -2,6 +2,7 @@
 
 #include <QPainter>
 
+#include "controls/look_palette.h"
 #include "controls/panel_text.h"
 #include "controls/text_scale.h"
 
@@ -10,7 +11,7 @@ namespace {
 
 // Points.
 constexpr int kPadding = 4;
-constexpr double kFocusWidth = 2, kFocusRadius = 4;
+constexpr double kFocusRadius = 4;
 
 }  // namespace
 

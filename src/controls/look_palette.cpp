@@ -17,8 +17,6 @@ constexpr Tokens kDark{0xff1f2023, 0xff26272b, 0xff17181a, 0xff35363c, 0xff36373
 constexpr Tokens kLight{0xfff5f5f7, 0xfffbfbfc, 0xffffffff, 0xffffffff, 0xffd3d4da, 0xffe3e4e8,
                         0xffd9dae0, 0xff1c1d20, 0xff5f626b, 0xff8b8e97, 0xff2f6fed};
 
-constexpr double kDisabledOpacity = 0.45;
-
 /// Of text over what it lies on: no more than makes an edge seen.
 constexpr double kDarkOutline = 0.4, kLightOutline = 0.51, kChosenEdge = 0.58;
 

@@ -4,6 +4,11 @@
 
 namespace vantrel {
 
+/// Of the ring around what has the keyboard, in points.
+inline constexpr double kFocusWidth = 2;
+/// Of what is drawn of a control that cannot be used.
+inline constexpr double kDisabledOpacity = 0.45;
+
 /// The program's own colours, dark or light: fields are Base, buttons Button, borders Mid, lines
 /// between areas Midlight, bars AlternateBase, tracks of sliders Dark, secondary text
 /// PlaceholderText, focus and selection Highlight.

@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QPainter>
 
+#include "controls/look_palette.h"
 #include "controls/plate.h"
 #include "controls/symbol_icon.h"
 #include "controls/text_editing.h"
@@ -15,7 +16,6 @@ namespace {
 constexpr double kRadius = 4;
 constexpr int kChevron = 11;
 
-constexpr double kDisabledOpacity = 0.45;
 constexpr float kHoverOpacity = 0.08F, kPressOpacity = 0.16F;
 
 /// Lights up its half of the stepper's plate.

@@ -17,9 +17,8 @@ namespace {
 constexpr int kTextSize = 12;
 constexpr int kInset = 2;
 constexpr int kSegmentHeight = 20, kSegmentPadding = 11;
-constexpr double kRadius = 7, kSegmentRadius = 5, kFocusWidth = 2;
+constexpr double kRadius = 7, kSegmentRadius = 5;
 
-constexpr double kDisabledOpacity = 0.45;
 constexpr float kHoverOpacity = 0.06F;
 constexpr int kShadowDarker = 115;
 

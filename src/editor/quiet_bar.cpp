@@ -5,6 +5,7 @@
 #include <QStyleOptionMenuItem>
 #include <algorithm>
 
+#include "controls/look_palette.h"
 #include "controls/plate.h"
 
 namespace vantrel::QuietBar {
@@ -12,7 +13,6 @@ namespace {
 
 // Points.
 constexpr double kTitleRadius = 5;
-constexpr double kFocusWidth = 2;
 constexpr int kTitleHeight = 26, kTitleExtra = 6;
 
 constexpr float kTitleHighlight = 0.08F;

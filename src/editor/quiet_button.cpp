@@ -14,10 +14,8 @@ namespace {
 
 // Points.
 constexpr double kRadius = 7;
-constexpr double kFocusWidth = 2;
 constexpr int kLeastWidth = 48, kLeastDialogWidth = 80, kPadding = 16;
 
-constexpr double kDisabledOpacity = 0.45;
 constexpr int kColoredSaturation = 128;
 constexpr float kToolHover = 0.08F;
 constexpr float kToolPress = 0.14F;

@@ -17,7 +17,6 @@ constexpr int kHandleInset = 3, kShortestHandle = 28;
 constexpr double kStepRadius = 3;
 constexpr int kDividerInset = 5;
 
-constexpr double kDisabledOpacity = 0.45;
 constexpr float kHover = 0.08F, kPress = 0.14F;
 
 void drawStep(const QStyleOptionSpinBox& box, const QRect& rect, bool isUp, QPainter& painter) {

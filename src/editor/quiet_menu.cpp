@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "controls/device_pixels.h"
+#include "controls/look_palette.h"
 #include "controls/plate.h"
 #include "controls/symbol_icon.h"
 
@@ -18,8 +19,6 @@ constexpr int kTextMargin = 10;
 constexpr int kKeyGap = 32;
 constexpr int kIcon = 14, kIconColumn = 20;
 constexpr int kLineMargin = 5;
-
-constexpr double kDisabledOpacity = 0.45;
 
 void drawDivider(const QStyleOption& option, QPainter& painter) {
   QRect line = option.rect.adjusted(kDividerInset, 0, -kDividerInset, 0);

@@ -16,9 +16,7 @@ namespace {
 
 // Points.
 constexpr double kTrack = 4;
-constexpr double kFocusWidth = 2;
 
-constexpr double kDisabledOpacity = 0.45;
 constexpr int kPressDarker = 108;
 constexpr QColor kKnobEdge(0, 0, 0, 46), kKnobShadow(0, 0, 0, 26);
 

@@ -23,13 +23,10 @@ namespace {
 
 // Points.
 constexpr double kFieldRadius = 5;
-constexpr double kFocusWidth = 2;
 constexpr int kTabPadding = 12;
 constexpr int kOpaque = 255;
 constexpr int kFieldPadding = 5;
 constexpr int kTipPadding = 5;
-
-constexpr double kDisabledOpacity = 0.45;
 
 /// The field of a spin box has the frame and the room of the box.
 bool isInSpinBox(const QWidget* widget) {

@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QStyleOptionTab>
 
+#include "controls/look_palette.h"
 #include "controls/plate.h"
 #include "controls/symbol_icon.h"
 
@@ -11,7 +12,6 @@ namespace {
 
 // Points.
 constexpr double kRadius = 7;
-constexpr double kFocusWidth = 2;
 constexpr int kGap = 4;
 constexpr int kPadding = 3;
 constexpr int kTextMargin = 10;

@@ -7,6 +7,7 @@
 #include "controls/crop_dimension_field.h"
 #include "controls/crop_number_field.h"
 #include "controls/crop_reset_button.h"
+#include "controls/look_palette.h"
 #include "controls/panel_text.h"
 #include "controls/pixel_stepper.h"
 #include "controls/plate.h"
@@ -26,7 +27,6 @@ constexpr int kCenterWidth = 132;
 constexpr double kBoxRadius = 8;
 
 constexpr float kBoxFill = 0.035F;
-constexpr double kDisabledOpacity = 0.45;
 
 /// The frame around the output's dimensions.
 class DimensionBox final : public QWidget {
