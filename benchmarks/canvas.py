@@ -41,7 +41,7 @@ class CanvasBenchmarks:
             "Canvas",
             "Processor time of one step of the plain rules; then a window of 1280 × 800 with a picture "
             f"of {WIDTH} × {HEIGHT} pixels, driven by events and drawn by the software renderer, where "
-            "times of the main thread are processor time from the event to the frame's submission. "
+            "times of the main thread are processor time from the event until its frame is on its way there. "
             f"Medians of {runs} runs.",
         )
 
