@@ -99,6 +99,9 @@ void CanvasScrollView::watchOverlay(EditHistory& history) {
   connect(m_overlay, &CropOverlayView::appearanceChanged, this, &CanvasScrollView::positionPicture);
   connect(m_canvas, &VideoCanvasView::editingOpacityChanged, m_overlay->fields(),
           &CropCanvasFields::setOpacity);
+  // Not every change of the density is told, but each is drawn.
+  connect(m_canvas, &PictureSurface::frameDrawn, this, &CanvasScrollView::takeDevicePixelRatio,
+          Qt::QueuedConnection);
 }
 
 void CanvasScrollView::watchInput() {
@@ -274,11 +277,7 @@ bool CanvasScrollView::event(QEvent* event) {
 bool CanvasScrollView::viewportEvent(QEvent* event) {
   switch (event->type()) {
     case QEvent::Paint:
-      // The surface paints itself. Not every change of the density is told.
-      if (m_camera.devicePixelRatio() != devicePixelRatioF()) {
-        QMetaObject::invokeMethod(this, &CanvasScrollView::takeDevicePixelRatio,
-                                  Qt::QueuedConnection);
-      }
+      // The surface paints itself.
       return false;
     case QEvent::NativeGesture:
       return m_monitor.takeZoom(*event);
@@ -290,7 +289,6 @@ bool CanvasScrollView::viewportEvent(QEvent* event) {
 void CanvasScrollView::resizeEvent(QResizeEvent* /*event*/) {
   m_camera.setDevicePixelRatio(devicePixelRatioF());
   m_camera.setViewport(contentsRect().size());
-  m_canvas->update();
   m_overlay->setGeometry(viewport()->rect());
   placeBars();
   applyCamera();

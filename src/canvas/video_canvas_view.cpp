@@ -46,9 +46,7 @@ void VideoCanvasView::pictureTaken(const VideoPicture* picture) {
 }
 
 void VideoCanvasView::setCanvasColor(const QColor& color) {
-  if (color == m_color) return;
-  m_color = color;
-  requestFrame();
+  setBackground(color);
 }
 
 void VideoCanvasView::position(const CanvasProjection& projection, const CropMargins& crop,
@@ -99,7 +97,6 @@ PictureView VideoCanvasView::pictureView() const {
 }
 
 void VideoCanvasView::drawFrame() {
-  clear(m_color);
   if (m_projection.isEmpty() || deviceSize().isEmpty()) return;
 
   pictures().draw(pictureView());

@@ -62,7 +62,6 @@ class VideoCanvasView final : public PictureSurface {
   CanvasProjection m_projection;
   CropMargins m_crop;
   std::vector<ColoredRectangle> m_focusRing;
-  QColor m_color;
   bool m_displaysPreview = false;
   double m_editingOpacity = 1;
   QVariantAnimation m_fade;

@@ -5,7 +5,9 @@
 
 namespace vantrel {
 
-PlayerSurface::PlayerSurface(QWidget* parent) : PictureSurface(parent) {}
+PlayerSurface::PlayerSurface(QWidget* parent) : PictureSurface(parent) {
+  setBackground(Qt::black);
+}
 
 PlayerSurface::~PlayerSurface() {
   leaveContext();
@@ -28,7 +30,6 @@ PictureView PlayerSurface::pictureView() const {
 }
 
 void PlayerSurface::drawFrame() {
-  clear(Qt::black);
   const PictureView view = pictureView();
   if (!view.frame.isEmpty()) pictures().draw(view);
 }

@@ -322,6 +322,18 @@ TEST_F(VideoCanvasViewTest, KeepsItsZoomOnAScreenOfAnotherDensity) {
   change(1);
 }
 
+TEST_F(VideoCanvasViewTest, FollowsADensityThatNoEventTells) {
+  QScreen* const screen = canvas.window.screen();
+  const double before = ratio();
+  for (const double factor : {1.25, 1.0}) {
+    QHighDpiScaling::setScreenFactor(screen, factor);
+    ASSERT_EQ(ratio(), before * factor);
+    surface().update();
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return canvas.canvas.camera().devicePixelRatio() == ratio(); }));
+  }
+}
+
 TEST_F(VideoCanvasViewTest, ShowsThePictureInAnotherWindowToo) {
   QWidget other;
   QVBoxLayout layout(&other);

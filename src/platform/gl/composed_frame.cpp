@@ -20,7 +20,10 @@ class ComposedFrame final : public QOpenGLWidget, public PictureFrame {
   QWidget& widget() override { return *this; }
   void requestDrawing() override { update(); }
   [[nodiscard]] bool hasContext() const override { return isValid(); }
-  void makeCurrent() override { QOpenGLWidget::makeCurrent(); }
+  bool makeCurrent() override {
+    QOpenGLWidget::makeCurrent();
+    return QOpenGLContext::currentContext() == context();
+  }
   void doneCurrent() override { QOpenGLWidget::doneCurrent(); }
   QImage grab() override { return grabFramebuffer(); }
 
@@ -33,8 +36,7 @@ class ComposedFrame final : public QOpenGLWidget, public PictureFrame {
 
  private:
   void release() {
-    if (!hasContext()) return;
-    makeCurrent();
+    if (!hasContext() || !makeCurrent()) return;
     m_drawing.release();
     doneCurrent();
   }

@@ -1,6 +1,8 @@
 #include <QOpenGLFramebufferObject>
+#include <QOpenGLFunctions>
 #include <QPainter>
 #include <QWidget>
+#include <tuple>
 #include <utility>
 
 #include "platform/gl/picture_frame.h"
@@ -8,6 +10,28 @@
 
 namespace vantrel {
 namespace {
+
+/// Of the extension GL_MESA_pack_invert, which hands over the upper row first.
+constexpr GLenum kPackInverted = 0x8758;
+constexpr const char* kPackInvertedName = "GL_MESA_pack_invert";
+// The pixels of QImage::Format_RGB32.
+constexpr GLenum kBlueGreenRed = 0x80E1;  // GL_BGRA
+constexpr GLenum kFromLowBytes = 0x8367;  // GL_UNSIGNED_INT_8_8_8_8_REV
+
+/// Reads the bound framebuffer into an image of its size, the same memory each time.
+void readFrame(QImage& image) {
+  QOpenGLContext& context = *QOpenGLContext::currentContext();
+  QOpenGLFunctions& gl = *context.functions();
+  const bool isInverted = context.hasExtension(kPackInvertedName);
+  if (isInverted) gl.glPixelStorei(kPackInverted, GL_TRUE);
+  gl.glPixelStorei(GL_PACK_ALIGNMENT, 4);
+  gl.glReadPixels(0, 0, image.width(), image.height(), kBlueGreenRed, kFromLowBytes, image.bits());
+  if (isInverted) {
+    gl.glPixelStorei(kPackInverted, GL_FALSE);
+  } else {
+    image = std::move(image).mirrored();
+  }
+}
 
 /// Keeps its last frame, so that what lies over it can be painted without another.
 class CopiedFrame final : public QWidget, public PictureFrame {
@@ -19,9 +43,10 @@ class CopiedFrame final : public QWidget, public PictureFrame {
   }
   ~CopiedFrame() override {
     if (!m_framebuffer) return;
-    m_context->makeCurrent();
+    // What cannot be given back goes with the context.
+    std::ignore = makeCurrent();
     m_framebuffer.reset();
-    m_context->doneCurrent();
+    doneCurrent();
   }
   Q_DISABLE_COPY_MOVE(CopiedFrame)
 
@@ -31,7 +56,7 @@ class CopiedFrame final : public QWidget, public PictureFrame {
     update();
   }
   [[nodiscard]] bool hasContext() const override { return m_framebuffer != nullptr; }
-  void makeCurrent() override { m_context->makeCurrent(); }
+  bool makeCurrent() override { return m_context->makeCurrent(); }
   void doneCurrent() override { m_context->doneCurrent(); }
   QImage grab() override {
     draw();
@@ -41,12 +66,12 @@ class CopiedFrame final : public QWidget, public PictureFrame {
  protected:
   void resizeEvent(QResizeEvent* /*event*/) override { m_isStale = true; }
   void paintEvent(QPaintEvent* /*event*/) override {
+    if (m_context->isReady() && (m_isStale || m_frame.size() != deviceSize())) draw();
     QPainter painter(this);
-    if (!m_context->isReady()) {
-      painter.fillRect(rect(), palette().window());
+    if (m_frame.isNull()) {
+      painter.fillRect(rect(), m_drawing.background());
       return;
     }
-    if (m_isStale || m_frame.size() != deviceSize()) draw();
     // Pixel by pixel, on a screen with a fractional number of pixels for each point too.
     const double ratio = devicePixelRatioF();
     const QPointF origin = painter.deviceTransform().map(QPointF(0, 0));
@@ -58,19 +83,23 @@ class CopiedFrame final : public QWidget, public PictureFrame {
   [[nodiscard]] QSize deviceSize() const { return size() * devicePixelRatioF(); }
 
   void draw() {
-    makeCurrent();
-    if (!m_framebuffer || m_framebuffer->size() != deviceSize()) {
-      m_framebuffer.reset();
-      m_framebuffer = std::make_unique<QOpenGLFramebufferObject>(
-          deviceSize(), QOpenGLFramebufferObject::NoAttachment, GL_TEXTURE_2D,
-          SharedContext::kFrameFormat);
-    }
-    m_framebuffer->bind();
     m_isStale = false;
-    m_drawing.draw();
-    m_frame = m_framebuffer->toImage();
-    m_framebuffer->release();
+    if (!makeCurrent()) return;
+    if (!m_framebuffer || m_framebuffer->size() != deviceSize()) makeFramebuffer();
+    if (m_framebuffer->bind()) {
+      m_drawing.draw();
+      readFrame(m_frame);
+      m_framebuffer->release();
+    }
     doneCurrent();
+  }
+  /// With an image of its size.
+  void makeFramebuffer() {
+    m_framebuffer.reset();
+    m_framebuffer = std::make_unique<QOpenGLFramebufferObject>(
+        deviceSize(), QOpenGLFramebufferObject::NoAttachment, GL_TEXTURE_2D,
+        SharedContext::kFrameFormat);
+    m_frame = m_framebuffer->isValid() ? QImage(deviceSize(), QImage::Format_RGB32) : QImage();
   }
 
   const std::shared_ptr<SharedContext> m_context;

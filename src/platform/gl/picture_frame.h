@@ -2,6 +2,7 @@
 
 // Private to this folder.
 
+#include <QColor>
 #include <QImage>
 #include <QSize>
 #include <functional>
@@ -16,12 +17,14 @@ class SharedContext;
 /// What a PictureSurface draws into: a child widget that fills it. Main thread.
 class PictureFrame {
  public:
-  /// Both are called with the context current.
+  /// The first two are called with the context current.
   struct Drawing {
     /// Into the framebuffer that is bound, which is `deviceSize` large.
     std::function<void()> draw;
     /// The context is about to go.
     std::function<void()> release;
+    /// Of what is shown until there is a frame.
+    std::function<QColor()> background;
   };
 
   virtual ~PictureFrame() = default;
@@ -31,10 +34,10 @@ class PictureFrame {
   virtual void requestDrawing() = 0;
   /// Whether there is a context, in which something may live.
   [[nodiscard]] virtual bool hasContext() const = 0;
-  /// Only where there is one.
-  virtual void makeCurrent() = 0;
+  /// Only where there is one; false when it is lost.
+  virtual bool makeCurrent() = 0;
   virtual void doneCurrent() = 0;
-  /// Draws now; in device pixels.
+  /// Draws now; in device pixels; null where that fails.
   [[nodiscard]] virtual QImage grab() = 0;
 };
 

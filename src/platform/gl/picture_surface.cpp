@@ -14,19 +14,22 @@
 namespace vantrel {
 namespace {
 
-/// Set to "composed" or "copied", in whose way frames come into their windows, whatever suits.
+/// Set to one of these, it decides how frames come into their windows, whatever suits.
 constexpr const char* kFramesVariable = "VANTREL_FRAMES";
+constexpr const char* kComposed = "composed";
+constexpr const char* kCopied = "copied";
 
 /// What frames are drawn in that are copied; null where they are composed. Until the application
 /// ends.
 std::shared_ptr<SharedContext>& copyingContext() {
-  static std::shared_ptr<SharedContext> context;
+  // Never destroyed: a process that ends early has no display any more to give it back to.
+  static auto& context = *new std::shared_ptr<SharedContext>;
   return context;
 }
 
 bool copies(SharedContext& context) {
   const QByteArray told = qgetenv(kFramesVariable);
-  return told.isEmpty() ? context.isSoftware() : told == "copied";
+  return told == kCopied || (told != kComposed && context.isSoftware());
 }
 
 /// Whether there is OpenGL; finds out how it comes into windows.
@@ -64,12 +67,8 @@ PictureSurface::PictureSurface(QWidget* parent) : QWidget(parent) {
 
 void PictureSurface::prepareFrame() {
   if (m_frame || !isSupported()) return;
-  PictureFrame::Drawing drawing{[this] {
-                                  m_hasFrame = true;
-                                  drawFrame();
-                                  Q_EMIT frameDrawn();
-                                },
-                                [this] { releaseResources(); }};
+  PictureFrame::Drawing drawing{[this] { draw(); }, [this] { releaseResources(); },
+                                [this] { return m_background; }};
   m_frame = copyingContext() ? makeCopiedFrame(copyingContext(), std::move(drawing), this)
                              : makeComposedFrame(std::move(drawing), this);
   QWidget& frame = m_frame->widget();
@@ -92,7 +91,24 @@ bool PictureSurface::event(QEvent* event) {
 
 QImage PictureSurface::grabFrame() {
   prepareFrame();
-  return m_frame ? m_frame->grab() : QImage();
+  if (!m_frame) return {};
+  layout()->activate();
+  return m_frame->grab();
+}
+
+void PictureSurface::draw() {
+  QOpenGLFunctions* const gl = QOpenGLContext::currentContext()->functions();
+  gl->glClearColor(m_background.redF(), m_background.greenF(), m_background.blueF(), 1);
+  gl->glClear(GL_COLOR_BUFFER_BIT);
+  m_hasFrame = true;
+  drawFrame();
+  Q_EMIT frameDrawn();
+}
+
+void PictureSurface::setBackground(const QColor& color) {
+  if (color == m_background) return;
+  m_background = color;
+  requestFrame();
 }
 
 void PictureSurface::requestFrame() {
@@ -115,8 +131,7 @@ void PictureSurface::takePicture() {
 }
 
 void PictureSurface::leaveContext() {
-  if (m_frame && m_frame->hasContext()) {
-    m_frame->makeCurrent();
+  if (m_frame && m_frame->hasContext() && m_frame->makeCurrent()) {
     releaseResources();
     m_frame->doneCurrent();
   }
@@ -125,12 +140,6 @@ void PictureSurface::leaveContext() {
 
 void PictureSurface::releaseResources() {
   m_pictures.release();
-}
-
-void PictureSurface::clear(const QColor& color) {
-  QOpenGLFunctions* const gl = QOpenGLContext::currentContext()->functions();
-  gl->glClearColor(color.redF(), color.greenF(), color.blueF(), 1);
-  gl->glClear(GL_COLOR_BUFFER_BIT);
 }
 
 }  // namespace vantrel

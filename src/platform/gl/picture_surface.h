@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QImage>
 #include <QPointer>
 #include <QWidget>
@@ -33,7 +34,7 @@ class PictureSurface : public QWidget {
   [[nodiscard]] QImage grabFrame();
 
  Q_SIGNALS:
-  /// A frame has been drawn, and goes to the screen.
+  /// A frame has been drawn, for the screen or for `grabFrame`.
   void frameDrawn();
 
  protected:
@@ -50,10 +51,12 @@ class PictureSurface : public QWidget {
 
   /// In device pixels.
   [[nodiscard]] QSize deviceSize() const { return size() * devicePixelRatioF(); }
-  void clear(const QColor& color);
+  /// Beneath what is drawn, and in its place until there is a frame.
+  void setBackground(const QColor& color);
   /// Draws anew with the next painting.
   void requestFrame();
-  /// Into the framebuffer that is bound, of `deviceSize`; the context is current.
+  /// Over the background, into the framebuffer that is bound, of `deviceSize`; the context is
+  /// current.
   virtual void drawFrame() = 0;
 
   bool event(QEvent* event) override;
@@ -61,10 +64,12 @@ class PictureSurface : public QWidget {
  private:
   void takePicture();
   void prepareFrame();
+  void draw();
 
   static inline std::optional<bool> s_supported;
-  /// A child, made when it is known what suits; null before.
+  /// A child, made when it is known what suits; null before, and where nothing does.
   PictureFrame* m_frame = nullptr;
+  QColor m_background;
   bool m_hasFrame = false;
   PictureRenderer m_pictures;
   QPointer<VideoPictureSource> m_source;

@@ -16,8 +16,8 @@ struct ColoredRectangle {
   friend bool operator==(const ColoredRectangle&, const ColoredRectangle&) = default;
 };
 
-/// Fills rectangles with OpenGL, in their order, over what is there. Main thread, with the same
-/// context current in every call.
+/// Fills rectangles with OpenGL, in their order, over what is there. One thread at a time, with the
+/// same context current in every call.
 class RectanglePainter final {
  public:
   RectanglePainter();

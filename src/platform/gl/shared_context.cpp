@@ -51,17 +51,12 @@ bool SharedContext::isSoftware() {
 }
 
 void SharedContext::finishPrograms() {
-  if (m_thread) return;
+  if (m_thread || !QOpenGLContext::supportsThreadedOpenGL()) return;
   m_context.doneCurrent();
   m_thread.reset(QThread::create([this, main = QThread::currentThread()] {
     giveWayToWindows();
     if (m_context.makeCurrent(&m_surface)) {
-      QOpenGLFramebufferObject frame(kFirstFrame, QOpenGLFramebufferObject::NoAttachment,
-                                     GL_TEXTURE_2D, kFrameFormat);
-      frame.bind();
-      m_programs = drawOneOfEach(kFirstFrame);
-      m_context.functions()->glFinish();
-      frame.release();
+      drawFirstFrame();
       m_context.doneCurrent();
     }
     m_context.moveToThread(main);
@@ -69,12 +64,24 @@ void SharedContext::finishPrograms() {
   m_context.moveToThread(m_thread.get());
   connect(m_thread.get(), &QThread::finished, this, &SharedContext::takeBack);
   m_thread->start();
+  // Without a thread they are finished when they first draw.
+  if (!m_thread->isRunning() && !m_thread->isFinished()) takeBack();
+}
+
+void SharedContext::drawFirstFrame() {
+  QOpenGLFramebufferObject frame(kFirstFrame, QOpenGLFramebufferObject::NoAttachment, GL_TEXTURE_2D,
+                                 kFrameFormat);
+  if (!frame.bind()) return;
+  m_programs = drawOneOfEach(kFirstFrame);
+  m_context.functions()->glFinish();
+  frame.release();
 }
 
 void SharedContext::takeBack() {
   if (!m_thread) return;
   m_thread->wait();
   m_thread.reset();
+  if (m_context.thread() != thread()) m_context.moveToThread(thread());
   Q_EMIT ready();
 }
 

@@ -40,6 +40,7 @@ class SharedContext final : public QObject {
 
  private:
   SharedContext() = default;
+  void drawFirstFrame();
   void takeBack();
 
   QOffscreenSurface m_surface;

@@ -14,7 +14,7 @@ class QOpenGLShaderProgram;
 
 namespace vantrel {
 
-/// Draws tiles with OpenGL. Main thread, with the same context current in every call until
+/// Draws tiles with OpenGL. One thread at a time, with the same context current in every call until
 /// `release`.
 class TilePainter {
  public:

@@ -12,7 +12,7 @@ class VideoTextures;
 
 /// The picture of a video, drawn from its planes. They are uploaded when a picture comes and when
 /// the zoom crosses a power of two below 1: reduced, they are made smaller by whole steps on the
-/// way.
+/// way. One thread at a time.
 class VideoContent final : public PictureContent {
   Q_OBJECT
 

@@ -17,13 +17,12 @@ const QColor kFirst(200, 40, 20), kSecond(10, 90, 230);
 /// Fills itself with one colour.
 class PlainSurface final : public PictureSurface {
  public:
-  using PictureSurface::PictureSurface;
+  explicit PlainSurface(QWidget* parent = nullptr) : PictureSurface(parent) {
+    setBackground(kFirst);
+  }
   ~PlainSurface() override { leaveContext(); }
 
-  void fill(const QColor& color) {
-    m_color = color;
-    requestFrame();
-  }
+  using PictureSurface::setBackground;
   [[nodiscard]] int frames() const { return m_frames; }
   /// Counts the returns of what lives in the context.
   void setReleases(int* releases) { m_releases = releases; }
@@ -31,10 +30,7 @@ class PlainSurface final : public PictureSurface {
 
  protected:
   void pictureTaken(const VideoPicture* /*picture*/) override {}
-  void drawFrame() override {
-    ++m_frames;
-    clear(m_color);
-  }
+  void drawFrame() override { ++m_frames; }
   void releaseResources() override {
     PictureSurface::releaseResources();
     EXPECT_TRUE(QOpenGLContext::currentContext());
@@ -42,7 +38,6 @@ class PlainSurface final : public PictureSurface {
   }
 
  private:
-  QColor m_color = kFirst;
   int m_frames = 0;
   int* m_releases = nullptr;
 };
@@ -67,6 +62,7 @@ class PictureSurfaceTest : public ::testing::Test {
     window.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
     ASSERT_TRUE(waitFor(*surface, {100, 50}, kFirst));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return surface->hasFrame(); }));
   }
   static bool waitFor(QWidget& widget, const QPoint& position, const QColor& color) {
     return QTest::qWaitFor([&] { return onScreen(widget, position) == color; });
@@ -80,8 +76,7 @@ class PictureSurfaceTest : public ::testing::Test {
 };
 
 TEST_F(PictureSurfaceTest, ShowsWhatWasDrawnLast) {
-  EXPECT_TRUE(surface->hasFrame());
-  surface->fill(kSecond);
+  surface->setBackground(kSecond);
   EXPECT_TRUE(waitFor(*surface, {100, 50}, kSecond));
   EXPECT_EQ(surface->grabFrame().size(), surface->deviceSize());
   EXPECT_EQ(surface->grabFrame().pixelColor(3, 3), kSecond);
