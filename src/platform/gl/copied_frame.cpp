@@ -14,9 +14,8 @@ namespace {
 /// Of the extension GL_MESA_pack_invert, which hands over the upper row first.
 constexpr GLenum kPackInverted = 0x8758;
 constexpr const char* kPackInvertedName = "GL_MESA_pack_invert";
-// The pixels of QImage::Format_RGB32.
-constexpr GLenum kBlueGreenRed = 0x80E1;  // GL_BGRA
-constexpr GLenum kFromLowBytes = 0x8367;  // GL_UNSIGNED_INT_8_8_8_8_REV
+/// As OpenGL hands them over; what is drawn over an opaque background is opaque.
+constexpr QImage::Format kPixels = QImage::Format_RGBX8888;
 
 /// Reads the bound framebuffer into an image of its size, the same memory each time.
 void readFrame(QImage& image) {
@@ -25,7 +24,7 @@ void readFrame(QImage& image) {
   const bool isInverted = context.hasExtension(kPackInvertedName);
   if (isInverted) gl.glPixelStorei(kPackInverted, GL_TRUE);
   gl.glPixelStorei(GL_PACK_ALIGNMENT, 4);
-  gl.glReadPixels(0, 0, image.width(), image.height(), kBlueGreenRed, kFromLowBytes, image.bits());
+  gl.glReadPixels(0, 0, image.width(), image.height(), GL_RGBA, GL_UNSIGNED_BYTE, image.bits());
   if (isInverted) {
     gl.glPixelStorei(kPackInverted, GL_FALSE);
   } else {
@@ -99,7 +98,7 @@ class CopiedFrame final : public QWidget, public PictureFrame {
     m_framebuffer = std::make_unique<QOpenGLFramebufferObject>(
         deviceSize(), QOpenGLFramebufferObject::NoAttachment, GL_TEXTURE_2D,
         SharedContext::kFrameFormat);
-    m_frame = m_framebuffer->isValid() ? QImage(deviceSize(), QImage::Format_RGB32) : QImage();
+    m_frame = m_framebuffer->isValid() ? QImage(deviceSize(), kPixels) : QImage();
   }
 
   const std::shared_ptr<SharedContext> m_context;

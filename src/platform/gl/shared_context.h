@@ -17,8 +17,8 @@ class SharedContext final : public QObject {
   Q_OBJECT
 
  public:
-  /// In which frames are drawn: colour without alpha.
-  static constexpr GLenum kFrameFormat = 0x8051;  // GL_RGB8
+  /// In which frames are drawn; it is read quicker than those without alpha.
+  static constexpr GLenum kFrameFormat = 0x8058;  // GL_RGBA8
 
   /// Null where there is none of pictureSurfaceFormat.
   [[nodiscard]] static std::unique_ptr<SharedContext> make();
