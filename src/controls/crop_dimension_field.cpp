@@ -7,7 +7,6 @@
 namespace vantrel {
 namespace {
 
-constexpr int kFlashMilliseconds = 700;
 constexpr double kBorderWidth = 1.5;
 constexpr double kCornerRadius = 5;
 constexpr QColor kFlashColor(255, 59, 48);

@@ -15,8 +15,12 @@ class CropDimensionField final : public SelectingNumberField {
   /// `label` names the dimension to assistive tools. `history` outlives the field's editing.
   CropDimensionField(EditHistory& history, const QString& label, QWidget* parent = nullptr);
 
+  static constexpr int kFlashMilliseconds = 700;
+
   /// From 1, as a flash begins, down to 0; at once where the desktop asks for less motion.
   [[nodiscard]] double flashOpacity() const;
+  /// The running flash; ended when there is none.
+  [[nodiscard]] QVariantAnimation& flash() { return m_flash; }
 
   /// The source's extent on this axis, in source pixels.
   void setMaximum(int64_t maximum);

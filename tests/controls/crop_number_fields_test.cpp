@@ -400,9 +400,28 @@ TEST_F(CropDimensionFieldTest, RejectedEntryFlashesRed) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return fields.width.flashOpacity() <= 0; }));
 }
 
+TEST_F(CropDimensionFieldTest, AFlashFadesEvenlyInSevenTenthsOfASecond) {
+  const auto border = [&] {
+    return fields.width.grab().toImage().pixelColor(fields.width.width() / 2, 0);
+  };
+  const QColor calm = border();
+  fields.width.flashValidation();
+  fields.width.flash().setCurrentTime(0);
+  EXPECT_EQ(fields.width.flashOpacity(), 1);
+  EXPECT_EQ(border(), QColor(255, 59, 48));
+  fields.width.flash().setCurrentTime(175);
+  EXPECT_DOUBLE_EQ(fields.width.flashOpacity(), 0.75);
+  fields.width.flash().setCurrentTime(350);
+  EXPECT_DOUBLE_EQ(fields.width.flashOpacity(), 0.5);
+  EXPECT_NEAR(border().green(), (59 + calm.green()) / 2, 2);
+  fields.width.flash().setCurrentTime(700);
+  EXPECT_EQ(fields.width.flashOpacity(), 0);
+  EXPECT_EQ(border(), calm);
+}
+
 TEST_F(CropDimensionFieldTest, ASecondFlashReplacesTheFirst) {
   fields.width.flashValidation();
-  ASSERT_TRUE(QTest::qWaitFor([&] { return fields.width.flashOpacity() < 0.7; }));
+  fields.width.flash().setCurrentTime(500);
   fields.width.flashValidation();
   EXPECT_GT(fields.width.flashOpacity(), 0.9);
 }
